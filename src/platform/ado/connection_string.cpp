@@ -1,0 +1,91 @@
+#include "platform/ado/connection_string.h"
+
+#include <algorithm>
+
+#include "platform/ado/error.h"
+#include "platform/text/ascii.h"
+
+namespace quillan::ado {
+namespace {
+
+[[noreturn]] void Refuse(const std::string& problem) {
+  throw Error(0, "", "The connection string is malformed: " + problem);
+}
+
+// Reads up to the "=" that ends the key; `at` moves past it.
+std::string TakeKey(std::string_view text, size_t& at) {
+  std::string key;
+  for (; at < text.size() && text[at] != ';'; ++at) {
+    if (text[at] == '=') {
+      if (at + 1 == text.size() || text[at + 1] != '=') {
+        ++at;
+        return std::string(text::TrimSpaces(key));
+      }
+      ++at;
+    }
+    key += text[at];
+  }
+  // The piece may be the rest of a password that holds a ";", so it is not repeated here.
+  Refuse("a piece has no \"=\". Quote a value that holds a semicolon.");
+}
+
+std::string TakeQuoted(std::string_view text, size_t& at, char close, const std::string& key) {
+  std::string value;
+  for (++at; at < text.size(); ++at) {
+    if (text[at] == close) {
+      if (at + 1 == text.size() || text[at + 1] != close) {
+        at = std::min(text.find(';', at), text.size());
+        return value;
+      }
+      ++at;
+    }
+    value += text[at];
+  }
+  Refuse("the quoted value of \"" + key + "\" does not end.");
+}
+
+std::string TakeValue(std::string_view text, size_t& at, const std::string& key) {
+  while (at < text.size() && text[at] == ' ') ++at;
+  if (at < text.size()) {
+    const char open = text[at];
+    if (open == '\'' || open == '"') return TakeQuoted(text, at, open, key);
+    if (open == '{') return TakeQuoted(text, at, '}', key);
+  }
+  const size_t end = std::min(text.find(';', at), text.size());
+  const std::string_view value = text::TrimSpaces(text.substr(at, end - at));
+  at = end;
+  return std::string(value);
+}
+
+}  // namespace
+
+ConnectionString::ConnectionString(std::string_view text) {
+  for (size_t at = 0; at < text.size(); ++at) {
+    at = text.find_first_not_of(" ;", at);
+    if (at == std::string_view::npos) break;
+    std::string key = TakeKey(text, at);
+    std::string value = TakeValue(text, at, key);
+    entries_.push_back({std::move(key), std::move(value)});
+  }
+}
+
+const ConnectionString::Entry* ConnectionString::Find(
+    std::initializer_list<std::string_view> keys) const {
+  const auto found = std::find_if(entries_.rbegin(), entries_.rend(), [&](const Entry& entry) {
+    return std::any_of(keys.begin(), keys.end(), [&](std::string_view key) {
+      return text::EqualsIgnoringCase(entry.key, key);
+    });
+  });
+  return found == entries_.rend() ? nullptr : &*found;
+}
+
+std::string ConnectionString::Value(std::initializer_list<std::string_view> keys) const {
+  const Entry* entry = Find(keys);
+  return entry != nullptr ? entry->value : std::string();
+}
+
+bool ConnectionString::Has(std::initializer_list<std::string_view> keys) const {
+  return Find(keys) != nullptr;
+}
+
+}  // namespace quillan::ado

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ado/row_store.h"
+#include "platform/ado/value.h"
+
+namespace quillan::ado {
+
+/// What a driver is told when a session is opened. Time-outs in seconds; 0 waits without limit.
+struct ConnectOptions {
+  std::string connection_string;
+  int connection_timeout = 0;
+  int command_timeout = 0;
+};
+
+/// One open session with a database engine; closing is destruction. Every member may throw
+/// `ado::Error`. Statements are Transact-SQL in UTF-8; a driver for an engine that speaks another
+/// dialect translates them.
+class Driver {
+ public:
+  virtual ~Driver() = default;
+
+  /// Runs `statement` and discards its rows. Touching no row is no failure.
+  virtual void Execute(std::string_view statement) = 0;
+
+  /// Runs `query` and returns all its rows; a statement without a result gives no columns.
+  virtual RowStore Query(std::string_view query) = 0;
+
+  /// Lets the statements that follow read what other sessions have not committed.
+  virtual void ReadUncommitted() = 0;
+
+  /// The names of the columns of `table`'s primary key, in key order; empty when it has none.
+  virtual std::vector<std::string> PrimaryKey(std::string_view table) = 0;
+
+  /// Runs `statement`, in which every "?" stands for one of `parameters`, in order. When it touches
+  /// more or fewer rows than one it is undone and `kRowNotFound` is thrown.
+  virtual void ChangeOneRow(std::string_view statement, std::span<const Value> parameters) = 0;
+
+  /// "DBMS Name", "Current Catalog" or "Data Source Name"; any other name throws.
+  virtual std::string Property(std::string_view name) = 0;
+};
+
+/// Opens a session. Throws `ado::Error` with the text for the user when it cannot.
+using DriverFactory = std::function<std::unique_ptr<Driver>(const ConnectOptions&)>;
+
+}  // namespace quillan::ado

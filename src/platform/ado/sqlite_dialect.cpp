@@ -1,0 +1,193 @@
+#include "platform/ado/sqlite_dialect.h"
+
+#include <optional>
+
+#include "platform/ado/sql_token.h"
+#include "platform/text/ascii.h"
+
+namespace quillan::ado {
+namespace {
+
+// Walks the tokens of a statement; blanks are passed over unless they are asked for.
+class Reader {
+ public:
+  explicit Reader(std::string_view statement, size_t at = 0) : text_(statement), at_(at) {}
+
+  bool AtEnd() {
+    SkipBlanks();
+    return at_ >= text_.size();
+  }
+  size_t position() const { return at_; }
+
+  std::optional<SqlToken> Next() {
+    if (AtEnd()) return std::nullopt;
+    const SqlToken token = SqlTokenAt(text_, at_);
+    at_ += token.text.size();
+    return token;
+  }
+
+  // Takes the next token if it is `text`, a word or a symbol.
+  bool Take(std::string_view text) {
+    Reader ahead = *this;
+    const auto token = ahead.Next();
+    if (!token || token->kind == SqlTokenKind::kLiteral ||
+        !text::EqualsIgnoringCase(token->text, text)) {
+      return false;
+    }
+    *this = ahead;
+    return true;
+  }
+
+  bool Take(std::initializer_list<std::string_view> words) {
+    Reader ahead = *this;
+    for (const std::string_view word : words) {
+      if (!ahead.Take(word)) return false;
+    }
+    *this = ahead;
+    return true;
+  }
+
+  // Takes '…' or N'…' and returns it as '…'.
+  std::optional<std::string_view> TakeLiteral() {
+    Take("N");
+    const auto token = Next();
+    if (!token || token->kind != SqlTokenKind::kLiteral) return std::nullopt;
+    return token->text;
+  }
+
+  // Takes "(…)" with its nested parentheses and returns what stands between.
+  std::optional<std::string_view> TakeParenthesised() {
+    if (!Take("(")) return std::nullopt;
+    const size_t start = at_;
+    for (int depth = 1; depth > 0;) {
+      const auto token = Next();
+      if (!token) return std::nullopt;
+      if (token->text == "(") ++depth;
+      if (token->text == ")") --depth;
+    }
+    return text_.substr(start, at_ - 1 - start);
+  }
+
+ private:
+  void SkipBlanks() {
+    while (at_ < text_.size()) {
+      const SqlToken token = SqlTokenAt(text_, at_);
+      if (token.kind != SqlTokenKind::kBlank) return;
+      at_ += token.text.size();
+    }
+  }
+
+  std::string_view text_;
+  size_t at_;
+};
+
+std::optional<std::string> GlobalSetting(std::string_view statement) {
+  Reader reader(statement);
+  if (!reader.Take("exec") && !reader.Take("execute")) return std::nullopt;
+  if (!reader.Take("tbsp_netflowSetGlobalSetting")) return std::nullopt;
+  const auto name = reader.TakeLiteral();
+  if (!name || !reader.Take(",")) return std::nullopt;
+  const auto value = reader.TakeLiteral();
+  if (!value || !reader.AtEnd()) return std::nullopt;
+  return "insert into GlobalSettings (Name, Value) values (" + std::string(*name) + ", " +
+         std::string(*value) + ") on conflict (Name) do update set Value = excluded.Value";
+}
+
+std::optional<std::string> GuardedInsert(std::string_view statement) {
+  Reader reader(statement);
+  if (!reader.Take({"if", "not", "exists"})) return std::nullopt;
+  const auto query = reader.TakeParenthesised();
+  if (!query) return std::nullopt;
+  const size_t insert = reader.position();
+  if (!reader.Take({"insert", "into"}) || !reader.Next() || !reader.TakeParenthesised()) {
+    return std::nullopt;
+  }
+  const std::string_view target =
+      text::TrimSpaces(statement.substr(insert, reader.position() - insert));
+  if (!reader.Take("values")) return std::nullopt;
+  const auto values = reader.TakeParenthesised();
+  if (!values || !reader.AtEnd()) return std::nullopt;
+  return std::string(target) + " select " + std::string(*values) + " where not exists (" +
+         std::string(*query) + ")";
+}
+
+std::optional<std::string> IsolationLevel(std::string_view statement) {
+  Reader reader(statement);
+  if (!reader.Take({"set", "transaction", "isolation", "level"})) return std::nullopt;
+  return reader.Take({"read", "uncommitted"}) ? "pragma read_uncommitted = 1"
+                                              : "pragma read_uncommitted = 0";
+}
+
+// 1 for what is stored as a number and for a text that reads back the same as one, else 0.
+std::string IsNumeric(std::string_view operand) {
+  const std::string x(operand);
+  return "(typeof(" + x + ") in ('integer', 'real') or typeof(" + x + ") = 'text' and cast(cast(" +
+         x + " as numeric) as text) = trim(" + x + "))";
+}
+
+// What can stand anywhere in a statement: top, isnumeric, N'…'.
+std::string TranslateExpressions(std::string_view statement) {
+  std::string result;
+  std::string limit;
+  result.reserve(statement.size());
+  bool after_select = false;
+  for (size_t at = 0; at < statement.size();) {
+    const SqlToken token = SqlTokenAt(statement, at);
+    const size_t next = at + token.text.size();
+    Reader reader(statement, next);
+    const bool word = token.kind == SqlTokenKind::kWord;
+    if (word && token.text.size() == 1 && (token.text[0] == 'N' || token.text[0] == 'n') &&
+        next < statement.size() && statement[next] == '\'') {
+      at = next;
+      continue;
+    }
+    if (word && after_select && text::EqualsIgnoringCase(token.text, "top")) {
+      if (const auto count = reader.Next(); count && limit.empty()) {
+        limit = " limit " + std::string(count->text);
+        at = reader.position();
+        after_select = false;
+        continue;
+      }
+    }
+    if (word && text::EqualsIgnoringCase(token.text, "isnumeric")) {
+      if (const auto operand = reader.TakeParenthesised()) {
+        result += IsNumeric(*operand);
+        at = reader.position();
+        continue;
+      }
+    }
+    if (token.kind != SqlTokenKind::kBlank) {
+      after_select = word && text::EqualsIgnoringCase(token.text, "select");
+    }
+    result += token.text;
+    at = next;
+  }
+  return result + limit;
+}
+
+}  // namespace
+
+std::string TranslateToSqlite(std::string_view statement) {
+  Reader reader(statement);
+  const auto first = reader.Next();
+  if (first && first->kind == SqlTokenKind::kWord && !first->text.empty()) {
+    std::optional<std::string> whole;
+    switch (text::ToUpperAscii(first->text.front())) {
+      case 'E':
+        whole = GlobalSetting(statement);
+        break;
+      case 'I':
+        whole = GuardedInsert(statement);
+        break;
+      case 'S':
+        whole = IsolationLevel(statement);
+        break;
+      default:
+        break;
+    }
+    if (whole) return TranslateExpressions(*whole);
+  }
+  return TranslateExpressions(statement);
+}
+
+}  // namespace quillan::ado

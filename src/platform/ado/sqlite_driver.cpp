@@ -1,0 +1,239 @@
+#include "platform/ado/sqlite_driver.h"
+
+#include <chrono>
+#include <limits>
+#include <system_error>
+
+#include <sqlite3.h>
+
+#include "platform/ado/error.h"
+#include "platform/ado/sqlite_dialect.h"
+#include "platform/text/ascii.h"
+
+namespace quillan::ado {
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+// How many of the engine's operations pass between two looks at the clock: well under a
+// millisecond.
+constexpr int kOperationsBetweenChecks = 10000;
+
+struct CloseDatabase {
+  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+};
+struct FinalizeStatement {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+
+[[noreturn]] void Fail(sqlite3* database) {
+  const int code = sqlite3_extended_errcode(database);
+  const int primary = code & 0xFF;
+  if (primary == SQLITE_INTERRUPT || primary == SQLITE_BUSY) {
+    throw Error(kTimeoutExpired, sqlite3_errstr(code), "The statement's time-out expired.");
+  }
+  throw Error(code, sqlite3_errstr(code), sqlite3_errmsg(database));
+}
+
+void AddColumn(sqlite3_stmt* statement, int column, RowStore& rows) {
+  switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER:
+      rows.AddWhole(sqlite3_column_int64(statement, column));
+      break;
+    case SQLITE_FLOAT:
+      rows.AddReal(sqlite3_column_double(statement, column));
+      break;
+    case SQLITE_NULL:
+      rows.AddNull();
+      break;
+    default: {
+      // A blob is handed on as its bytes; no table of the suite holds one.
+      const void* bytes = sqlite3_column_blob(statement, column);
+      const auto size = static_cast<size_t>(sqlite3_column_bytes(statement, column));
+      rows.AddText({static_cast<const char*>(bytes), bytes != nullptr ? size : 0});
+    }
+  }
+}
+
+class SqliteDriver final : public Driver {
+ public:
+  SqliteDriver(Database database, std::filesystem::path file, int command_timeout)
+      : database_(std::move(database)),
+        file_(std::move(file)),
+        command_timeout_(std::chrono::seconds(command_timeout)) {
+    constexpr int kMostSeconds = std::numeric_limits<int>::max() / 1000;
+    const bool unlimited = command_timeout == 0 || command_timeout > kMostSeconds;
+    sqlite3_busy_timeout(database_.get(),
+                         unlimited ? std::numeric_limits<int>::max() : command_timeout * 1000);
+    if (command_timeout > 0) {
+      sqlite3_progress_handler(database_.get(), kOperationsBetweenChecks, &TimeIsUp, this);
+    }
+    // With the write-ahead log a commit then survives the process, and costs no wait for the disk.
+    Run("pragma synchronous = normal");
+    // The first read tells a database from any other file.
+    Run("select count(*) from sqlite_master");
+  }
+
+  void Execute(std::string_view statement) override {
+    CheckFile();
+    Run(TranslateToSqlite(statement));
+  }
+
+  RowStore Query(std::string_view query) override {
+    CheckFile();
+    const std::string translated = TranslateToSqlite(query);
+    const Statement statement = Prepare(translated, nullptr);
+    StartTimer();
+    std::vector<std::string> columns;
+    const int count = sqlite3_column_count(statement.get());
+    for (int i = 0; i < count; ++i) {
+      columns.emplace_back(sqlite3_column_name(statement.get(), i));
+    }
+    RowStore rows(std::move(columns));
+    while (Step(statement.get())) {
+      for (int i = 0; i < count; ++i) AddColumn(statement.get(), i, rows);
+      rows.EndRow();
+    }
+    return rows;
+  }
+
+  // Other sessions' uncommitted changes are out of reach in the write-ahead log; the pragma keeps
+  // the request for engines that share a cache.
+  void ReadUncommitted() override { Run("pragma read_uncommitted = 1"); }
+
+  std::vector<std::string> PrimaryKey(std::string_view table) override {
+    const Statement statement =
+        Prepare("select name from pragma_table_info(?) where pk > 0 order by pk", nullptr);
+    Bind(statement.get(), 1, text::ReplaceAll(text::ReplaceAll(table, "[", ""), "]", ""));
+    StartTimer();
+    std::vector<std::string> columns;
+    while (Step(statement.get())) {
+      columns.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0)));
+    }
+    return columns;
+  }
+
+  void ChangeOneRow(std::string_view text, std::span<const Value> parameters) override {
+    CheckFile();
+    Run("savepoint change_one_row");
+    try {
+      const Statement statement = Prepare(text, nullptr);
+      for (size_t i = 0; i < parameters.size(); ++i) {
+        BindValue(statement.get(), static_cast<int>(i + 1), parameters[i]);
+      }
+      StartTimer();
+      while (Step(statement.get())) {
+      }
+      const int changed = sqlite3_changes(database_.get());
+      if (changed != 1) {
+        throw Error(kRowNotFound, "",
+                    "The row cannot be written: " + std::to_string(changed) +
+                        " rows match it. It was changed or deleted since it was read.");
+      }
+    } catch (const Error&) {
+      Run("rollback to change_one_row");
+      Run("release change_one_row");
+      throw;
+    }
+    Run("release change_one_row");
+  }
+
+  std::string Property(std::string_view name) override {
+    if (name == "DBMS Name") return "SQLite";
+    if (name == "Current Catalog") return file_.stem().string();
+    if (name == "Data Source Name") return file_.string();
+    throw Error(kUnknownField, "", "There is no property \"" + std::string(name) + "\".");
+  }
+
+ private:
+  static int TimeIsUp(void* driver) {
+    return SteadyClock::now() >= static_cast<SqliteDriver*>(driver)->deadline_ ? 1 : 0;
+  }
+
+  void StartTimer() {
+    if (command_timeout_.count() > 0) deadline_ = SteadyClock::now() + command_timeout_;
+  }
+
+  // A file that was deleted or replaced under an open session would swallow every change silently.
+  void CheckFile() {
+    int moved = 0;
+    sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    if (moved != 0) {
+      throw Error(SQLITE_READONLY_DBMOVED, "database file moved",
+                  "The database file " + file_.string() + " is no longer in its place.");
+    }
+  }
+
+  // Prepares the first statement of `text`; `rest` receives what follows it.
+  Statement Prepare(std::string_view text, std::string_view* rest) {
+    sqlite3_stmt* statement = nullptr;
+    const char* tail = nullptr;
+    if (sqlite3_prepare_v2(database_.get(), text.data(), static_cast<int>(text.size()), &statement,
+                           &tail) != SQLITE_OK) {
+      Fail(database_.get());
+    }
+    if (rest != nullptr) *rest = text.substr(static_cast<size_t>(tail - text.data()));
+    return Statement(statement);
+  }
+
+  // Whether there is a row.
+  bool Step(sqlite3_stmt* statement) {
+    if (statement == nullptr) return false;  // The text held no statement.
+    const int result = sqlite3_step(statement);
+    if (result == SQLITE_ROW) return true;
+    if (result == SQLITE_DONE) return false;
+    Fail(database_.get());
+  }
+
+  void Run(std::string_view text) {
+    StartTimer();
+    while (!text.empty()) {
+      const Statement statement = Prepare(text, &text);
+      while (Step(statement.get())) {
+      }
+    }
+  }
+
+  static void Bind(sqlite3_stmt* statement, int at, std::string_view text) {
+    sqlite3_bind_text(statement, at, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+  }
+
+  static void BindValue(sqlite3_stmt* statement, int at, const Value& value) {
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+      sqlite3_bind_int64(statement, at, *whole);
+    } else if (const auto* real = std::get_if<double>(&value)) {
+      sqlite3_bind_double(statement, at, *real);
+    } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+      Bind(statement, at, *text);
+    }
+  }
+
+  Database database_;
+  std::filesystem::path file_;
+  std::chrono::seconds command_timeout_;
+  SteadyClock::time_point deadline_ = SteadyClock::time_point::max();
+};
+
+}  // namespace
+
+std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& file, int command_timeout) {
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) {
+    throw Error(SQLITE_CANTOPEN, "unable to open database file",
+                "The database file " + file.string() + " does not exist.");
+  }
+  sqlite3* opened = nullptr;
+  const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+  Database database(opened);
+  if (result != SQLITE_OK) {
+    throw Error(result, sqlite3_errstr(result),
+                "The database file " + file.string() + " cannot be opened: " +
+                    (opened != nullptr ? sqlite3_errmsg(opened) : sqlite3_errstr(result)));
+  }
+  sqlite3_extended_result_codes(opened, 1);
+  return std::make_unique<SqliteDriver>(std::move(database), file, command_timeout);
+}
+
+}  // namespace quillan::ado

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace quillan {
+
+/// A file could not be read; `what()` is the system's reason.
+class FileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// What the program asks of the file system.
+class Files {
+ public:
+  virtual ~Files() = default;
+  /// Whether `path` names an existing file (not a folder).
+  virtual bool FileExists(const std::filesystem::path& path) const = 0;
+  /// The whole text of the file as UTF-8 (see text::DecodeText). Throws FileError.
+  virtual std::string ReadTextFile(const std::filesystem::path& path) const = 0;
+};
+
+/// The file system of this computer.
+class DiskFiles final : public Files {
+ public:
+  bool FileExists(const std::filesystem::path& path) const override;
+  std::string ReadTextFile(const std::filesystem::path& path) const override;
+};
+
+/// The folder that holds the running executable.
+std::filesystem::path ProgramFolder();
+
+/// `folder` followed by `relative`, which may hold either separator: "\..\Help\x.chm" and
+/// "/../Help/x.chm" name the same file. The result is not normalised.
+std::filesystem::path JoinPath(const std::filesystem::path& folder, std::string_view relative);
+
+}  // namespace quillan

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <chrono>
+
+namespace quillan::text {
+
+/// A calendar date-time in local time, to the second; without a zone.
+using DateTime = std::chrono::local_seconds;
+
+/// 30 December 1899 00:00:00: day 0 of the serial day numbers, and the value that stands for a
+/// date-time that could not be read.
+inline constexpr DateTime kZeroDate{
+    std::chrono::local_days{std::chrono::year{1899} / std::chrono::December / 30}};
+
+/// The days from `kZeroDate` to `value`, with the time of day as the fraction (Microsoft's
+/// automation date; before `kZeroDate` simply negative).
+constexpr double SerialDayNumber(DateTime value) {
+  return static_cast<double>((value - kZeroDate).count()) / 86400.0;
+}
+
+}  // namespace quillan::text

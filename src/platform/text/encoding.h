@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillan::text {
+
+/// Whether `bytes` are well-formed UTF-8 (no overlong forms, no surrogates, at most U+10FFFF).
+bool IsUtf8(std::string_view bytes);
+
+/// `code_point` (0..0x10FFFF) appended to `utf8`; a surrogate or a larger number as U+FFFD.
+void AppendUtf8(char32_t code_point, std::string& utf8);
+
+/// The content of a text file as UTF-8: UTF-16 where a byte-order mark says so, UTF-8 where it
+/// decodes as such (a leading mark is dropped), else Windows-1252.
+std::string DecodeText(std::string_view bytes);
+
+/// UTF-8 as UTF-16 code units of the machine's byte order; ill-formed sequences become U+FFFD.
+std::u16string Utf8ToUtf16(std::string_view utf8);
+
+/// UTF-16 as UTF-8; an unpaired surrogate becomes U+FFFD.
+std::string Utf16ToUtf8(std::u16string_view utf16);
+
+}  // namespace quillan::text
