@@ -1,0 +1,162 @@
+#include "platform/grid/grid.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillan {
+
+void Grid::Reset(int rows, std::vector<GridColumn> columns) {
+  const Batch batch(*this);
+  columns_ = std::move(columns);
+  // The memory of a million rows is given back rather than kept for the next load.
+  std::vector<Cell>(static_cast<size_t>(rows) * columns_.size()).swap(cells_);
+  std::vector<Row>(static_cast<size_t>(rows)).swap(rows_);
+  texts_.Clear();
+  hidden_data_.clear();
+  current_row_ = 0;
+  current_column_ = 0;
+  top_row_ = kFixedRows;
+  sort_column_ = -1;
+  reset_ = true;
+  selection_set_ = true;
+}
+
+int Grid::AppendRow() {
+  const Batch batch(*this);
+  cells_.resize(cells_.size() + columns_.size());
+  rows_.emplace_back();
+  sort_column_ = -1;
+  return Rows() - 1;
+}
+
+void Grid::SetText(int row, int column, std::string_view text) {
+  if (row >= kFixedRows) TouchSortKey(column);
+  At(row, column).text = texts_.Add(text);
+  Touch(row);
+}
+
+Alignment Grid::CellAlignment(int row, int column) const {
+  const std::uint32_t own = At(row, column).extra & kAlignmentMask;
+  return own == 0 ? Column(column).alignment : static_cast<Alignment>(own);
+}
+
+void Grid::SetCellAlignment(int row, int column, Alignment alignment) {
+  Cell& cell = At(row, column);
+  cell.extra = (cell.extra & ~kAlignmentMask) | static_cast<std::uint32_t>(alignment);
+  Touch(row);
+}
+
+CheckState Grid::Check(int row, int column) const {
+  return static_cast<CheckState>((At(row, column).look & kCheckMask) >> kCheckShift);
+}
+
+void Grid::SetCheck(int row, int column, CheckState state) {
+  TouchSortKey(column);
+  Cell& cell = At(row, column);
+  cell.look = (cell.look & ~kCheckMask) | static_cast<std::uint32_t>(state) << kCheckShift;
+  Touch(row);
+}
+
+void Grid::SetForeColor(int row, int column, Color color) {
+  Cell& cell = At(row, column);
+  cell.look = (cell.look & ~kColorMask) | (color & kColorMask);
+  Touch(row);
+}
+
+void Grid::SetBold(int row, int column, bool bold) {
+  Cell& cell = At(row, column);
+  cell.look = bold ? cell.look | kBoldBit : cell.look & ~kBoldBit;
+  Touch(row);
+}
+
+std::string_view Grid::HiddenData(int row, int column) const {
+  const std::uint32_t number = At(row, column).extra >> kDataShift;
+  return number == 0 ? std::string_view() : hidden_data_[number - 1];
+}
+
+void Grid::SetHiddenData(int row, int column, std::string_view data) {
+  Cell& cell = At(row, column);
+  std::uint32_t number = 0;
+  if (!data.empty()) {
+    // Flags repeat from row to row, so the last text serves again.
+    if (hidden_data_.empty() || hidden_data_.back() != data) hidden_data_.emplace_back(data);
+    number = static_cast<std::uint32_t>(hidden_data_.size());
+  }
+  cell.extra = (cell.extra & kAlignmentMask) | number << kDataShift;
+}
+
+void Grid::SelectOnly(int row, int column) {
+  const Batch batch(*this);
+  SetSelected(kFixedRows, Rows() - 1, false);
+  current_row_ = row;
+  current_column_ = column;
+  if (row >= kFixedRows) rows_[static_cast<size_t>(row)].selected = true;
+  selection_set_ = true;
+}
+
+std::vector<int> Grid::SelectedRows() const {
+  std::vector<int> selected;
+  for (int row = kFixedRows; row < Rows(); ++row) {
+    if (IsSelected(row)) selected.push_back(row);
+  }
+  return selected;
+}
+
+void Grid::SetTopRow(int row) {
+  top_row_ = row;
+  if (observer_ != nullptr && batch_depth_ == 0) observer_->OnTopRowSet();
+}
+
+void Grid::ShowCell(int row, int column) {
+  if (observer_ != nullptr) observer_->OnShowCell(row, column);
+}
+
+void Grid::RequestSort(int column) {
+  if (listener_ != nullptr && listener_->OnSortRequest(column)) return;
+  const bool ascending = sort_column_ == column && sort_direction_ == SortDirection::kAscending;
+  Sort(column, ascending ? SortDirection::kDescending : SortDirection::kAscending);
+}
+
+void Grid::MoveCurrent(int row, int column) {
+  if (row == current_row_ && column == current_column_) return;
+  current_row_ = row;
+  current_column_ = column;
+  if (listener_ != nullptr) listener_->OnSelectionChanged();
+}
+
+void Grid::SetSelected(int first_row, int last_row, bool selected) {
+  for (int row = first_row; row <= last_row; ++row) {
+    rows_[static_cast<size_t>(row)].selected = selected;
+  }
+  if (listener_ != nullptr && batch_depth_ == 0) listener_->OnSelectionChanged();
+}
+
+void Grid::Touch(int row) {
+  first_changed_ = std::min(first_changed_, row);
+  last_changed_ = std::max(last_changed_, row);
+  if (batch_depth_ == 0) Report();
+}
+
+void Grid::EndBatch() {
+  if (--batch_depth_ == 0) Report();
+}
+
+void Grid::Report() {
+  const bool reset = std::exchange(reset_, false);
+  const bool selection_set = std::exchange(selection_set_, false);
+  const int reported = std::exchange(reported_rows_, Rows());
+  const int first = std::exchange(first_changed_, std::numeric_limits<int>::max());
+  const int last = std::exchange(last_changed_, -1);
+  if (observer_ != nullptr) {
+    if (reset) {
+      observer_->OnRowsReset();
+    } else {
+      if (Rows() > reported) observer_->OnRowsAppended(reported, Rows() - 1);
+      if (first < reported) observer_->OnCellsChanged(first, std::min(last, reported - 1));
+    }
+    if (selection_set) observer_->OnSelectionSet();
+  }
+  if (selection_set && listener_ != nullptr) listener_->OnSelectionChanged();
+}
+
+}  // namespace quillan

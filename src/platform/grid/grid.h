@@ -1,0 +1,179 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/grid/grid_events.h"
+#include "platform/grid/text_arena.h"
+
+namespace quillan {
+
+/// The numbers are the grid's own.
+enum class CheckState : std::uint8_t { kNone = 0, kChecked = 1, kUnchecked = 2 };
+enum class Alignment : std::uint8_t { kLeft = 1, kCenter = 4 };
+enum class SortDirection : std::uint8_t { kAscending, kDescending };
+
+/// Red + 256 × green + 65536 × blue; 0 is the view's own text colour.
+using Color = std::uint32_t;
+constexpr Color Rgb(unsigned red, unsigned green, unsigned blue) {
+  return red | green << 8 | blue << 16;
+}
+
+/// How a column is laid out.
+struct GridColumn {
+  std::string width_text;  ///< The column is as wide as this text in the view's font.
+  Alignment alignment = Alignment::kLeft;
+  bool hidden = false;
+};
+
+/// A table of cells without a toolkit: one fixed header row (row 0) with the data rows below it, a
+/// current cell, a selection of whole rows, one number of row data kept with each row. Made for a
+/// million rows: a row of four columns takes 72 bytes beside its texts, appending is amortised
+/// constant, and changes within one `Batch` are reported to the view once.
+///
+/// Rows and columns must exist wherever a member takes one; only `Rows()`-like reads are total.
+class Grid {
+ public:
+  static constexpr int kFixedRows = 1;
+
+  /// Reports the changes made during its life to the observer once, at its end.
+  class Batch {
+   public:
+    explicit Batch(Grid& grid) : grid_(grid) { ++grid_.batch_depth_; }
+    ~Batch() { grid_.EndBatch(); }
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+
+   private:
+    Grid& grid_;
+  };
+
+  Grid() = default;
+  Grid(const Grid&) = delete;
+  Grid& operator=(const Grid&) = delete;
+
+  /// Who learns of the user's doings, and who draws; either may be null.
+  void SetListener(GridListener* listener) { listener_ = listener; }
+  GridListener* listener() const { return listener_; }
+  void SetObserver(GridObserver* observer) { observer_ = observer; }
+
+  /// Drops every row and lays the grid out with `rows` empty rows. No row is current or selected;
+  /// the header is the current row.
+  void Reset(int rows, std::vector<GridColumn> columns);
+  /// Adds an empty row at the end; returns its number.
+  int AppendRow();
+  int Rows() const { return static_cast<int>(rows_.size()); }
+  int Columns() const { return static_cast<int>(columns_.size()); }
+  const GridColumn& Column(int column) const { return columns_[static_cast<size_t>(column)]; }
+
+  std::string_view Text(int row, int column) const { return TextArena::View(At(row, column).text); }
+  void SetText(int row, int column, std::string_view text);
+  Alignment CellAlignment(int row, int column) const;
+  void SetCellAlignment(int row, int column, Alignment alignment);
+  CheckState Check(int row, int column) const;
+  void SetCheck(int row, int column, CheckState state);
+  Color ForeColor(int row, int column) const { return At(row, column).look & kColorMask; }
+  void SetForeColor(int row, int column, Color color);
+  bool Bold(int row, int column) const { return (At(row, column).look & kBoldBit) != 0; }
+  void SetBold(int row, int column, bool bold);
+  /// A text kept with the cell and not shown; empty until it is set.
+  std::string_view HiddenData(int row, int column) const;
+  void SetHiddenData(int row, int column, std::string_view data);
+  /// The number kept with the row; 0 until it is set.
+  int RowData(int row) const { return rows_[static_cast<size_t>(row)].data; }
+  void SetRowData(int row, int data) { rows_[static_cast<size_t>(row)].data = data; }
+
+  /// The current cell; row 0 when no data row is current.
+  int CurrentRow() const { return current_row_; }
+  int CurrentColumn() const { return current_column_; }
+  /// Makes the cell current and its row the only selected one; row 0 selects none.
+  void SelectOnly(int row, int column);
+  bool IsSelected(int row) const { return rows_[static_cast<size_t>(row)].selected; }
+  /// The selected rows, ascending.
+  std::vector<int> SelectedRows() const;
+  /// The topmost visible row.
+  int TopRow() const { return top_row_; }
+  void SetTopRow(int row);
+  /// Scrolls the cell into view.
+  void ShowCell(int row, int column);
+
+  /// Sorts the data rows physically and stably by `column`: the check states of column 0, else
+  /// numbers by value before other texts alphabetically, without regard to case. Row data, marks,
+  /// selection and the current cell follow their rows.
+  void Sort(int column, SortDirection direction);
+  /// The same by `key(row)`, asked once for each row.
+  void SortByKey(int column, SortDirection direction, const std::function<double(int)>& key);
+  /// The column by which the rows are sorted as they stand; -1 when they are not known to be.
+  int SortColumn() const { return sort_column_; }
+  SortDirection Direction() const { return sort_direction_; }
+
+  // From the view, for what the user does.
+
+  /// Sorts as the listener likes, or by `column`: ascending, or descending where it is so already.
+  void RequestSort(int column);
+  void MoveCurrent(int row, int column);
+  void SetSelected(int first_row, int last_row, bool selected);
+  void NoteTopRow(int row) { top_row_ = row; }
+
+ private:
+  struct Cell {
+    const char* text = nullptr;  // In texts_.
+    std::uint32_t look = 0;      // Colour, check state, bold.
+    std::uint32_t extra = 0;     // Alignment and the number of the hidden data.
+  };
+  struct Row {
+    std::int32_t data = 0;
+    bool selected = false;
+  };
+
+  static constexpr std::uint32_t kColorMask = 0xFFFFFF;
+  static constexpr unsigned kCheckShift = 24;
+  static constexpr std::uint32_t kCheckMask = 3U << kCheckShift;
+  static constexpr std::uint32_t kBoldBit = 1U << 26;
+  static constexpr std::uint32_t kAlignmentMask = 0xF;
+  static constexpr unsigned kDataShift = 4;
+
+  const Cell& At(int row, int column) const {
+    return cells_[static_cast<size_t>(row) * columns_.size() + static_cast<size_t>(column)];
+  }
+  Cell& At(int row, int column) {
+    return cells_[static_cast<size_t>(row) * columns_.size() + static_cast<size_t>(column)];
+  }
+  void Touch(int row);
+  void TouchSortKey(int column) {
+    if (column == sort_column_) sort_column_ = -1;
+  }
+  void EndBatch();
+  void Report();
+  void Permute(const std::vector<std::uint32_t>& order);
+  std::vector<std::uint32_t> OrderByText(int column, SortDirection direction) const;
+  std::vector<std::uint32_t> OrderByNumber(const std::vector<double>& keys,
+                                           SortDirection direction) const;
+
+  GridListener* listener_ = nullptr;
+  GridObserver* observer_ = nullptr;
+  std::vector<GridColumn> columns_;
+  std::vector<Cell> cells_;  // Row by row.
+  std::vector<Row> rows_;
+  TextArena texts_;
+  std::vector<std::string> hidden_data_;  // A cell holds the position plus one; 0 is none.
+  int current_row_ = 0;
+  int current_column_ = 0;
+  int top_row_ = kFixedRows;
+  int sort_column_ = -1;
+  SortDirection sort_direction_ = SortDirection::kAscending;
+
+  // What the observer has not been told yet.
+  int batch_depth_ = 0;
+  bool reset_ = false;
+  bool selection_set_ = false;
+  int reported_rows_ = 0;
+  int first_changed_ = std::numeric_limits<int>::max();
+  int last_changed_ = -1;
+};
+
+}  // namespace quillan

@@ -1,0 +1,136 @@
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "platform/grid/grid.h"
+#include "platform/text/ascii.h"
+#include "platform/text/case_fold.h"
+
+namespace quillan {
+namespace {
+
+struct NumberKey {
+  double value;
+  std::uint32_t row;
+};
+
+struct TextKey {
+  std::optional<double> number;
+  std::string folded;
+  std::uint32_t row;
+};
+
+// The value of a text that is a decimal number and nothing else.
+std::optional<double> WholeTextNumber(std::string_view text) {
+  text = text::TrimSpaces(text);
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+bool TextBefore(const TextKey& a, const TextKey& b) {
+  if (a.number && b.number) return *a.number < *b.number;
+  if (a.number.has_value() != b.number.has_value()) return a.number.has_value();
+  return a.folded < b.folded;
+}
+
+// Sorts stably in either direction: equal keys keep their order in both.
+template <typename Key, typename Before>
+std::vector<std::uint32_t> OrderOf(std::vector<Key>& keys, SortDirection direction, Before before) {
+  if (direction == SortDirection::kAscending) {
+    std::stable_sort(keys.begin(), keys.end(), before);
+  } else {
+    std::stable_sort(keys.begin(), keys.end(),
+                     [&](const Key& a, const Key& b) { return before(b, a); });
+  }
+  std::vector<std::uint32_t> order;
+  order.reserve(keys.size());
+  for (const Key& key : keys) order.push_back(key.row);
+  return order;
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> Grid::OrderByNumber(const std::vector<double>& keys,
+                                               SortDirection direction) const {
+  std::vector<NumberKey> numbered;
+  numbered.reserve(keys.size());
+  for (size_t i = 0; i < keys.size(); ++i) {
+    numbered.push_back({keys[i], static_cast<std::uint32_t>(i) + kFixedRows});
+  }
+  return OrderOf(numbered, direction,
+                 [](const NumberKey& a, const NumberKey& b) { return a.value < b.value; });
+}
+
+std::vector<std::uint32_t> Grid::OrderByText(int column, SortDirection direction) const {
+  std::vector<double> numbers;
+  numbers.reserve(rows_.size());
+  for (int row = kFixedRows; row < Rows(); ++row) {
+    const auto number = WholeTextNumber(Text(row, column));
+    if (!number) break;
+    numbers.push_back(*number);
+  }
+  if (static_cast<int>(numbers.size()) == Rows() - kFixedRows) {
+    return OrderByNumber(numbers, direction);
+  }
+  std::vector<TextKey> keys;
+  keys.reserve(rows_.size());
+  for (int row = kFixedRows; row < Rows(); ++row) {
+    const auto number = WholeTextNumber(Text(row, column));
+    keys.push_back({number, number ? std::string() : text::FoldCase(Text(row, column)),
+                    static_cast<std::uint32_t>(row)});
+  }
+  return OrderOf(keys, direction, TextBefore);
+}
+
+void Grid::Sort(int column, SortDirection direction) {
+  if (column != 0) {
+    if (Rows() > kFixedRows) Permute(OrderByText(column, direction));
+  } else {
+    std::vector<double> states;
+    states.reserve(rows_.size());
+    for (int row = kFixedRows; row < Rows(); ++row) {
+      states.push_back(static_cast<double>(Check(row, column)));
+    }
+    Permute(OrderByNumber(states, direction));
+  }
+  sort_column_ = column;
+  sort_direction_ = direction;
+}
+
+void Grid::SortByKey(int column, SortDirection direction, const std::function<double(int)>& key) {
+  std::vector<double> keys;
+  keys.reserve(rows_.size());
+  for (int row = kFixedRows; row < Rows(); ++row) keys.push_back(key(row));
+  Permute(OrderByNumber(keys, direction));
+  sort_column_ = column;
+  sort_direction_ = direction;
+}
+
+void Grid::Permute(const std::vector<std::uint32_t>& order) {
+  const Batch batch(*this);
+  const size_t width = columns_.size();
+  std::vector<Cell> cells;
+  std::vector<Row> rows;
+  cells.reserve(cells_.size());
+  rows.reserve(rows_.size());
+  const auto take = [&](size_t row) {
+    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(row * width);
+    cells.insert(cells.end(), first, first + static_cast<std::ptrdiff_t>(width));
+    rows.push_back(rows_[row]);
+  };
+  for (size_t row = 0; row < std::min<size_t>(kFixedRows, rows_.size()); ++row) take(row);
+  int current = current_row_;
+  for (const std::uint32_t row : order) {
+    if (static_cast<int>(row) == current_row_) current = static_cast<int>(rows.size());
+    take(row);
+  }
+  cells_.swap(cells);
+  rows_.swap(rows);
+  current_row_ = current;
+  reset_ = true;
+  selection_set_ = true;
+}
+
+}  // namespace quillan
