@@ -9,6 +9,7 @@
 namespace quillan::test {
 
 SqliteFile::SqliteFile(const std::filesystem::path& path) : path_(path) {
+  std::filesystem::create_directories(path.parent_path());
   if (sqlite3_open(path.c_str(), &database_) != SQLITE_OK) throw std::runtime_error("no database");
   sqlite3_busy_timeout(database_, 10000);
   std::ostringstream schema;

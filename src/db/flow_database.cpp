@@ -1,0 +1,148 @@
+#include "db/flow_database.h"
+
+#include <array>
+
+#include "platform/ado/error.h"
+#include "platform/text/ascii.h"
+#include "platform/text/number.h"
+
+namespace quillan {
+namespace {
+
+// The name order comes before the place order.
+constexpr std::array<std::string_view, 4> kConnectionFiles = {
+    "\\TBKelvora.DB", "\\..\\TBKelvora.DB", "\\QuillanGUI.DB", "\\..\\QuillanGUI.DB"};
+
+// Pieces that begin with a blank, or that spell the key PWD, stay as they are.
+std::string MaskPasswords(std::string_view connection_string) {
+  std::string masked;
+  while (true) {
+    const size_t end = connection_string.find(';');
+    const std::string_view piece = connection_string.substr(0, end);
+    masked += text::StartsWithIgnoringCase(piece, "PASSWORD=") ? "Password='*********'" : piece;
+    if (end == std::string_view::npos) return masked;
+    masked += ';';
+    connection_string.remove_prefix(end + 1);
+  }
+}
+
+}  // namespace
+
+FlowDatabase::FlowDatabase(const Files& files, std::filesystem::path program_folder,
+                           ado::DriverFactory open_driver)
+    : files_(files),
+      program_folder_(std::move(program_folder)),
+      connection_(std::move(open_driver)) {}
+
+void FlowDatabase::Execute(std::string_view statement) {
+  try {
+    ExecuteChecked(statement);
+  } catch (const ado::Error&) {
+    // Its callers go on with the next statement.
+  }
+}
+
+bool FlowDatabase::OpenDatabase() {
+  last_error_.clear();
+  if (Connected()) return true;
+  if (!GetDatabaseConnection()) return false;
+  connection_.set_connection_string(values_.connection_string);
+  connection_.set_connection_timeout(values_.connection_timeout);
+  connection_.set_command_timeout(values_.command_timeout);
+  try {
+    connection_.Open();
+  } catch (const ado::Error& error) {
+    last_error_ = "Cannot connect to SQL database. Re-run the Installation Wizard.\r\n\r\n" +
+                  ConnectionString(PasswordDisplay::kHidden) + "\r\n\r\nError=" + error.what();
+    return false;
+  }
+  try {
+    connection_.ReadUncommitted();
+  } catch (const ado::Error&) {
+    // The statement below asks for the same.
+  }
+  Execute("SET TRANSACTION ISOLATION LEVEL READ UNCOMMITTED");
+  return true;
+}
+
+std::string FlowDatabase::ConnectionString(PasswordDisplay display) const {
+  return display == PasswordDisplay::kHidden ? MaskPasswords(values_.connection_string)
+                                             : values_.connection_string;
+}
+
+std::string FlowDatabase::DatabaseEngine() {
+  try {
+    return connection_.Property("DBMS Name");
+  } catch (const ado::Error&) {
+    return {};
+  }
+}
+
+bool FlowDatabase::GetDatabaseConnection() {
+  for (const std::string_view name : kConnectionFiles) {
+    const std::filesystem::path file = JoinPath(program_folder_, name);
+    if (!files_.FileExists(file)) continue;
+    const auto fail = [&](const std::string& reason) {
+      last_error_ = "Cannot read " + file.lexically_normal().string() + ": " + reason;
+      return false;
+    };
+    try {
+      ReadConnectionFile(files_.ReadTextFile(file), values_);
+    } catch (const FileError& error) {
+      return fail(error.what());
+    } catch (const ConnectionFileError& error) {
+      return fail(error.what());
+    }
+    return !values_.connection_string.empty();
+  }
+  last_error_ =
+      "Cannot find TBKelvora.DB or QuillanGUI.DB.\r\nPlease re-run the Installation Wizard.";
+  return false;
+}
+
+std::unique_ptr<ado::Recordset> FlowDatabase::OpenRecordset(std::string_view query,
+                                                            ado::LockType lock_type) {
+  for (bool retried = false;; retried = true) {
+    if (!OpenDatabase()) return nullptr;
+    try {
+      return connection_.OpenRecordset(query, lock_type);
+    } catch (const ado::Error& error) {
+      last_error_ = error.what();
+      if (error.IsTimeout() || retried) return nullptr;
+    }
+    CloseMainDatabase();
+  }
+}
+
+std::string FlowDatabase::Location() {
+  const auto property = [&](std::string_view name) {
+    try {
+      return connection_.Property(name);
+    } catch (const ado::Error&) {
+      return std::string();
+    }
+  };
+  return property("Current Catalog") + " on " + property("Data Source Name") + " SQL Server";
+}
+
+std::string FlowDatabase::DateTimeToDBFormat(text::DateTime value) {
+  constexpr double kDaysFrom1899To1900 = 2;
+  return text::FormatGeneral(text::SerialDayNumber(value) - kDaysFrom1899To1900);
+}
+
+std::string FlowDatabase::GetFieldList(std::string_view table, std::string_view separator) {
+  const auto rows = OpenRecordset("Select Top 1 * From " + std::string(table));
+  std::string names;
+  if (!rows) return names;
+  for (const std::string& name : rows->FieldNames()) {
+    if (!names.empty()) names += separator;
+    names += name;
+  }
+  return names;
+}
+
+bool FlowDatabase::TableExists(std::string_view table) {
+  return OpenRecordset("Select 10 from " + std::string(table)) != nullptr;
+}
+
+}  // namespace quillan

@@ -1,0 +1,141 @@
+#include "db/flow_database.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "platform/ado/error.h"
+#include "support/program_folder.h"
+#include "support/scripted_driver.h"
+
+namespace quillan {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class FlowDatabaseTest : public testing::Test {
+ protected:
+  FlowDatabaseTest()
+      : program_([this](ado::DriverFactory drivers) { return script_.Wrap(std::move(drivers)); }) {}
+
+  test::DriverScript script_;
+  test::ProgramFolder program_;
+  FlowDatabase& database_ = program_.database;
+};
+
+TEST_F(FlowDatabaseTest, FindsTheConnectionFileByNameBeforePlace) {
+  const std::filesystem::path own = program_.folder / "program";
+  std::filesystem::remove(own / "TBKelvora.DB");
+  EXPECT_FALSE(database_.OpenDatabase());
+  EXPECT_EQ(database_.LastError(),
+            "Cannot find TBKelvora.DB or QuillanGUI.DB.\r\nPlease re-run the Installation Wizard.");
+
+  // From the last place to the first, each wins over those before.
+  for (const char* name :
+       {"QuillanGUI.DB", "program/QuillanGUI.DB", "TBKelvora.DB", "program/TBKelvora.DB"}) {
+    program_.folder.Write(name, std::string("CONNECTION=") + name);
+    EXPECT_TRUE(database_.GetDatabaseConnection());
+    EXPECT_EQ(database_.ConnectionString(PasswordDisplay::kShown), name);
+  }
+}
+
+TEST_F(FlowDatabaseTest, ReportsWhyItCannotConnect) {
+  program_.folder.Write("program/TBKelvora.DB",
+                        "CONNECTION=Provider=SQLite;pAssword=secret;Data Source=gone.db");
+  EXPECT_FALSE(database_.OpenDatabase());
+  EXPECT_FALSE(database_.Connected());
+  EXPECT_THAT(
+      database_.LastError(),
+      AllOf(StartsWith("Cannot connect to SQL database. Re-run the Installation Wizard.\r\n\r\n"
+                       "Provider=SQLite;Password='*********';Data Source=gone.db\r\n\r\nError="),
+            EndsWith("gone.db does not exist.")));
+
+  program_.folder.Write("program/TBKelvora.DB", "TIMEOUT=3");
+  FlowDatabase fresh(program_.files, program_.folder / "program", nullptr);
+  EXPECT_FALSE(fresh.OpenDatabase());
+  EXPECT_EQ(fresh.LastError(), "");
+
+  program_.folder.Write("program/TBKelvora.DB", "TIMEOUT=99999999999");
+  EXPECT_FALSE(fresh.OpenDatabase());
+  EXPECT_THAT(fresh.LastError(), AllOf(StartsWith("Cannot read "), HasSubstr("99999999999")));
+}
+
+TEST_F(FlowDatabaseTest, MasksOnlyPiecesThatBeginWithPassword) {
+  program_.folder.Write("program/TBKelvora.DB",
+                        "CONNECTION=Password=;PWD=a; Password=b;password=c");
+  EXPECT_TRUE(database_.GetDatabaseConnection());
+  EXPECT_EQ(database_.ConnectionString(PasswordDisplay::kHidden),
+            "Password='*********';PWD=a; Password=b;Password='*********'");
+}
+
+TEST_F(FlowDatabaseTest, TriesAFailedQueryOnceMoreOverAFreshSession) {
+  EXPECT_EQ(database_.OpenRecordset("Select * From Missing"), nullptr);
+  EXPECT_THAT(database_.LastError(), HasSubstr("Missing"));
+  EXPECT_EQ(script_.sessions, 2);
+  EXPECT_TRUE(database_.Connected());
+
+  int failures = 1;
+  script_.before = [&](const std::string& text) {
+    if (text == "Select 1" && failures-- > 0) throw ado::Error(1, "08S01", "connection lost");
+  };
+  EXPECT_NE(database_.OpenRecordset("Select 1"), nullptr);
+  EXPECT_EQ(database_.LastError(), "");
+  EXPECT_EQ(script_.sessions, 3);
+}
+
+TEST_F(FlowDatabaseTest, NeverRetriesAnExpiredTimeOut) {
+  script_.before = [](const std::string& text) {
+    if (text == "Select 1") throw ado::Error(ado::kTimeoutExpired, "HYT00", "too slow");
+  };
+  EXPECT_EQ(database_.OpenRecordset("Select 1"), nullptr);
+  EXPECT_EQ(database_.LastError(), "too slow");
+  EXPECT_EQ(script_.sessions, 1);
+  EXPECT_TRUE(database_.Connected());
+}
+
+TEST_F(FlowDatabaseTest, ExecuteReportsNothingAndOpensNothing) {
+  database_.Execute("Delete From Nodes");
+  EXPECT_FALSE(database_.Connected());
+  EXPECT_THROW(database_.ExecuteChecked("Delete From Nodes"), ado::Error);
+  ASSERT_TRUE(database_.OpenDatabase());
+  database_.Execute("no statement");
+  EXPECT_EQ(database_.LastError(), "");
+  EXPECT_THROW(database_.ExecuteChecked("no statement"), ado::Error);
+  // An open session is not opened again, whatever became of its file.
+  std::filesystem::remove(program_.folder / "program/TBKelvora.DB");
+  EXPECT_TRUE(database_.OpenDatabase());
+}
+
+TEST_F(FlowDatabaseTest, ComesBackOnceTheDatabaseIsBack) {
+  ASSERT_TRUE(database_.OpenDatabase());
+  std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
+  EXPECT_EQ(database_.OpenRecordset("Select * From Nodes"), nullptr);
+  EXPECT_THAT(database_.LastError(), StartsWith("Cannot connect to SQL database."));
+  std::filesystem::rename(program_.folder / "away.db", program_.suite.path());
+  EXPECT_NE(database_.OpenRecordset("Select * From Nodes"), nullptr);
+}
+
+TEST_F(FlowDatabaseTest, DescribesTheDatabase) {
+  EXPECT_EQ(database_.DatabaseEngine(), "");
+  EXPECT_EQ(database_.Location(), " on  SQL Server");
+  EXPECT_EQ(database_.GetFieldList("ServicePorts", ", "), "Port, ServiceName, System, Enabled");
+  EXPECT_EQ(database_.GetFieldList("Missing", ", "), "");
+  EXPECT_TRUE(database_.TableExists("Nodes"));
+  EXPECT_FALSE(database_.TableExists("Missing"));
+  EXPECT_EQ(database_.DatabaseEngine(), "SQLite");
+  EXPECT_EQ(database_.Location(), "suite on " + program_.suite.path().string() + " SQL Server");
+}
+
+TEST_F(FlowDatabaseTest, WritesDateTimesAsDaysSince1900) {
+  using namespace std::chrono;  // NOLINT(google-build-using-namespace): calendar literals.
+  const local_days day{year{2007} / June / 1};
+  EXPECT_EQ(FlowDatabase::DateTimeToDBFormat(day + 12h), "39232.5");
+  EXPECT_EQ(FlowDatabase::DateTimeToDBFormat(day + 0s), "39232");
+}
+
+}  // namespace
+}  // namespace quillan
