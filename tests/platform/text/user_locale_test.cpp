@@ -1,0 +1,106 @@
+#include "platform/text/user_locale.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace quillan::text {
+namespace {
+
+using std::chrono::April;
+using std::chrono::June;
+using std::chrono::local_days;
+
+constexpr DateTime kMidnight{local_days{std::chrono::year{2007} / June / 1}};
+constexpr DateTime kAfternoon = kMidnight + std::chrono::seconds{13 * 3600 + 5 * 60 + 9};
+
+// Without the locale's data its forms cannot be told apart from those of the United States.
+bool IsInstalled(const char* name) {
+  locale_t locale = newlocale(LC_ALL_MASK, name, nullptr);
+  if (locale == nullptr) return false;
+  freelocale(locale);
+  return true;
+}
+
+TEST(UserLocaleTest, TheCLocaleWritesUnitedStatesForms) {
+  for (const char* name : {"C", "POSIX", "C.UTF-8", "en_US.UTF-8", "no_such_locale"}) {
+    const UserLocale locale{name};
+    EXPECT_EQ(locale.GeneralDateText(kAfternoon), "6/1/2007 1:05:09 PM") << name;
+    EXPECT_EQ(locale.GeneralDateText(kMidnight + std::chrono::seconds{1}), "6/1/2007 12:00:01 AM");
+    EXPECT_EQ(locale.GeneralDateText(kMidnight), "6/1/2007");
+    EXPECT_EQ(locale.GroupedNumber(-1234567), "-1,234,567");
+    EXPECT_EQ(locale.GroupedNumber(999), "999");
+    EXPECT_EQ(locale.FormatNumber(-6000.5), "-6000.5");
+  }
+}
+
+TEST(UserLocaleTest, AnInstalledLocaleWritesAndReadsItsOwnForms) {
+  if (!IsInstalled("de_DE.UTF-8")) GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
+  const UserLocale locale{"de_DE.UTF-8"};
+  EXPECT_EQ(locale.GeneralDateText(kAfternoon), "01.06.2007 13:05:09");
+  EXPECT_EQ(locale.GeneralDateText(kMidnight), "01.06.2007");
+  EXPECT_EQ(locale.GroupedNumber(1234567), "1.234.567");
+  EXPECT_EQ(locale.FormatNumber(0.5), "0,5");
+  EXPECT_EQ(locale.ReadNumber("6000,25"), 6000.25);
+  EXPECT_EQ(locale.ReadNumber("6000.25"), 6000.25);
+  EXPECT_EQ(locale.ReadNumber("1.234,5"), std::nullopt);
+  EXPECT_EQ(locale.ReadDateTime("1.6.2007"), kMidnight);
+  EXPECT_EQ(locale.ReadDateTime("2007-06-01T13:05:09"), kAfternoon);
+  EXPECT_EQ(locale.ReadDateTime("6/1/2007"), std::nullopt);
+}
+
+TEST(UserLocaleTest, ALocaleOfAnotherCharacterSetSpeaksUtf8) {
+  if (!IsInstalled("ko_KR.EUC-KR")) GTEST_SKIP() << "the locale ko_KR.EUC-KR is not installed";
+  const UserLocale locale{"ko_KR.EUC-KR"};
+  EXPECT_EQ(locale.GeneralDateText(kMidnight), "2007년 06월 01일");
+  EXPECT_EQ(locale.ReadDateTime(locale.GeneralDateText(kAfternoon)), kAfternoon);
+}
+
+TEST(UserLocaleTest, WholeTextsAreReadAsNumbersOrNotAtAll) {
+  const UserLocale locale{"C"};
+  EXPECT_EQ(locale.ReadNumber(" -12.5 "), -12.5);
+  EXPECT_EQ(locale.ReadNumber("+.5e1"), 5);
+  EXPECT_EQ(locale.ReadNumber("7."), 7);
+  EXPECT_EQ(locale.ReadNumber("1e-999"), 0);
+  for (const char* text : {"", " ", "-", ".", "+-1", "--1", "1 2", "1,000", "12x", "1e", "0x10",
+                           "inf", "nan", "1e999", "1.2.3"}) {
+    EXPECT_EQ(locale.ReadNumber(text), std::nullopt) << text;
+  }
+}
+
+TEST(UserLocaleTest, DateTimesAreReadInRegionalAndIsoForms) {
+  const UserLocale locale{"C"};
+  const DateTime minute = kAfternoon - std::chrono::seconds{9};
+  for (const char* text : {"6/1/2007 1:05:09 PM", " 06/01/2007 13:05:09 ", "6/1/07 1:05:09 pm",
+                           "2007-06-01 13:05:09", "2007-06-01T13:05:09"}) {
+    EXPECT_EQ(locale.ReadDateTime(text), kAfternoon) << text;
+  }
+  for (const char* text : {"6/1/2007 1:05 PM", "6/1/2007 13:05", "2007-06-01T13:05"}) {
+    EXPECT_EQ(locale.ReadDateTime(text), minute) << text;
+  }
+  EXPECT_EQ(locale.ReadDateTime("6/1/2007"), kMidnight);
+  EXPECT_EQ(locale.ReadDateTime("6/1/1930"), locale.ReadDateTime("6/1/30"));
+  for (const char* text :
+       {"", "yesterday", "2/30/2007", "2007-02-30", "13/1/2007", "6/1/2007 25:00",
+        "6/1/2007 1:05:60 PM", "6/1", "6/1/2007 1:05:09 PM x"}) {
+    EXPECT_EQ(locale.ReadDateTime(text), std::nullopt) << text;
+  }
+}
+
+TEST(UserLocaleTest, TheEnvironmentNamesTheLocaleOfEachCategory) {
+  if (!IsInstalled("de_DE.UTF-8")) GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
+  unsetenv("LC_ALL");
+  setenv("LANG", "C", 1);
+  setenv("LC_TIME", "", 1);
+  setenv("LC_NUMERIC", "de_DE.UTF-8", 1);
+  EXPECT_EQ(UserLocale::FromEnvironment().GeneralDateText(kMidnight), "6/1/2007");
+  EXPECT_EQ(UserLocale::FromEnvironment().GroupedNumber(1000), "1.000");
+  setenv("LC_ALL", "de_DE.UTF-8", 1);
+  EXPECT_EQ(UserLocale::FromEnvironment().GeneralDateText(kMidnight), "01.06.2007");
+}
+
+}  // namespace
+}  // namespace quillan::text
