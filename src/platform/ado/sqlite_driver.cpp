@@ -88,6 +88,7 @@ class SqliteDriver final : public Driver {
     StartTimer();
     std::vector<std::string> columns;
     const int count = sqlite3_column_count(statement.get());
+    columns.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
       columns.emplace_back(sqlite3_column_name(statement.get(), i));
     }

@@ -49,7 +49,7 @@ OwnedValue ToOwned(const Value& value) {
 Value ToView(const OwnedValue& value) {
   if (const auto* whole = std::get_if<std::int64_t>(&value)) return *whole;
   if (const auto* real = std::get_if<double>(&value)) return *real;
-  if (const auto* text = std::get_if<std::string>(&value)) return std::string_view(*text);
+  if (const auto* text = std::get_if<std::string>(&value)) return std::string_view{*text};
   return Null{};
 }
 
