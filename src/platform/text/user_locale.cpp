@@ -41,7 +41,7 @@ std::optional<std::string> Convert(const std::string& text, const std::string& f
                                    const std::string& to) {
   if (from == to) return text;
   iconv_t converter = iconv_open(to.c_str(), from.c_str());
-  if (converter == iconv_t(-1)) return std::nullopt;
+  if (reinterpret_cast<std::intptr_t>(converter) == -1) return std::nullopt;
   std::string source = text;
   std::string result(text.size() * 4 + 4, '\0');
   char* input = source.data();
@@ -117,7 +117,7 @@ std::optional<DateTime> FromCalendarParts(const tm& parts) {
       std::chrono::year(year), std::chrono::month(static_cast<unsigned>(parts.tm_mon + 1)),
       std::chrono::day(static_cast<unsigned>(parts.tm_mday))};
   if (!date.ok() || parts.tm_sec > 59) return std::nullopt;
-  return DateTime{std::chrono::local_days(date)} + std::chrono::hours(parts.tm_hour) +
+  return DateTime{std::chrono::local_days{date}} + std::chrono::hours(parts.tm_hour) +
          std::chrono::minutes(parts.tm_min) + std::chrono::seconds(parts.tm_sec);
 }
 

@@ -10,7 +10,6 @@
 namespace quillan::text {
 namespace {
 
-using std::chrono::April;
 using std::chrono::June;
 using std::chrono::local_days;
 

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillan {
+
+/// One text in the interchange format of registry editors: an optional header line ("REGEDIT4" or
+/// "Windows Registry Editor Version 5.00"), key sections `[HKEY_LOCAL_MACHINE\Software]`, and in
+/// each of them values `"Name"="text"`, or `@="text"` for the key's own value, whose name is empty.
+///
+/// Only string values are understood. Everything else (other kinds of values, deletions, comments,
+/// a value that was cut short) keeps its bytes through every edit. Keys and value names compare
+/// without regard to the case of ASCII letters. Deletions, `[-KEY]` and `"Name"=-`, undo what
+/// stands before them; of a value that stands twice the last one counts.
+class RegistryFile {
+ public:
+  /// Takes any UTF-8 text; whatever is not understood is kept and ignored.
+  explicit RegistryFile(std::string text);
+
+  /// Whether `key`, or a key below it, has a section.
+  bool HasKey(std::string_view key) const;
+  /// The text of a string value; nothing when it is absent, deleted or of another kind.
+  std::optional<std::string> StringValue(std::string_view key, std::string_view name) const;
+
+  /// Adds an empty section for `key` unless `HasKey`. False when the key cannot be written down:
+  /// when it is empty, begins with "-" or contains a line break or NUL.
+  bool AddKey(std::string_view key);
+  /// Gives the value the text, in its own place where it stands already, whatever its kind was;
+  /// else at the end of the key's section, which is added at the end of the text where it is
+  /// missing. False when key or name cannot be written down, or when `value` contains a NUL.
+  bool SetStringValue(std::string_view key, std::string_view name, std::string_view value);
+
+  /// The whole text as it now stands.
+  const std::string& text() const { return text_; }
+
+ private:
+  enum class ValueKind { kString, kOther, kDeletion };
+  struct Value {
+    std::string name;
+    ValueKind kind = ValueKind::kOther;
+    std::string text;  // Of a string.
+    size_t begin = 0;  // Of what stands after "=", in the whole text.
+    size_t end = 0;
+  };
+  struct Section {
+    std::string key;
+    bool deletes = false;  // [-KEY]
+    size_t end = 0;  // Behind the section's last line that holds anything, its line end aside.
+    std::vector<Value> values;
+  };
+
+  void Parse();
+  size_t ParseValue(size_t line, Section& section) const;
+  void ParseHeading(std::string_view line, size_t line_end);
+  size_t FirstLiveSection(std::string_view key) const;
+  const Value* LastValue(std::string_view key, std::string_view name) const;
+  std::string_view LineEnd() const;
+  void AppendSection(std::string_view key);
+
+  std::string text_;
+  std::vector<Section> sections_;
+};
+
+}  // namespace quillan
