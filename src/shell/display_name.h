@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace quillan {
+
+/// The program's name as users see it: in window titles and message boxes, and as the product of
+/// its own registry options.
+inline constexpr std::string_view kDisplayName = "Quillan";
+
+}  // namespace quillan
