@@ -1,0 +1,71 @@
+#include "ip/ip_groups.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <vector>
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+IPGroups::Group MakeGroup(std::int32_t id, double size) {
+  return std::make_shared<IPGroup>(IPGroup{id, 0, 0, size});
+}
+
+std::vector<std::int32_t> Ids(const IPGroups& groups) {
+  std::vector<std::int32_t> ids;
+  for (const auto& group : groups) ids.push_back(group->GroupID);
+  return ids;
+}
+
+TEST(IPGroupsTest, LargerGroupsComeFirstAndEqualOnesStayInOrder) {
+  IPGroups groups;
+  groups.Add(MakeGroup(1, 256));
+  groups.Add(MakeGroup(2, 65536));
+  groups.Add(MakeGroup(3, 256));
+  groups.Add(MakeGroup(40000, 16777216));
+  groups.Add(MakeGroup(5, 1));
+  EXPECT_THAT(Ids(groups), ElementsAre(40000, 2, 1, 3, 5));
+}
+
+TEST(IPGroupsTest, AGroupWhoseKeyIsTakenIsRefused) {
+  IPGroups groups;
+  groups.Add(MakeGroup(1, 256));
+  EXPECT_THROW(groups.Add(MakeGroup(1, 512)), std::invalid_argument);
+  EXPECT_THROW(groups.Add(nullptr), std::invalid_argument);
+  EXPECT_EQ(groups.Count(), 1);
+  groups.Remove("1");
+  groups.Add(MakeGroup(1, 512));
+  groups.Clear();
+  groups.Clear();
+  groups.Add(MakeGroup(1, 1024));
+  EXPECT_EQ(groups.Item("1")->RangeValue, 1024);
+}
+
+TEST(IPGroupsTest, GroupsAreFoundAndRemovedByPositionOrKeyWithoutErrors) {
+  IPGroups groups;
+  const auto small = MakeGroup(1, 1);
+  groups.Add(small);
+  groups.Add(MakeGroup(12, 2));
+  EXPECT_EQ(groups.Item(2), small);
+  EXPECT_EQ(groups.Item("12"), groups.Item(1));
+  for (const int position : {-1, 0, 3}) {
+    EXPECT_EQ(groups.Item(position), nullptr);
+    groups.Remove(position);
+  }
+  for (const char* key : {"", "2", "012", "12 ", "x"}) {
+    EXPECT_EQ(groups.Item(key), nullptr) << key;
+    groups.Remove(key);
+  }
+  EXPECT_EQ(groups.Count(), 2);
+  groups.Remove(1);
+  groups.Remove("1");
+  EXPECT_THAT(Ids(groups), IsEmpty());
+}
+
+}  // namespace
+}  // namespace quillan
