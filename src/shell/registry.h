@@ -18,7 +18,7 @@ enum class RegistryRoot { kLocalMachine, kCurrentUser };
 using RegistryKey = std::uint32_t;
 
 /// The folder of the user's own configuration: $XDG_CONFIG_HOME where it is an absolute path, else
-/// ".config" in the home folder (XDG Base Directory Specification).
+/// ".config" in the home folder (the XDG base directories).
 std::filesystem::path UserConfigurationFolder();
 
 /// The registry: text options under keys of the form "Software\Tarrowby.Net\<product>\<section>".

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "lists/list_host.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/message_box.h"
+
+namespace quillan::test {
+
+/// Records every message and answers as it was told, else with the first button.
+class ScriptedMessageBox final : public MessageBox {
+ public:
+  struct Message {
+    std::string text;
+    std::string title;
+    MessageButtons buttons;
+    MessageIcon icon;
+  };
+
+  MessageAnswer Show(std::string_view text, std::string_view title, MessageButtons buttons,
+                     MessageIcon icon) override {
+    messages.push_back({std::string(text), std::string(title), buttons, icon});
+    if (answers.empty()) {
+      return buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kYes;
+    }
+    const MessageAnswer answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+
+  std::vector<Message> messages;
+  std::deque<MessageAnswer> answers;
+};
+
+/// Stands at 1 June 2007 13:05:09 until it is set.
+class FixedClock final : public Clock {
+ public:
+  text::DateTime Now() const override { return now; }
+
+  text::DateTime now = std::chrono::local_days{std::chrono::year{2007} / std::chrono::June / 1} +
+                       std::chrono::hours{13} + std::chrono::minutes{5} + std::chrono::seconds{9};
+};
+
+/// A computer named "collector" that records what it is asked to start and open.
+class FakeDesktop final : public Desktop {
+ public:
+  bool StartProgram(const std::filesystem::path& program) override {
+    started.push_back(program);
+    return true;
+  }
+  OpenUrlResult OpenUrl(const std::string& url) override {
+    opened.push_back(url);
+    return OpenUrlResult::kOpened;
+  }
+  std::string ComputerName() const override { return "collector"; }
+  int ColorDepth() const override { return 24; }
+
+  std::vector<std::filesystem::path> started;
+  std::vector<std::string> opened;
+};
+
+/// A window that counts how often the busy pointer was shown.
+class FakeListHost final : public ListHost {
+ public:
+  void ShowBusyPointer() override { ++busy_shown, busy = true; }
+  void ShowDefaultPointer() override { busy = false; }
+  std::string_view Title() const override { return "Quillan"; }
+
+  int busy_shown = 0;
+  bool busy = false;
+};
+
+}  // namespace quillan::test
