@@ -9,8 +9,9 @@ class GridListener {
   virtual ~GridListener() = default;
   /// The mouse was clicked on a cell.
   virtual void OnClick(int /*row*/, int /*column*/) {}
-  /// A key with the character `key` was pressed and did not start an edit.
-  virtual void OnKeyPress(char32_t /*key*/) {}
+  /// The key of the character `key` was pressed outside an edit; true when it is a command, which
+  /// then starts no edit.
+  virtual bool OnKeyPress(char32_t /*key*/) { return false; }
   /// The current cell or the selection changed.
   virtual void OnSelectionChanged() {}
   /// Whether the cell may be edited in place; called before every edit.

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "lists/editable_list.h"
+#include "lists/flow_regrouping.h"
+#include "lists/new_group.h"
+#include "settings/settings.h"
+
+namespace quillan {
+
+/// The named IPv4 ranges into which endpoints are classified, over the table IPAddressGroups.
+/// Saving also reassigns the endpoints already seen, and leaves the grid without any row.
+class AddressGroupList final : public EditableList {
+ public:
+  /// Asks the user for a new group, which may not nest with a row of the grid; nothing when the
+  /// user cancels.
+  using AddNewAddressGroup = std::function<std::optional<NewGroup>(const Grid& grid)>;
+
+  /// `settings` keeps the direction of the address sort (SortToggle).
+  AddressGroupList(const ListServices& services, Settings& settings,
+                   AddNewAddressGroup add_new_group);
+
+  /// The address columns sort by value, in a direction that alternates with every request and
+  /// serves both of them.
+  bool OnSortRequest(int column) override;
+
+ protected:
+  void Add() override;
+  void OnRowLoaded(ado::Recordset& rows, int row) override;
+  void OnSyncBegins() override;
+  void OnSyncEnds() override;
+  void WriteChanged(int row) override;
+  void WriteNew(int row) override;
+  void WriteDeleted(int row) override;
+
+ private:
+  GroupRange RangeOf(int row) const;
+  bool HasRange(int row) const;
+  std::string Condition(int row) const;
+
+  Settings& settings_;
+  AddNewAddressGroup add_new_group_;
+  std::optional<FlowRegrouping> regrouping_;  // While a save runs.
+};
+
+}  // namespace quillan

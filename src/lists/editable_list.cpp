@@ -1,0 +1,69 @@
+#include "lists/editable_list.h"
+
+namespace quillan {
+
+std::vector<ListCommand> EditableList::Commands() {
+  using enum CommandPlace;
+  using enum CommandEnabled;
+  const std::string selected = " Selected " + std::string(texts_.items);
+  return {
+      {"cmdCheck", "Check" + selected, kTop, kOnDataRow, [this] { SetSelectedChecked(true); }},
+      {"cmdUncheck", "Uncheck" + selected, kTop, kOnDataRow, [this] { SetSelectedChecked(false); }},
+      {"cmdToggle", "Toggle" + selected, kTop, kOnDataRow, [this] { ToggleSelected(); }},
+      {texts_.add_name, std::string(texts_.add_caption), kBottom, kAlways, [this] { Add(); }},
+      {texts_.delete_name, "Delete" + selected, kBottom, kOnDataRow, [this] { DeleteSelected(); }},
+  };
+}
+
+int EditableList::AddRow(std::initializer_list<std::string_view> texts) {
+  Grid& grid = Table();
+  const Grid::Batch batch(grid);
+  // Between a save and the next load the grid can be without even its header.
+  if (grid.Rows() == 0) InitGrid();
+  const int row = grid.AppendRow();
+  grid.SetCheck(row, 0, CheckState::kChecked);
+  int column = 1;
+  for (const std::string_view text : texts) grid.SetText(row, column++, text);
+  Colour(row, kChangedColor);
+  SetSystem(row, false);
+  SetState(row, RowState::kNew);
+  grid.SelectOnly(row, 1);
+  return row;
+}
+
+void EditableList::DeleteSelected() {
+  MessageBox& messages = services().messages;
+  if (messages.Show(texts_.delete_question, services().host.Title(), MessageButtons::kYesNo,
+                    MessageIcon::kQuestion) != MessageAnswer::kYes) {
+    return;
+  }
+  bool warn = true;
+  Grid& grid = Table();
+  const std::vector<int> selected = grid.SelectedRows();
+  for (const int row : selected) {
+    if (!IsSystem(row)) {
+      const Grid::Batch batch(grid);
+      SetState(row, RowState::kDeleted);
+      grid.SetCheck(row, 0, CheckState::kNone);
+      Colour(row, kDeletedColor);
+    } else if (warn) {
+      warn = WarnOfSystemRow(row, selected.size() > 1);
+    }
+  }
+  grid.SelectOnly(0, grid.CurrentColumn());
+}
+
+// Whether the next system-defined row is to be warned of as well.
+bool EditableList::WarnOfSystemRow(int row, bool several) {
+  std::string text = std::string(texts_.system_before) +
+                     std::string(Table().Text(row, texts_.system_name_column)) +
+                     std::string(texts_.system_after) + "\r" + std::string(texts_.system_uncheck) +
+                     "\r\r";
+  if (several) text += texts_.system_ask_again;
+  const MessageAnswer answer = services().messages.Show(
+      text, services().host.Title(), several ? MessageButtons::kYesNo : MessageButtons::kOk,
+      several ? MessageIcon::kQuestion : MessageIcon::kNone);
+  return answer != MessageAnswer::kNo;
+}
+
+}  // namespace quillan

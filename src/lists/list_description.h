@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/ado/value.h"
+#include "platform/grid/grid.h"
+
+namespace quillan {
+
+/// What became of a row since it was loaded; the grid keeps it as the row's data.
+enum class RowState { kDeleted = -1, kUnchanged = 0, kChanged = 1, kNew = 2 };
+
+/// A column of a list. Column 0 is the check column: its field says whether the box is checked.
+struct ListColumn {
+  std::string_view header;
+  std::string_view width_text;  ///< The column is as wide as this text.
+  Alignment alignment;
+  std::string_view field;                              ///< The field of the list's query.
+  std::string (*format)(const ado::Value&) = nullptr;  ///< The field's text; null: as it is.
+};
+
+/// What one list shows, and of what table.
+struct ListDescription {
+  std::span<const ListColumn> columns;
+  std::string_view query;
+  std::string_view system_field = {};  ///< True for system-defined rows; empty: no row is marked.
+  int editable_column = 0;             ///< 0: none.
+  std::string_view last_update_setting =
+      {};  ///< The global setting of the last change; empty: none.
+};
+
+enum class CommandPlace { kTop, kBottom };
+enum class CommandEnabled { kAlways, kOnDataRow };
+
+/// A button beside a list.
+struct ListCommand {
+  std::string_view name;
+  std::string caption;
+  CommandPlace place;
+  CommandEnabled enabled;
+  std::function<void()> run;
+};
+
+}  // namespace quillan

@@ -1,0 +1,75 @@
+#include "lists/new_group.h"
+
+#include "ip/ip_functions.h"
+#include "platform/text/number.h"
+
+namespace quillan {
+namespace {
+
+std::string NestedMessage(std::string_view name, std::string_view where) {
+  return "IP address groups may overlap but cannot be nested within another group.\r\n"
+         "An IP address group (" +
+         std::string(name) + ") already exists " + std::string(where) +
+         "that is nested with\r\n"
+         "the IP address range you are attempting to add.\r\n\r\n"
+         "Please change the starting or ending IP Addresses you are adding.";
+}
+
+// The first row whose range lies within start..end or contains it.
+std::optional<int> FindNestedRow(const Grid& grid, double start, double end) {
+  for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
+    const double row_start = IPAddressToSortValue(grid.Text(row, kGroupStartColumn));
+    const double row_end = IPAddressToSortValue(grid.Text(row, kGroupEndColumn));
+    if ((start >= row_start && end <= row_end) || (row_start >= start && row_end <= end)) {
+      return row;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Refusal<NewGroupField>> RefuseNewGroup(std::string_view start_text,
+                                                     std::string_view end_text, const Grid* grid,
+                                                     FlowDatabase& database) {
+  using Refused = Refusal<NewGroupField>;
+  if (!IsValidIPAddress(start_text)) {
+    return Refused{"Please enter a valid starting IP Address.", NewGroupField::kStart};
+  }
+  if (!IsValidIPAddress(end_text)) {
+    return Refused{"Please enter a valid ending IP Address.", NewGroupField::kEnd};
+  }
+  const double start = IPAddressToSortValue(start_text);
+  const double end = IPAddressToSortValue(end_text);
+  if (start > end) {
+    return Refused{
+        "The ENDING IP Address cannot be less than the STARTING IP Address.\r\n"
+        "Please change one of the IP Addresses.",
+        NewGroupField::kEnd};
+  }
+  if (grid != nullptr) {
+    if (const auto row = FindNestedRow(*grid, start, end)) {
+      return Refused{NestedMessage(grid->Text(*row, kGroupNameColumn), "in your list "),
+                     NewGroupField::kStart};
+    }
+  }
+  const std::string first = text::FormatDigits(start);
+  const std::string last = text::FormatDigits(end);
+  const auto rows = database.OpenRecordset(
+      "Select * From IPAddressGroups Where (IPRangeStart >=" + first + " and IPRangeEnd <=" + last +
+      ") OR (IPRangeStart <=" + first + " and IPRangeEnd >=" + last + ")");
+  if (!rows) {
+    return Refused{
+        "The database cannot be asked whether the range is nested with an existing group.\r\n"
+        "Please try again later.\r\n\r\n" +
+            database.LastError(),
+        NewGroupField::kStart};
+  }
+  if (!rows->Eof()) {
+    return Refused{NestedMessage(ado::ToText(rows->Fields("IPAddressGroupName").Value()), ""),
+                   NewGroupField::kStart, true};
+  }
+  return std::nullopt;
+}
+
+}  // namespace quillan

@@ -1,0 +1,32 @@
+#include "lists/new_port.h"
+
+#include "platform/text/number.h"
+
+namespace quillan {
+
+std::variant<NewPort, Refusal<NewPortField>> ValidateNewPort(std::string_view port_number,
+                                                             std::string_view description,
+                                                             FlowDatabase& database) {
+  const auto refuse = [](const std::string& message, bool select_text) {
+    return Refusal<NewPortField>{message, NewPortField::kPortNumber, select_text};
+  };
+  const auto number = text::ReadLeadingWhole(port_number);
+  if (!number || *number < 1 || *number > 65536) {
+    return refuse("Please enter a Port Number from 1 to 65536.", false);
+  }
+  const std::string digits = std::to_string(*number);
+  const auto rows = database.OpenRecordset("Select * From ServicePorts Where Port=" + digits);
+  if (!rows) {
+    return refuse("The database cannot be asked whether port number " + digits +
+                      " already exists.\r\nPlease try again later.\r\n\r\n" + database.LastError(),
+                  false);
+  }
+  if (!rows->Eof()) {
+    return refuse("Port number " + digits + " already exists as " +
+                      ado::ToText(rows->Fields("ServiceName").Value()),
+                  true);
+  }
+  return NewPort{*number, std::string(description)};
+}
+
+}  // namespace quillan

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "db/flow_database.h"
+#include "lists/refusal.h"
+
+namespace quillan {
+
+/// A port to be added.
+struct NewPort {
+  std::int32_t number;  ///< 1..65536.
+  std::string description;
+};
+
+enum class NewPortField { kPortNumber, kDescription };
+
+/// The port that the two texts name, or why it cannot be added: its number (the number at the start
+/// of the text) is out of range, `database` holds it already, or cannot be asked.
+std::variant<NewPort, Refusal<NewPortField>> ValidateNewPort(std::string_view port_number,
+                                                             std::string_view description,
+                                                             FlowDatabase& database);
+
+}  // namespace quillan

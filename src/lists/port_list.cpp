@@ -1,0 +1,84 @@
+#include "lists/port_list.h"
+
+#include <array>
+
+#include "db/sql_text.h"
+#include "platform/text/number.h"
+
+namespace quillan {
+namespace {
+
+constexpr int kPort = 1;
+constexpr int kDescription = 2;
+
+constexpr std::array<ListColumn, 3> kColumns = {{
+    {"Monitored", "XXXXXXXXX", Alignment::kCenter, "Enabled"},
+    {"Port  ", "XXXXXXX", Alignment::kCenter, "Port"},
+    {"Description", "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX", Alignment::kLeft, "ServiceName"},
+}};
+
+constexpr ListDescription kPorts = {
+    .columns = kColumns,
+    .query = "Select * From ServicePorts Order By Port",
+    .system_field = "System",
+    .editable_column = kDescription,
+    .last_update_setting = "LastServicePortUpdate",
+};
+
+constexpr EditableListTexts kTexts = {
+    .items = "Ports",
+    .add_name = "cmdAddPort",
+    .add_caption = "Add New Port",
+    .delete_name = "cmdDeletePort",
+    .delete_question = "Delete the selected ports ?",
+    .system_before = "Port (",
+    .system_name_column = kPort,
+    .system_after = ") is a system-defined port and cannot be deleted.",
+    .system_uncheck = "You may still uncheck the 'Monitored' box for this port.",
+    .system_ask_again =
+        "Do you want to see this warning when attempting to delete additional system ports?",
+};
+
+}  // namespace
+
+PortList::PortList(const ListServices& services, AddNewPort add_new_port)
+    : EditableList(kPorts, kTexts, services), add_new_port_(std::move(add_new_port)) {}
+
+void PortList::Add() {
+  const auto port = add_new_port_();
+  if (!port) return;
+  Grid& grid = Table();
+  const int top_row = grid.TopRow();
+  AddRow({std::to_string(port->number), port->description});
+  grid.Sort(kPort, SortDirection::kAscending);
+  grid.SetTopRow(top_row);
+  for (int row = 0; row < grid.Rows(); ++row) {
+    if (text::ReadLeadingNumber(grid.Text(row, kPort)) == port->number) {
+      grid.ShowCell(row, kPort);
+      break;
+    }
+  }
+}
+
+void PortList::WriteChanged(int row) {
+  const Grid& grid = Table();
+  services().database.Execute(
+      "Update ServicePorts Set ServiceName=" + SqlText(grid.Text(row, kDescription)) +
+      ", Enabled=" + std::string(Enabled(row)) +
+      " Where Port=" + std::string(grid.Text(row, kPort)));
+}
+
+void PortList::WriteNew(int row) {
+  const Grid& grid = Table();
+  services().database.Execute(
+      "Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values (" +
+      std::string(grid.Text(row, kPort)) + "," + SqlText(grid.Text(row, kDescription)) + ",0," +
+      std::string(Enabled(row)) + ")");
+}
+
+void PortList::WriteDeleted(int row) {
+  services().database.Execute("Delete From ServicePorts Where Port=" +
+                              std::string(Table().Text(row, kPort)));
+}
+
+}  // namespace quillan
