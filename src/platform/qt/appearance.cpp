@@ -1,0 +1,41 @@
+#include "platform/qt/appearance.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace quillan {
+namespace {
+
+// Eight and a quarter points on a screen of 96 dots per inch: every caption fits its button.
+constexpr int kFontPixels = 11;
+
+QPalette LightPalette() {
+  const QColor window(240, 240, 240);
+  QPalette palette(window, window);
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::AlternateBase, QColor(246, 248, 252));
+  palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 225));
+  palette.setColor(QPalette::Highlight, QColor(206, 218, 255));
+  palette.setColor(QPalette::HighlightedText, Qt::black);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(140, 140, 140));
+  }
+  return palette;
+}
+
+}  // namespace
+
+void InstallAppearance() {
+  QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/LiberationSans-Regular.ttf"));
+  QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/LiberationSans-Bold.ttf"));
+  QFont font(QStringLiteral("Liberation Sans"));
+  font.setPixelSize(kFontPixels);
+  QFont::insertSubstitution(QStringLiteral("Tahoma"), font.family());
+  QApplication::setFont(font);
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setPalette(LightPalette());
+}
+
+}  // namespace quillan

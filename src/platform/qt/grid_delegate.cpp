@@ -1,0 +1,53 @@
+#include "platform/qt/grid_delegate.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyle>
+
+namespace quillan {
+
+void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  option->palette.setBrush(QPalette::HighlightedText, option->palette.brush(QPalette::Text));
+}
+
+void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+  if (!index.data(Qt::CheckStateRole).isValid()) {
+    QStyledItemDelegate::paint(painter, option, index);
+    return;
+  }
+  QStyleOptionViewItem cell = option;
+  initStyleOption(&cell, index);
+  const Qt::CheckState state = cell.checkState;
+  QStyle& style = *QApplication::style();
+  // The cell without its box, then the box in its middle.
+  cell.features &= ~QStyleOptionViewItem::HasCheckIndicator;
+  style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+  const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth, &cell, cell.widget),
+                   style.pixelMetric(QStyle::PM_IndicatorHeight, &cell, cell.widget));
+  cell.rect = QStyle::alignedRect(cell.direction, Qt::AlignCenter, size, option.rect);
+  cell.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+  cell.state |= state == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+  style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &cell, painter, cell.widget);
+}
+
+QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                                    const QModelIndex& index) const {
+  editor_ = QStyledItemDelegate::createEditor(parent, option, index);
+  if (editor_ != nullptr) editor_->setObjectName(QStringLiteral("CellEditor"));
+  return editor_;
+}
+
+void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                const QModelIndex& index) const {
+  QStyledItemDelegate::setModelData(editor, model, index);
+  emit EditFinished(index);
+}
+
+void GridDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const {
+  editor_.clear();
+  QStyledItemDelegate::destroyEditor(editor, index);
+}
+
+}  // namespace quillan

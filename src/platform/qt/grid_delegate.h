@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+namespace quillan {
+
+/// Paints a grid's cells: the check box in the middle of its cell, coloured texts in their colour
+/// also where they are selected. Knows the editor that is open.
+class GridDelegate final : public QStyledItemDelegate {
+  Q_OBJECT
+
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const override;
+  void setModelData(QWidget* editor, QAbstractItemModel* model,
+                    const QModelIndex& index) const override;
+  void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
+
+  /// The editor that is open; null when there is none.
+  QWidget* OpenEditor() const { return editor_; }
+
+ signals:
+  /// An edit was finished; its text stands in the model.
+  void EditFinished(const QModelIndex& index) const;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+ private:
+  mutable QPointer<QWidget> editor_;  // Cleared when it is closed; it is deleted only later.
+};
+
+}  // namespace quillan

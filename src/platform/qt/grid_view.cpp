@@ -1,0 +1,204 @@
+#include "platform/qt/grid_view.h"
+
+#include <utility>
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "platform/qt/grid_delegate.h"
+#include "platform/qt/grid_model.h"
+#include "platform/qt/qt_text.h"
+
+namespace quillan {
+namespace {
+
+constexpr int kRowPadding = 6;
+constexpr int kMinimumColumnWidth = 24;
+
+}  // namespace
+
+GridView::GridView(Grid& grid, QWidget* parent)
+    : QTableView(parent),
+      grid_(grid),
+      model_(new GridModel(grid, this)),
+      delegate_(new GridDelegate(this)) {
+  setObjectName(QStringLiteral("Table"));
+  QFont own = font();
+  own.setFamily(QStringLiteral("Tahoma"));
+  setFont(own);
+  setModel(model_);
+  setItemDelegate(delegate_);
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(ExtendedSelection);
+  setEditTriggers(EditKeyPressed | DoubleClicked | AnyKeyPressed);
+  setVerticalScrollMode(ScrollPerItem);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setTabKeyNavigation(false);
+  setCornerButtonEnabled(false);
+  setWordWrap(false);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setMinimumSectionSize(1);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  horizontalHeader()->setSectionsClickable(true);
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setStretchLastSection(true);
+  horizontalHeader()->setMinimumSectionSize(kMinimumColumnWidth);
+  LayOutColumns();
+  OnSelectionSet();
+  ConnectUser();
+  grid_.SetObserver(this);
+}
+
+GridView::~GridView() { grid_.SetObserver(nullptr); }
+
+void GridView::ConnectUser() {
+  connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
+    if (GridListener* listener = grid_.listener()) {
+      listener->OnClick(index.row() + Grid::kFixedRows, index.column());
+    }
+  });
+  connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
+    CommitEdit();
+    grid_.RequestSort(section);
+    ShowSortIndicator();
+  });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+          [this](int value) { grid_.NoteTopRow(value + Grid::kFixedRows); });
+  connect(delegate_, &GridDelegate::EditFinished, this, [this](const QModelIndex& index) {
+    if (GridListener* listener = grid_.listener()) {
+      listener->OnAfterEdit(index.row() + Grid::kFixedRows, index.column());
+    }
+  });
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this](const QItemSelection& selected, const QItemSelection& deselected) {
+            if (following_) return;
+            for (const QItemSelectionRange& range : deselected) {
+              grid_.SetSelected(range.top() + Grid::kFixedRows, range.bottom() + Grid::kFixedRows,
+                                false);
+            }
+            for (const QItemSelectionRange& range : selected) {
+              grid_.SetSelected(range.top() + Grid::kFixedRows, range.bottom() + Grid::kFixedRows,
+                                true);
+            }
+          });
+  connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) {
+            if (following_ || !current.isValid()) return;
+            grid_.MoveCurrent(current.row() + Grid::kFixedRows, current.column());
+          });
+}
+
+void GridView::CommitEdit() {
+  if (QWidget* editor = delegate_->OpenEditor()) {
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+  }
+}
+
+bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+  // Anything but an attempt of the user's to edit needs no leave.
+  if (!index.isValid() || (trigger & editTriggers()) == 0) {
+    return QTableView::edit(index, trigger, event);
+  }
+  // A key without a character, such as Ctrl, types nothing.
+  if (trigger == AnyKeyPressed && event != nullptr && event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->text().isEmpty()) {
+    return false;
+  }
+  GridListener* listener = grid_.listener();
+  if (listener == nullptr ||
+      !listener->OnBeforeEdit(index.row() + Grid::kFixedRows, index.column())) {
+    return false;
+  }
+  return QTableView::edit(index, trigger, event);
+}
+
+void GridView::keyPressEvent(QKeyEvent* event) {
+  constexpr auto kShortcuts = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+  const QString text = event->text();
+  GridListener* listener = grid_.listener();
+  if (listener != nullptr && text.size() == 1 && (event->modifiers() & kShortcuts) == 0 &&
+      listener->OnKeyPress(text.front().unicode())) {
+    event->accept();
+    return;
+  }
+  QTableView::keyPressEvent(event);
+}
+
+void GridView::OnRowsReset() {
+  const bool other_columns = model_->columnCount() != grid_.Columns();
+  following_ = true;
+  model_->Reload();
+  following_ = false;
+  // A load lays the columns out anew; sorting leaves them as the user drew them.
+  if (other_columns || grid_.SortColumn() < 0) LayOutColumns();
+  ShowSortIndicator();
+}
+
+void GridView::OnRowsAppended(int /*first*/, int last) {
+  model_->Append(last);
+  ShowSortIndicator();
+}
+
+void GridView::OnCellsChanged(int first, int last) {
+  model_->Change(first, last);
+  ShowSortIndicator();
+}
+
+void GridView::OnSelectionSet() {
+  QItemSelection selection;
+  const int last_column = model_->columnCount() - 1;
+  const auto end = [&](int row) { return row >= grid_.Rows() || !grid_.IsSelected(row); };
+  for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+    if (end(row)) continue;
+    const int first = row;
+    while (!end(row + 1)) ++row;
+    selection.append(QItemSelectionRange(model_->index(first - Grid::kFixedRows, 0),
+                                         model_->index(row - Grid::kFixedRows, last_column)));
+  }
+  following_ = true;
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  const QModelIndex current =
+      grid_.CurrentRow() < Grid::kFixedRows
+          ? QModelIndex()
+          : model_->index(grid_.CurrentRow() - Grid::kFixedRows, grid_.CurrentColumn());
+  selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+  following_ = false;
+}
+
+void GridView::OnTopRowSet() { verticalScrollBar()->setValue(grid_.TopRow() - Grid::kFixedRows); }
+
+void GridView::OnShowCell(int row, int column) {
+  if (row >= Grid::kFixedRows) scrollTo(model_->index(row - Grid::kFixedRows, column));
+}
+
+int GridView::ColumnsWidth() const {
+  int width = 0;
+  for (int column = 0; column < grid_.Columns(); ++column) {
+    width += fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text));
+  }
+  return width + 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+}
+
+void GridView::LayOutColumns() {
+  for (int column = 0; column < grid_.Columns(); ++column) {
+    setColumnHidden(column, grid_.Column(column).hidden);
+    setColumnWidth(column,
+                   fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text)));
+  }
+  // One and a half times as high as a line of text.
+  horizontalHeader()->setFixedHeight(qRound(fontMetrics().height() * 1.5));
+}
+
+void GridView::ShowSortIndicator() {
+  QHeaderView& header = *horizontalHeader();
+  header.setSortIndicatorShown(grid_.SortColumn() >= 0);
+  if (grid_.SortColumn() < 0) return;
+  header.setSortIndicator(grid_.SortColumn(), grid_.Direction() == SortDirection::kAscending
+                                                  ? Qt::AscendingOrder
+                                                  : Qt::DescendingOrder);
+}
+
+}  // namespace quillan

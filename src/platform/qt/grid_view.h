@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QTableView>
+
+#include "platform/grid/grid.h"
+
+namespace quillan {
+
+class GridDelegate;
+class GridModel;
+
+/// Shows a grid, painting only what is visible, and tells it what the user does. The grid must
+/// outlive the view; it has one view at a time.
+class GridView final : public QTableView, private GridObserver {
+  Q_OBJECT
+
+ public:
+  explicit GridView(Grid& grid, QWidget* parent = nullptr);
+  ~GridView() override;
+
+  /// Finishes the edit of a cell as if the user had left it.
+  void CommitEdit();
+  /// The width that shows every column as it is laid out, in pixels.
+  int ColumnsWidth() const;
+
+ protected:
+  bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  // Typing must not jump to another row.
+  void keyboardSearch(const QString& /*search*/) override {}
+
+ private:
+  void OnRowsReset() override;
+  void OnRowsAppended(int first, int last) override;
+  void OnCellsChanged(int first, int last) override;
+  void OnSelectionSet() override;
+  void OnTopRowSet() override;
+  void OnShowCell(int row, int column) override;
+
+  void ConnectUser();
+  void LayOutColumns();
+  void ShowSortIndicator();
+
+  Grid& grid_;
+  GridModel* model_;
+  GridDelegate* delegate_;
+  bool following_ = false;  // While the view follows the grid, nothing is told back to it.
+};
+
+}  // namespace quillan

@@ -1,0 +1,33 @@
+#include "dialog/dialog_fixture.h"
+
+#include <QHeaderView>
+#include <QTimer>
+
+namespace quillan::test {
+
+void DialogTest::ClickHeader(GridView* table, int column) {
+  QHeaderView* header = table->horizontalHeader();
+  const QPoint place(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
+                     header->height() / 2);
+  QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+}
+
+void DialogTest::InNextDialog(std::function<void(QDialog*)> act) {
+  QTimer::singleShot(0, form_.get(), [act = std::move(act)] {
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->isActiveWindow(); }));
+    act(dialog);
+    if (dialog->isVisible()) {
+      ADD_FAILURE() << "the dialog was left open";
+      dialog->reject();
+    }
+  });
+}
+
+QWidget* DialogTest::Edit(GridView* table) {
+  QTest::keyClick(table, Qt::Key_F2);
+  return table->findChild<QWidget*>(QStringLiteral("CellEditor"));
+}
+
+}  // namespace quillan::test

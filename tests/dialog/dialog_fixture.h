@@ -1,0 +1,105 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <QApplication>
+#include <QTabWidget>
+#include <QTest>
+
+#include "dialog/settings_form.h"
+#include "support/fakes.h"
+#include "support/program_folder.h"
+#include "support/scripted_driver.h"
+
+namespace quillan::test {
+
+/// The settings dialog over a suite database of the test's own, to be clicked and typed into.
+class DialogTest : public testing::Test {
+ protected:
+  DialogTest()
+      : program_([this](ado::DriverFactory drivers) { return script_.Wrap(std::move(drivers)); }) {}
+
+  void SetUp() override { EXPECT_TRUE(program_.database.OpenDatabase()); }
+
+  // Shows the dialog over what the database and the registry hold by now.
+  void Open() {
+    form_.reset();
+    settings_.reset();
+    registry_.emplace(program_.folder / "program", program_.folder / "user");
+    settings_ =
+        std::make_unique<Settings>(*registry_, program_.database, desktop_, clock_, locale_);
+    form_ = std::make_unique<SettingsForm>(SettingsFormServices{
+        *settings_, program_.database, program_.files, desktop_, messages_, clock_, locale_,
+        program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
+    form_->show();
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+  }
+
+  void WriteOption(const char* name, const char* value) {
+    program_.folder.Write(
+        "program/registry.reg",
+        std::string("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\"
+                    "Quillan\\Settings]\r\n\"") +
+            name + "\"=\"" + value + "\"\r\n");
+  }
+
+  template <typename Widget>
+  Widget* Find(const char* name, QWidget* within = nullptr) {
+    auto* found =
+        (within != nullptr ? within : form_.get())->findChild<Widget*>(QLatin1String(name));
+    EXPECT_NE(found, nullptr) << name;
+    return found;
+  }
+  void Click(const char* button, QWidget* within = nullptr) {
+    QTest::mouseClick(Find<QPushButton>(button, within), Qt::LeftButton);
+  }
+  // Selects the page with the system's number, from 1.
+  void SelectPage(int page) { Find<QTabWidget>("Tabs")->setCurrentIndex(page - 1); }
+
+  // The list named `control` with its grid's view.
+  GridView* Table(const char* control) {
+    return Find<GridView>("Table", Find<ListControl>(control));
+  }
+  static QString Cell(GridView* table, int row, int column) {
+    return table->model()->index(row - 1, column).data().toString();
+  }
+  static QVariant Check(GridView* table, int row) {
+    return table->model()->index(row - 1, 0).data(Qt::CheckStateRole);
+  }
+  static QColor TextColor(GridView* table, int row, int column) {
+    return qvariant_cast<QBrush>(table->model()->index(row - 1, column).data(Qt::ForegroundRole))
+        .color();
+  }
+  // Clicks into a cell; rows count as in the grid, from 1.
+  static void ClickCell(GridView* table, int row, int column,
+                        Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    const QModelIndex index = table->model()->index(row - 1, column);
+    table->scrollTo(index);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
+                      table->visualRect(index).center());
+  }
+  static void ClickHeader(GridView* table, int column);
+  // Does `act` in the modal dialog that the next click opens, which must leave it closed.
+  void InNextDialog(std::function<void(QDialog*)> act);
+  // Opens the editor of the current cell with F2; null when the edit is refused.
+  static QWidget* Edit(GridView* table);
+
+  DriverScript script_;
+  ProgramFolder program_;
+  ScriptedMessageBox messages_;
+  FixedClock clock_;
+  FakeDesktop desktop_;
+  const text::UserLocale locale_{"C"};
+  std::optional<Registry> registry_;
+  std::unique_ptr<Settings> settings_;
+  std::unique_ptr<SettingsForm> form_;
+  int ended_ = 0;
+};
+
+}  // namespace quillan::test

@@ -1,0 +1,96 @@
+#include <QHeaderView>
+#include <QLineEdit>
+
+#include "dialog/dialog_fixture.h"
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using GroupPageTest = test::DialogTest;
+using SourcePageTest = test::DialogTest;
+
+TEST_F(GroupPageTest, AnAddedOverlappingGroupTakesItsEndpoints) {
+  program_.suite.Run(
+      "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
+      "insert into FlowCorrelation (IPAddress, IPAddressSort, IPAddressGroupID) values "
+      "('10.0.0.5', 10000000005, 1), ('10.0.200.1', 10000200001, 1), ('10.1.0.9', 10001000009, 0)");
+  Open();
+  SelectPage(2);
+  InNextDialog([&](QDialog* dialog) {
+    auto* start = Find<QLineEdit>("StartIPAddress", dialog);
+    auto* end = Find<QLineEdit>("EndIPAddress", dialog);
+    start->setText(QStringLiteral("10.0.1.0"));
+    end->setText(QStringLiteral("10.0.1.9"));
+    Click("cmdOK", dialog);
+    EXPECT_THAT(messages_.messages.back().text, HasSubstr("(big) already exists in your list"));
+    EXPECT_TRUE(start->hasFocus());
+    start->setText(QStringLiteral("10.0.128.0"));
+    end->setText(QStringLiteral("10.1.0.255"));
+    QTest::keyClick(start, Qt::Key_Return);
+    EXPECT_TRUE(end->hasFocus());
+    QTest::keyClick(end, Qt::Key_Return);
+    Find<QLineEdit>("Description", dialog)->setText(QString::fromUtf8("Büro"));
+    QTest::keyClick(Find<QLineEdit>("Description", dialog), Qt::Key_Return);
+  });
+  Click("cmdAddGroup");
+  GridView* table = Table("AddressGroupList");
+  EXPECT_EQ(table->model()->rowCount(), 2);
+  EXPECT_EQ(TextColor(table, 2, 3), Qt::red);
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select IPAddress, IPAddressGroupName from FlowCorrelation "
+                                  "join IPAddressGroups using (IPAddressGroupID)"),
+              ElementsAre("10.0.0.5|big", "10.0.200.1|Büro", "10.1.0.9|Büro"));
+  EXPECT_EQ(table->model()->rowCount(), 2);
+  EXPECT_EQ(table->model()->columnCount(), 4);
+}
+
+TEST_F(GroupPageTest, AddressColumnsSortByValueFirstDescendingThenTheOtherWay) {
+  program_.suite.Run(
+      "insert into IPAddressGroups values (1, 9000000001, 9000000002, 'nine', 1, 1),"
+      "(2, 10000000001, 10000000002, 'ten', 1, 1)");
+  Open();
+  SelectPage(2);
+  GridView* table = Table("AddressGroupList");
+  ClickHeader(table, 1);
+  EXPECT_EQ(Cell(table, 1, 3), QStringLiteral("ten"));
+  EXPECT_EQ(table->horizontalHeader()->sortIndicatorOrder(), Qt::DescendingOrder);
+  ClickHeader(table, 2);
+  EXPECT_EQ(Cell(table, 1, 3), QStringLiteral("nine"));
+  EXPECT_EQ(table->horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
+  EXPECT_EQ(table->horizontalHeader()->sortIndicatorSection(), 2);
+}
+
+TEST_F(SourcePageTest, ChecksBecomeRowsAndNothingCanBeEdited) {
+  program_.suite.Run(
+      "insert into Nodes values (1, 'core');"
+      "insert into Interfaces values (10, 1, 'a'), (11, 1, 'b'), (12, 1, 'c'), (99, 7, 'orphan');"
+      "insert into NetFlowSources values (11)");
+  Open();
+  SelectPage(6);
+  GridView* table = Table("InterfacesList");
+  ASSERT_EQ(table->model()->rowCount(), 3);
+  for (int column = 0; column < 4; ++column) {
+    ClickCell(table, 2, column == 0 ? 1 : column);
+    EXPECT_EQ(Edit(table), nullptr);
+    QTest::keyClicks(table, QStringLiteral("xyz"));
+  }
+  EXPECT_EQ(Cell(table, 2, 2), QStringLiteral("b"));
+  ClickCell(table, 1, 0);
+  ClickCell(table, 2, 0);
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10"));
+  Click("cmdSelectAll");
+  EXPECT_EQ(TextColor(table, 3, 3), Qt::red);
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10", "11", "12"));
+  Click("cmdSelectNone");
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,179 @@
+#include <QHeaderView>
+#include <QLineEdit>
+
+#include "dialog/dialog_fixture.h"
+#include "dialog/new_port_form.h"
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+
+class PortPageTest : public test::DialogTest {
+ protected:
+  void Open() {
+    DialogTest::Open();
+    SelectPage(1);
+    table_ = Table("PortList");
+  }
+
+  // Presses the add button and does `fill` in the dialog that it opens.
+  void AddPort(const std::function<void(QDialog*)>& fill) {
+    InNextDialog(fill);
+    Click("cmdAddPort");
+  }
+
+  std::vector<std::string> Stored() {
+    return program_.suite.Rows(
+        "select Port, ServiceName, System, Enabled from ServicePorts "
+        "order by Port");
+  }
+
+  GridView* table_ = nullptr;
+};
+
+TEST_F(PortPageTest, WhatTheScreenShowsIsWhatTheDatabaseHoldsAfterwards) {
+  program_.suite.Run(
+      "insert into ServicePorts values (443, 'https', 1, 1), (80, 'http', 1, 0), (21, 'ftp', 1, 1),"
+      "(9000, 'mine', 0, 1)");
+  Open();
+  EXPECT_EQ(Cell(table_, 1, 1), QStringLiteral("21"));
+  ClickCell(table_, 1, 0);  // 21 off.
+  ClickCell(table_, 2, 1);  // A click on a text toggles nothing.
+  ClickCell(table_, 3, 1, Qt::ShiftModifier);
+  QTest::keyClick(table_, Qt::Key_Space);  // 80 on, 443 off.
+  EXPECT_EQ(Check(table_, 2), Qt::Checked);
+  EXPECT_EQ(Check(table_, 3), Qt::Unchecked);
+  EXPECT_EQ(TextColor(table_, 3, 1), Qt::red);
+
+  // The description alone can be edited, and is committed by the save itself.
+  ClickCell(table_, 2, 1);
+  EXPECT_EQ(Edit(table_), nullptr);
+  ClickCell(table_, 2, 2);
+  auto* editor = qobject_cast<QLineEdit*>(Edit(table_));
+  ASSERT_NE(editor, nullptr);
+  editor->setText(QString::fromUtf8("it's größer ") + QString(3000, QLatin1Char('x')));
+
+  AddPort([&](QDialog* dialog) {
+    QTest::keyClicks(Find<QLineEdit>("PortNumber", dialog), QStringLiteral("100"));
+    QTest::keyClick(Find<QLineEdit>("PortNumber", dialog), Qt::Key_Return);
+    EXPECT_TRUE(Find<QLineEdit>("Description", dialog)->hasFocus());
+    QTest::keyClicks(Find<QLineEdit>("Description", dialog), QStringLiteral("new - one"));
+    QTest::keyClick(Find<QLineEdit>("Description", dialog), Qt::Key_Return);
+  });
+  EXPECT_EQ(Cell(table_, 3, 1), QStringLiteral("100"));
+  EXPECT_EQ(table_->currentIndex().row(), 2);
+
+  ClickCell(table_, 5, 1);
+  Click("cmdDeletePort");
+  EXPECT_EQ(TextColor(table_, 5, 1), QColor(200, 200, 200));
+  EXPECT_FALSE(Check(table_, 5).isValid());
+  EXPECT_FALSE(Find<QPushButton>("cmdDeletePort")->isEnabled());
+
+  Click("CmdApply");
+  const std::vector<std::string> stored = {"21|ftp|1|0",
+                                           "80|it's größer " + std::string(3000, 'x') + "|1|1",
+                                           "100|new - one|0|1", "443|https|1|0"};
+  EXPECT_EQ(Stored(), stored);
+  EXPECT_THAT(program_.suite.Rows("select * from GlobalSettings"),
+              ElementsAre("LastServicePortUpdate|6/1/2007 1:05:09 PM"));
+  EXPECT_EQ(table_->model()->rowCount(), 4);
+  EXPECT_NE(TextColor(table_, 1, 1), Qt::red);
+}
+
+TEST_F(PortPageTest, KeysCheckAndUncheckTheSelectionAndOthersType) {
+  program_.suite.Run("insert into ServicePorts values (1, 'a', 1, 1), (2, 'b', 1, 1)");
+  Open();
+  ClickCell(table_, 1, 2);
+  QTest::keyClick(table_, Qt::Key_A, Qt::ControlModifier);
+  for (const auto& [key, state] : {std::pair{'-', Qt::Unchecked},
+                                   {'=', Qt::Checked},
+                                   {'_', Qt::Unchecked},
+                                   {'+', Qt::Checked}}) {
+    QTest::keyClick(table_, key);
+    EXPECT_EQ(Check(table_, 1), state) << key;
+    EXPECT_EQ(Check(table_, 2), state) << key;
+  }
+  // Any other character starts the edit with itself; Esc ends the edit, not the dialog.
+  QTest::keyClick(table_, 'q');
+  auto* editor = table_->findChild<QLineEdit*>(QStringLiteral("CellEditor"));
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(editor->text(), QStringLiteral("q"));
+  QTest::keyClick(editor, Qt::Key_Escape);
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(Cell(table_, 1, 2), QStringLiteral("a"));
+  // The check column is reached and worked from the keyboard too.
+  QTest::keyClick(table_, Qt::Key_Home);
+  EXPECT_EQ(table_->currentIndex().column(), 0);
+  QTest::keyClick(table_, Qt::Key_Down);
+  QTest::keyClick(table_, Qt::Key_Space);
+  EXPECT_EQ(Check(table_, 2), Qt::Unchecked);
+  EXPECT_EQ(Check(table_, 1), Qt::Checked);
+}
+
+TEST_F(PortPageTest, HeadersSortNumbersAsNumbersAndSelectionFollows) {
+  program_.suite.Run(
+      "insert into ServicePorts values (9, 'nine', 1, 1), (80, 'http', 1, 0), (443, 'Alpha', 1, "
+      "1)");
+  Open();
+  ClickCell(table_, 3, 2);
+  const auto ports = [&] {
+    return (Cell(table_, 1, 1) + QLatin1Char(' ') + Cell(table_, 2, 1) + QLatin1Char(' ') +
+            Cell(table_, 3, 1))
+        .toStdString();
+  };
+  ClickHeader(table_, 1);
+  EXPECT_EQ(ports(), "9 80 443");
+  EXPECT_EQ(table_->horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
+  ClickHeader(table_, 1);
+  EXPECT_EQ(ports(), "443 80 9");
+  EXPECT_EQ(table_->horizontalHeader()->sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_EQ(table_->currentIndex().row(), 0);
+  EXPECT_TRUE(table_->selectionModel()->isRowSelected(0));
+  EXPECT_FALSE(table_->selectionModel()->isRowSelected(2));
+  ClickHeader(table_, 2);
+  EXPECT_EQ(ports(), "443 80 9");
+  ClickHeader(table_, 0);
+  EXPECT_EQ(ports(), "443 9 80");
+}
+
+TEST_F(PortPageTest, TheAddDialogRefusesAndKeepsWhatWasTyped) {
+  program_.suite.Run("insert into ServicePorts values (80, 'http', 1, 1)");
+  Open();
+  AddPort([&](QDialog* dialog) {
+    auto* number = Find<QLineEdit>("PortNumber", dialog);
+    auto* description = Find<QLineEdit>("Description", dialog);
+    description->setText(QStringLiteral("kept"));
+    for (const char* text : {"", "0", "-5", "70000", "99999999999", "port"}) {
+      number->setText(QLatin1String(text));
+      Click("cmdOK", dialog);
+      EXPECT_TRUE(dialog->isVisible());
+      EXPECT_TRUE(number->hasFocus());
+      EXPECT_EQ(messages_.messages.back().text, "Please enter a Port Number from 1 to 65536.")
+          << text;
+    }
+    number->setText(QStringLiteral(" 80abc"));
+    description->setFocus();
+    QTest::keyClick(description, Qt::Key_Return);
+    EXPECT_EQ(messages_.messages.back().text, "Port number 80 already exists as http");
+    EXPECT_EQ(number->selectedText(), QStringLiteral(" 80abc"));
+    EXPECT_EQ(description->text(), QStringLiteral("kept"));
+    QTest::keyClick(dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(messages_.messages.size(), 7U);
+  EXPECT_EQ(table_->model()->rowCount(), 1);
+}
+
+TEST_F(PortPageTest, AnOpenEditorGoesWithACancelledDialog) {
+  program_.suite.Run("insert into ServicePorts values (80, 'http', 1, 1)");
+  Open();
+  ClickCell(table_, 1, 2);
+  auto* editor = qobject_cast<QLineEdit*>(Edit(table_));
+  ASSERT_NE(editor, nullptr);
+  editor->setText(QStringLiteral("lost"));
+  Click("cmdCancel");
+  EXPECT_THAT(Stored(), ElementsAre("80|http|1|1"));
+}
+
+}  // namespace
+}  // namespace quillan

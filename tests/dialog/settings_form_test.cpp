@@ -1,0 +1,214 @@
+#include "dialog/settings_form.h"
+
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QTabBar>
+
+#include "dialog/dialog_fixture.h"
+#include "platform/ado/error.h"
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using SettingsFormTest = test::DialogTest;
+
+TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
+  struct Case {
+    const char* typed;
+    const char* stored;
+  };
+  const Case cases[] = {{"9996", "9996"}, {"2055abc", "2055"}, {"20 55", "2055"}, {"abc", "1"},
+                        {"", "1"},        {"70000", "70000"},  {"-5", "1"},       {"80.5", "80"}};
+  program_.suite.Run("insert into FlowEngines values ('other', 7)");
+  for (const Case& test : cases) {
+    Open();
+    auto* port = Find<QLineEdit>("ListenPort");
+    port->selectAll();
+    QTest::keyClick(port, Qt::Key_Delete);
+    QTest::keyClicks(port, QLatin1String(test.typed));
+    Click("CmdApply");
+    EXPECT_EQ(port->text(), QLatin1String(test.stored)) << test.typed;
+    EXPECT_THAT(program_.suite.Rows("select * from FlowEngines order by ServerName"),
+                ElementsAre(std::string("collector|") + test.stored, "other|7"));
+    EXPECT_TRUE(form_->isVisible());
+  }
+}
+
+TEST_F(SettingsFormTest, RefusesAPortThatIsNoNumberOfThisWorldAndWritesNothing) {
+  Open();
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("99999999999"));
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  ASSERT_EQ(messages_.messages.size(), 1U);
+  EXPECT_THAT(messages_.messages[0].text, HasSubstr("99999999999"));
+  EXPECT_EQ(messages_.messages[0].icon, MessageIcon::kExclamation);
+  EXPECT_EQ(messages_.messages[0].title, "Quillan");
+  EXPECT_EQ(Find<QLineEdit>("ListenPort")->text(), QStringLiteral("99999999999"));
+  EXPECT_THAT(program_.suite.Rows("select * from FlowEngines"), IsEmpty());
+}
+
+TEST_F(SettingsFormTest, CancelEscAndTheCloseBoxWriteNothing) {
+  const std::function<void()> ways[] = {
+      [&] { Click("cmdCancel"); },
+      [&] { QTest::keyClick(form_.get(), Qt::Key_Escape); },
+      [&] { form_->close(); },
+  };
+  for (const auto& leave : ways) {
+    Open();
+    Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+    leave();
+    EXPECT_FALSE(form_->isVisible());
+  }
+  EXPECT_EQ(ended_, 3);
+  EXPECT_THAT(program_.suite.Rows("select * from FlowEngines"), IsEmpty());
+}
+
+TEST_F(SettingsFormTest, TheStyleDecidesWhetherClosingEndsTheProgram) {
+  const std::pair<const char*, int> cases[] = {
+      {"advanced", 0}, {"MINIMAL", 0}, {"DIALOG", 1}, {"", 1}};
+  for (const auto& [style, ended] : cases) {
+    WriteOption("GUI Style", style);
+    Open();
+    ended_ = 0;
+    Click("cmdOK");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(ended_, ended) << style;
+  }
+}
+
+TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
+  Open();
+  const std::vector<std::string> load = {
+      "Select * From FlowEngines Where ServerName='collector'",
+      "Select * From ServicePorts Order By Port",
+      "Select * From IPAddressGroups Order By IPRangeStart",
+  };
+  const auto is_load = [&](size_t from) {
+    for (size_t i = 0; i < load.size(); ++i) EXPECT_EQ(script_.statements[from + i], load[i]);
+    EXPECT_THAT(script_.statements[from + 3], HasSubstr("FROM Interfaces i"));
+    EXPECT_EQ(script_.statements.size(), from + 4);
+  };
+  is_load(1);  // After the isolation level.
+  script_.statements.clear();
+  Click("CmdApply");
+  EXPECT_EQ(script_.statements[0], load[0]);
+  EXPECT_THAT(script_.statements[1], HasSubstr("insert into FlowEngines"));
+  is_load(2);
+}
+
+TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl) {
+  Open();
+  auto* tabs = Find<QTabWidget>("Tabs");
+  EXPECT_EQ(tabs->currentIndex(), 4);
+  QStringList visible;
+  for (int tab = 0; tab < tabs->count(); ++tab) {
+    if (tabs->isTabVisible(tab)) visible += tabs->tabText(tab);
+  }
+  EXPECT_EQ(visible.join(QLatin1Char('|')).toStdString(),
+            "Application && Service Ports|IP Address Groups|NetFlow Service|NetFlow Sources");
+  SelectPage(1);
+  EXPECT_TRUE(Table("PortList")->hasFocus());
+  SelectPage(2);
+  EXPECT_TRUE(Table("AddressGroupList")->hasFocus());
+  SelectPage(6);
+  EXPECT_TRUE(Table("InterfacesList")->hasFocus());
+  SelectPage(5);
+  EXPECT_TRUE(Find<QLineEdit>("ListenPort")->hasFocus());
+  // Enter presses no button.
+  QTest::keyClick(Find<QLineEdit>("ListenPort"), Qt::Key_Return);
+  EXPECT_TRUE(form_->isVisible());
+}
+
+TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
+  Open();
+  form_->resize(516, 432);
+  EXPECT_EQ(Find<QTabWidget>("Tabs")->geometry(), QRect(7, 7, 502, 387));
+  EXPECT_EQ(Find<QPushButton>("cmdOK")->geometry(), QRect(196, 400, 73, 25));
+  EXPECT_EQ(Find<QPushButton>("CmdHelp")->geometry(), QRect(436, 400, 73, 25));
+  form_->resize(816, 532);
+  EXPECT_EQ(Find<QPushButton>("cmdOK")->geometry(), QRect(496, 500, 73, 25));
+  EXPECT_EQ(Find<QPushButton>("CmdHelp")->geometry().right(),
+            Find<QTabWidget>("Tabs")->geometry().right());
+}
+
+TEST_F(SettingsFormTest, EveryCaptionFitsItsButton) {
+  Open();
+  for (int page : {1, 2, 6}) {
+    SelectPage(page);
+    for (const QPushButton* button : form_->findChildren<QPushButton*>()) {
+      if (!button->isVisible()) continue;
+      const int text = button->fontMetrics().horizontalAdvance(button->text());
+      EXPECT_LE(text + 8, button->width()) << button->text().toStdString();
+    }
+  }
+}
+
+TEST_F(SettingsFormTest, HelpNeedsToKnowItsServer) {
+  Open();
+  EXPECT_FALSE(Find<QPushButton>("CmdHelp")->isEnabled());
+  EXPECT_THAT(Find<QPushButton>("CmdHelp")->toolTip().toStdString(), HasSubstr("Help Server"));
+  WriteOption("Help Server", "help.example");
+  Open();
+  Click("CmdHelp");
+  EXPECT_THAT(desktop_.opened, ElementsAre("http://help.example/Kelvora/Help/Admin/NetFlow.htm"));
+
+  QTest::keyClick(form_.get(), Qt::Key_F1);
+  EXPECT_EQ(desktop_.opened.size(), 1U);
+  const auto file = program_.folder.Write("program/Help/Tarrowby.chm", "help");
+  QTest::keyClick(form_.get(), Qt::Key_F1);
+  EXPECT_EQ(desktop_.opened.back(), file.string());
+}
+
+TEST_F(SettingsFormTest, AFailedSaveKeepsTheDialogAndWritesNothingTwice) {
+  program_.suite.Run(
+      "insert into Nodes values (1, 'node');"
+      "insert into Interfaces values (10, 1, 'a'), (11, 1, 'b');"
+      "insert into ServicePorts values (80, 'http', 1, 1)");
+  Open();
+  SelectPage(1);
+  ClickCell(Table("PortList"), 1, 0);
+  SelectPage(6);
+  Click("cmdSelectAll");
+  script_.before = [](const std::string& text) {
+    if (text.find("values (11)") != std::string::npos) throw ado::Error(1, "", "no more room");
+  };
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(messages_.messages.back().text, "no more room");
+  EXPECT_NE(form_->cursor().shape(), Qt::WaitCursor);
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10"));
+  EXPECT_THAT(program_.suite.Rows("select Enabled from ServicePorts"), ElementsAre("0"));
+  // The finished list is reloaded, the failed one keeps its edits.
+  EXPECT_FALSE(TextColor(Table("PortList"), 1, 1) == Qt::red);
+  EXPECT_EQ(TextColor(Table("InterfacesList"), 2, 1), Qt::red);
+
+  script_.before = [](const std::string&) {};
+  script_.statements.clear();
+  Click("cmdOK");
+  EXPECT_FALSE(form_->isVisible());
+  EXPECT_THAT(script_.statements,
+              testing::Not(testing::Contains(HasSubstr("Update ServicePorts"))));
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10", "11"));
+}
+
+TEST_F(SettingsFormTest, StaysUsableWhileTheDatabaseIsAway) {
+  program_.suite.Run("insert into ServicePorts values (80, 'http', 1, 1)");
+  Open();
+  std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
+  Click("CmdApply");
+  EXPECT_EQ(Table("PortList")->model()->rowCount(), 0);
+  EXPECT_EQ(Find<QLineEdit>("ListenPort")->text(), QStringLiteral("2055"));
+  std::filesystem::rename(program_.folder / "away.db", program_.suite.path());
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("3000"));
+  Click("CmdApply");
+  EXPECT_EQ(Table("PortList")->model()->rowCount(), 1);
+  EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("3000"));
+}
+
+}  // namespace
+}  // namespace quillan
