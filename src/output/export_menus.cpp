@@ -25,17 +25,14 @@ bool IsNothing(const Value& value) { return std::holds_alternative<std::monostat
 
 std::vector<Method> ReadMethods(const Lenient& engine, const Value& methods) {
   std::vector<Method> result;
-  std::vector<std::string> keys;
   const Lenient dictionary(methods);
-  if (dictionary) {
-    keys = MethodKeys(dictionary.Call("Keys", {}));
-  } else {
-    keys = MethodKeys(methods);
-  }
-  for (std::string& key : keys) {
+  const Value answer = dictionary ? dictionary.Call("Keys", {}) : methods;
+  const auto* keys = std::get_if<std::vector<std::string>>(&answer);
+  if (keys == nullptr) return result;
+  for (const std::string& key : *keys) {
     const Value name =
         dictionary ? dictionary.Call("Item", {key}) : engine.Call("MethodName", {key});
-    result.push_back({std::move(key), ToText(name)});
+    result.push_back({key, ToText(name)});
   }
   return result;
 }
@@ -102,9 +99,10 @@ Lenient LoadEntry(const Lenient& menu, std::int32_t index, const Method& method)
 }  // namespace
 
 std::vector<std::string> MethodKeys(const Value& methods) {
-  if (const auto* keys = std::get_if<std::vector<std::string>>(&methods)) return *keys;
   const automation::ObjectRef dictionary = ToObject(methods);
-  return dictionary ? MethodKeys(dictionary->Call("Keys", {})) : std::vector<std::string>();
+  const Value answer = dictionary ? dictionary->Call("Keys", {}) : methods;
+  const auto* keys = std::get_if<std::vector<std::string>>(&answer);
+  return keys != nullptr ? *keys : std::vector<std::string>();
 }
 
 void FillExportMenu(const automation::ObjectRef& engine, const Value& methods,
