@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace quillan::automation {
+
+class Object;
+using ObjectRef = std::shared_ptr<Object>;
+
+/// What an automation object takes and answers: nothing, a truth value, a whole number, a text
+/// (UTF-8), an array of texts, another object.
+using Value = std::variant<std::monostate, bool, std::int32_t, std::string,
+                           std::vector<std::string>, ObjectRef>;
+
+/// The error number of "cannot create object". Source: Visual Basic's trappable errors.
+inline constexpr std::int32_t kCannotCreateObject = 429;
+
+/// A failure of an object or of its creation.
+class Error : public std::runtime_error {
+ public:
+  /// `number`: the error's own, such as `kCannotCreateObject`.
+  Error(std::int32_t number, const std::string& text) : std::runtime_error(text), number_(number) {}
+  std::int32_t number() const { return number_; }
+
+ private:
+  std::int32_t number_;
+};
+
+/// An object whose members are reached by name.
+class Object {
+ public:
+  virtual ~Object() = default;
+  /// The name of the object's type.
+  virtual std::string TypeName() const = 0;
+  /// Reads a property. Throws `Error`.
+  virtual Value Get(std::string_view property) = 0;
+  /// Writes a property. Throws `Error`.
+  virtual void Put(std::string_view property, const Value& value) = 0;
+  /// Calls a member, which may change the arguments. Throws `Error`.
+  virtual Value Call(std::string_view member, std::span<Value> arguments) = 0;
+};
+
+/// Makes automation objects.
+class Server {
+ public:
+  virtual ~Server() = default;
+  /// A new object of the type that is registered as `programmatic_identifier`. Throws `Error`.
+  virtual ObjectRef CreateObject(std::string_view programmatic_identifier) = 0;
+};
+
+/// The value as a truth value: a number other than 0 and the text "True" count as true, in any case
+/// of its letters; everything else but true itself does not.
+bool ToBoolean(const Value& value);
+/// The value as text: a whole number in decimal digits; empty for anything but text and numbers.
+std::string ToText(const Value& value);
+/// The object that the value holds; null for anything else.
+ObjectRef ToObject(const Value& value);
+
+}  // namespace quillan::automation

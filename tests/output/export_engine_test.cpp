@@ -1,0 +1,329 @@
+#include "output/export_engine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace quillan {
+namespace {
+
+using automation::ObjectRef;
+using automation::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string Show(const Value& value) {
+  if (const auto* truth = std::get_if<bool>(&value)) return *truth ? "yes" : "no";
+  return automation::ToObject(value) ? "object" : automation::ToText(value);
+}
+
+// An object that notes what is asked of it in a log shared by the family, and answers as scripted;
+// what it has no answer for fails.
+class Recorder : public automation::Object {
+ public:
+  using Log = std::vector<std::string>;
+  Recorder(Log& log, std::string type) : log_(log), type_(std::move(type)) {}
+
+  std::string TypeName() const override { return type_; }
+  Value Get(std::string_view property) override { return Answer(std::string(property)); }
+  void Put(std::string_view property, const Value& value) override {
+    log_.push_back(type_ + "." + std::string(property) + "=" + Show(value));
+    answers[std::string(property)] = value;
+  }
+  Value Call(std::string_view member, std::span<Value> arguments) override {
+    std::string call(member);
+    for (Value& argument : arguments) {
+      call += " " + Show(argument);
+      argument = "written by the object";
+    }
+    log_.push_back(type_ + "." + call);
+    if (answers.contains("file written")) answers["TargetFilename"] = answers["file written"];
+    return answers.contains(call) ? answers[call] : Answer(std::string(member));
+  }
+  // A new object that this one answers `member` with.
+  std::shared_ptr<Recorder> Child(const std::string& member, const std::string& type) {
+    auto child = std::make_shared<Recorder>(log_, type);
+    answers[member] = child;
+    return child;
+  }
+
+  std::map<std::string, Value> answers;
+
+ private:
+  Value Answer(const std::string& member) {
+    if (!answers.contains(member)) throw automation::Error(438, "no " + member);
+    return answers[member];
+  }
+
+  Log& log_;
+  std::string type_;
+};
+
+class ExportEngineTest : public testing::Test,
+                         public automation::Server,
+                         public Printers,
+                         public MessageBox {
+ protected:
+  ObjectRef CreateObject(std::string_view identifier) override {
+    EXPECT_EQ(identifier, "Rendix.Engine");
+    if (!engine_) throw automation::Error(429, "not registered");
+    return engine_;
+  }
+  bool AnyInstalled() const override { return has_printer_; }
+  MessageAnswer Show(std::string_view text, std::string_view title, MessageButtons,
+                     MessageIcon icon) override {
+    boxes_.push_back(std::string(title) + ": " + std::string(text) +
+                     (icon == MessageIcon::kCritical ? " (stop)" : ""));
+    return MessageAnswer::kOk;
+  }
+
+  // The calls of the engine since the last look, without the options.
+  Recorder::Log Calls() {
+    std::erase_if(log_,
+                  [](const std::string& line) { return line.find('=') != std::string::npos; });
+    return std::exchange(log_, {});
+  }
+
+  Recorder::Log log_;
+  std::vector<std::string> boxes_;
+  bool has_printer_ = true;
+  std::shared_ptr<Recorder> engine_ = std::make_shared<Recorder>(log_, "Engine");
+  ExportEngine export_{*this, *this, *this, {"Quillan Settings", 4, 2, 17, "/opt/quillan"}};
+};
+
+TEST_F(ExportEngineTest, OptionsArePushedInOrderAndHoldForOneCall) {
+  export_.Title = "Ports";
+  export_.TargetFilename = "/tmp/a.htm";
+  export_.Quiet = true;
+  engine_->answers["ExportText"] = -1;
+  engine_->answers["file written"] = "/tmp/b.htm";
+  EXPECT_TRUE(export_.ExportText("body", "HTML"));
+  EXPECT_THAT(
+      log_,
+      ElementsAre("Engine.ProgramName=Quillan Settings", "Engine.ProgramVersion=4.2.17",
+                  "Engine.Title=Ports", "Engine.SubTitle=", "Engine.Paragraph=", "Engine.Footer=",
+                  "Engine.ImageHeight=400", "Engine.ImageWidth=640", "Engine.ImageFormat=GIF",
+                  "Engine.FileFormat=", "Engine.Orientation=1", "Engine.TargetFilename=/tmp/a.htm",
+                  "Engine.InitDir=", "Engine.ColumnList=", "Engine.SelectMethod=no",
+                  "Engine.SkipFieldSelection=no", "Engine.SkipFilenameSelection=no",
+                  "Engine.Quiet=yes", "Engine.DefaultPrinter=", "Engine.ExportText HTML body"));
+  EXPECT_EQ(export_.Title, "");
+  EXPECT_TRUE(export_.Quiet);
+  EXPECT_EQ(export_.TargetFilename, "/tmp/b.htm");
+}
+
+TEST_F(ExportEngineTest, EveryMemberIsForwardedToTheEngineUnderItsName) {
+  const ObjectRef o = std::make_shared<Recorder>(log_, "Item");
+  const auto calls = [this](const std::string& method) {
+    Recorder::Log result;
+    for (const char* item :
+         {"Table", "RTF", "Text", "TextFile", "EMFFile", "Chart", "Map", "Picture", "ImageFile"}) {
+      const std::string member = std::string("Export") + item;
+      engine_->answers[member] = true;
+      const bool is_text =
+          std::string_view("RTF TextFile EMFFile ImageFile").find(item) != std::string_view::npos;
+      result.push_back("Engine." + member);
+      result.back().append(" ").append(method).append(is_text ? " t" : " object");
+    }
+    return result;
+  };
+  Recorder::Log expected = calls("PREVIEW");
+  EXPECT_TRUE(export_.PrintTable(o, true) && export_.PrintRTF("t", true) &&
+              export_.PrintText("t", true) && export_.PrintTextFile("t", true) &&
+              export_.PrintEMFFile("t", true) && export_.PrintChart(o, true) &&
+              export_.PrintMap(o, true) && export_.PrintPicture(o, true) &&
+              export_.PrintImageFile("t", true));
+  EXPECT_EQ(Calls(), expected);
+  expected = calls("PRINTER");
+  EXPECT_TRUE(export_.ExportTable(o, "PRINTER") && export_.ExportRTF("t", "PRINTER") &&
+              export_.PrintText("t", false) && export_.ExportTextFile("t", "PRINTER") &&
+              export_.ExportEMFFile("t", "PRINTER") && export_.ExportChart(o, "PRINTER") &&
+              export_.ExportMap(o, "PRINTER") && export_.ExportPicture(o, "PRINTER") &&
+              export_.ExportImageFile("t", "PRINTER"));
+  EXPECT_EQ(Calls(), expected);
+}
+
+TEST_F(ExportEngineTest, ExportAndSendChoosesTheFormByTheWayItIsSent) {
+  const ObjectRef item = std::make_shared<Recorder>(log_, "Item");
+  using Member = std::function<bool(const std::string&)>;
+  const Member table = [&](const auto& to) { return export_.ExportAndSendTable(item, to); };
+  const Member chart = [&](const auto& to) { return export_.ExportAndSendChart(item, to); };
+  const Member map = [&](const auto& to) { return export_.ExportAndSendMap(item, to); };
+  const Member picture = [&](const auto& to) { return export_.ExportAndSendPicture(item, to); };
+  const Member emf = [&](const auto& to) { return export_.ExportAndSendEMFFile("e", to); };
+  const Member rtf = [&](const auto& to) { return export_.ExportAndSendRTF("r", to); };
+  const Member text = [&](const auto& to) { return export_.ExportAndSendText("t", to); };
+  struct Row {
+    Member send;
+    const char *send_to, *file_format;          // As the caller gives them.
+    const char *call, *pushed_format, *select;  // As the engine receives them.
+  };
+  for (const Row& row : {
+           Row{table, "Excel.exe", "", "ExportTable HTML object", "HTML", "yes"},
+           Row{chart, "x.MapiMail", "", "ExportChart MHTML object", "MHTML", "yes"},
+           Row{map, "MAILCONTENT", "GIF", "ExportMap HTML object", "MHTML", "no"},
+           Row{picture, "a", "PNG", "ExportPicture HTML object", "HTML", "yes"},
+           Row{emf, "a", "", "ExportEMFFile HTML e", "HTML", "yes"},
+           Row{rtf, "MailContent", "", "ExportRTF txt r", "txt", "yes"},
+           Row{text, "x.mapimail", "html", "ExportText MHTML t", "MHTML", "yes"},
+           Row{text, "a", "html", "ExportText html t", "html", "yes"},
+       }) {
+    engine_->answers = {{row.call, true}, {"SendTo", true}};
+    log_.clear();
+    export_.FileFormat = row.file_format;
+    EXPECT_TRUE(row.send(row.send_to)) << row.call;
+    // The first of the two pushes.
+    EXPECT_EQ(log_[9], std::string("Engine.FileFormat=") + row.pushed_format);
+    EXPECT_EQ(log_[14], std::string("Engine.SelectMethod=") + row.select);
+    EXPECT_EQ(log_[16], "Engine.SkipFilenameSelection=yes");
+    EXPECT_EQ(log_[17], "Engine.Quiet=yes");
+    EXPECT_THAT(Calls(),
+                ElementsAre(std::string("Engine.") + row.call,
+                            "Engine.SendTo /opt/quillan/Export " + std::string(row.send_to)));
+    EXPECT_EQ(export_.TargetFilename, "");
+  }
+
+  engine_->answers = {{"ExportText", false}};
+  EXPECT_FALSE(export_.ExportAndSendText("t", "a"));
+  EXPECT_THAT(Calls(), ElementsAre("Engine.ExportText txt t"));
+  engine_->answers = {{"ExportText", true}, {"SendTo", false}};
+  EXPECT_FALSE(export_.ExportAndSendText("t", "a"));
+}
+
+TEST_F(ExportEngineTest, TheBestMethodFollowsKindAndMail) {
+  const std::tuple<int, const char*, const char*> rows[] = {
+      {0, "x.mapiMAIL", "MHTML"}, {2, "a", "HTML"}, {3, "MailContent", "HTML"},
+      {1, ".MAPIMAIL", "TXT"},    {4, "a", ""},     {-1, "a", ""}};
+  for (const auto& [kind, send_to, method] : rows) {
+    EXPECT_EQ(ExportEngine::BestExportMethod(kind, send_to), method) << kind;
+  }
+}
+
+TEST_F(ExportEngineTest, WithoutAnEngineOnlyTheCallsThatPrintExportOrSendComplain) {
+  engine_ = nullptr;
+  export_.Title = "kept";
+  EXPECT_EQ(export_.ExportMethods(0), std::vector<std::string>());
+  EXPECT_EQ(export_.MethodName("HTML"), "");
+  EXPECT_EQ(export_.SendToMethods(), nullptr);
+  export_.LoadSendToMenu(std::make_shared<Recorder>(log_, "Object"));
+  EXPECT_THAT(boxes_, IsEmpty());
+
+  EXPECT_FALSE(export_.PrintText("t", false));
+  EXPECT_EQ(export_.SendTo("f", "a"), Value());
+  EXPECT_EQ(export_.Title, "kept");
+  EXPECT_FALSE(export_.ExportAndSendText("t", "a"));
+  EXPECT_EQ(boxes_.size(), 3U);
+  EXPECT_EQ(boxes_[0],
+            "Quillan Settings: Cannot start Tarrowby Export Engine.\r\nYou may need to reinstall "
+            "the Tarrowby software.\r\n\r\nError= 429");
+}
+
+TEST_F(ExportEngineTest, AnErrorOfTheEngineReachesTheCaller) {
+  EXPECT_THROW(export_.ExportText("t", "HTML"), automation::Error);
+  EXPECT_THROW(export_.SendTo("f", "a"), automation::Error);
+  EXPECT_THROW(export_.MethodName("HTML"), automation::Error);
+}
+
+TEST_F(ExportEngineTest, OnlyAMissingPrinterIsTold) {
+  EXPECT_FALSE(export_.NoPrinters());
+  EXPECT_THAT(boxes_, IsEmpty());
+  has_printer_ = false;
+  EXPECT_TRUE(export_.NoPrinters());
+  EXPECT_THAT(boxes_, ElementsAre("Quillan Settings: You do not have a Printer installed.\r\nYou "
+                                  "must install a Printer before you can print. (stop)"));
+}
+
+class ExportMenuTest : public ExportEngineTest {
+ protected:
+  ExportMenuTest() {
+    Methods("ExportMethods", {{"HTML", "Web page"}, {"TXT", "Text"}});
+    Methods("SentToMethods", {{"C:\\Office\\Excel.exe", "Microsoft Excel 97"}, {"Mail", "Mail"}});
+    const auto commands = toolbar_->Child("Commands", "Commands");
+    commands->Child("AddToolButton", "Button")->answers["Name"] = "the button";
+    images_ = commands->Child("Images", "Images");
+    menu_->Child("CommandBar", "Bar")->Child("Controls", "Controls")->Child("Add", "Entry");
+    menu_->Child("Menu", "Menu")->Child("Tools", "Tools")->Child("Add", "Entry");
+  }
+
+  void Methods(const std::string& member, const std::map<std::string, std::string>& names) {
+    const auto dictionary = engine_->Child(member, "Methods");
+    std::vector<std::string> keys;
+    for (const auto& [key, name] : names) {
+      keys.push_back(key);
+      dictionary->answers["Item " + key] = name;
+    }
+    dictionary->answers["Keys"] = keys;
+    dictionary->answers["RemoveAll"] = {};
+  }
+
+  // What was done to toolbar and menu since the last look.
+  Recorder::Log Steps() {
+    std::erase_if(log_, [](const std::string& line) {
+      return (line.starts_with("Engine.") || line.starts_with("Methods.")) &&
+             line != "Methods.RemoveAll";
+    });
+    return std::exchange(log_, {});
+  }
+
+  void SetMenu(const std::string& type) {
+    const auto answers = menu_->answers;
+    menu_ = std::make_shared<Recorder>(log_, type);
+    menu_->answers = answers;
+  }
+
+  std::shared_ptr<Recorder> toolbar_ = std::make_shared<Recorder>(log_, "Toolbar");
+  std::shared_ptr<Recorder> menu_ = std::make_shared<Recorder>(log_, "Items");
+  std::shared_ptr<Recorder> images_;
+};
+
+TEST_F(ExportMenuTest, APopupTakesTheKeysOfNewButtons) {
+  SetMenu("ICommandPopupMenu");
+  images_->answers["Item TXT"] = "picture";
+  export_.LoadExportsMenu(menu_, toolbar_);
+  EXPECT_THAT(Steps(),
+              ElementsAre("Commands.AddToolButton Export:HTML Web page", "Button.Tag=HTML",
+                          "Images.Item Export:HTML", "Images.Item HTML", "Controls.Add Export:HTML",
+                          "Commands.AddToolButton Export:TXT Text", "Button.Tag=TXT",
+                          "Images.Item Export:TXT", "Images.Item TXT", "Button.Image=picture",
+                          "Controls.Add Export:TXT", "Methods.RemoveAll"));
+  export_.LoadExportsMenu(menu_);
+  EXPECT_THAT(Steps(), IsEmpty());
+}
+
+TEST_F(ExportMenuTest, AToolTakesTheNamesOfNewButtonsInGroups) {
+  SetMenu("ISSTool");
+  images_->answers["Item Send:Excel"] = "picture";
+  export_.LoadSendToMenu(menu_, toolbar_, "Send:");
+  EXPECT_THAT(Steps(),
+              ElementsAre("Commands.AddToolButton Send:C:\\Office\\Excel.exe Microsoft Excel 97",
+                          "Button.Tag=C:\\Office\\Excel.exe", "Images.Item Send:Excel",
+                          "Button.Image=picture", "Tools.Add the button", "Entry.BeginGroup=yes",
+                          "Commands.AddToolButton Send:Mail Mail", "Button.Tag=Mail",
+                          "Images.Item Send:Mail", "Images.Item Mail", "Tools.Add the button",
+                          "Methods.RemoveAll"));
+}
+
+TEST_F(ExportMenuTest, AnArrayKeepsItsFirstItemAsTheTemplate) {
+  menu_->answers = {{"LBound", 1}, {"UBound", 2}};
+  menu_->Child("Item", "Entry");
+  engine_->answers["ExportMethods"] = std::vector<std::string>{"HTML", "GIF"};
+  engine_->answers["MethodName HTML"] = "Web page";
+  export_.LoadExportsMenu(menu_);
+  EXPECT_THAT(Steps(), ElementsAre("Items.Unload 2", "Items.Load 2", "Items.Item 2",
+                                   "Entry.Caption=Web page", "Entry.Tag=HTML", "Entry.Visible=yes",
+                                   "Entry.Enabled=yes", "Items.Load 3", "Items.Item 3",
+                                   "Entry.Caption=", "Entry.Tag=GIF", "Entry.Visible=yes",
+                                   "Entry.Enabled=yes"));
+}
+
+TEST_F(ExportMenuTest, TheMethodsThemselvesCanBeRead) {
+  EXPECT_THAT(export_.ExportMethods(3), ElementsAre("HTML", "TXT"));
+  EXPECT_THAT(log_, testing::Contains("Engine.ExportMethods 3"));
+  engine_->answers["MethodName"] = "Web page";
+  EXPECT_EQ(export_.MethodName("HTML"), "Web page");
+  EXPECT_EQ(export_.SendToMethods()->TypeName(), "Methods");
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,165 @@
+#include "platform/qt/window_messages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <QApplication>
+#include <QEvent>
+#include <QTest>
+#include <QWindow>
+
+#include "shell/resize_handler.h"
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Notes the messages that it receives.
+class Probe : public ISubclass {
+ public:
+  std::int32_t MsgResponse() const override { return 1; }
+  void SetMsgResponse(std::int32_t /*response*/) override {}
+  std::int32_t WindowProc(WindowHandle /*window*/, WindowMessage message, std::uint32_t /*w_param*/,
+                          WindowRect* /*rectangle*/) override {
+    messages.push_back(message);
+    return 0;
+  }
+  std::vector<WindowMessage> messages;
+};
+
+class QtWindowMessagesTest : public testing::Test, public ResizeListener {
+ protected:
+  QtWindowMessagesTest() {
+    window_->setGeometry(100, 100, 400, 300);
+    window_->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+    handler_.SetListener(this);
+    handler_.Attach(QtWindowMessages::HandleOf(*window_));
+  }
+
+  void OnEnterSizeMove() override { events_.push_back("enter"); }
+  void OnExitSizeMove() override { events_.push_back("exit"); }
+  void OnActivate(bool /*clicked*/) override { events_.push_back("active"); }
+  void OnDeactivate() override { events_.push_back("inactive"); }
+  void OnMoving(WindowBounds& bounds) override {
+    events_.push_back("moving");
+    bounds.left = std::max(bounds.left, 50);
+  }
+  void OnSizing(WindowBounds& bounds) override {
+    events_.push_back("sizing");
+    bounds.width = std::max(bounds.width, min_width_);
+    if (detach_) handler_.Detach();
+  }
+  std::vector<std::string> Events() {
+    QApplication::processEvents();
+    return std::exchange(events_, {});
+  }
+
+  std::vector<std::string> events_;
+  int min_width_ = 300;
+  bool detach_ = false;
+  QtWindowMessages messages_;
+  FullWindowDrag no_setting_;
+  std::unique_ptr<QWidget> window_ = std::make_unique<QWidget>();
+  ResizeHandler handler_{messages_, no_setting_};
+};
+
+TEST_F(QtWindowMessagesTest, AMinimumWidthHoldsWhoeverSizesTheWindow) {
+  Events();
+  window_->resize(120, 250);
+  EXPECT_THAT(Events(), ElementsAre("sizing"));
+  EXPECT_EQ(window_->frameGeometry().width(), 300);
+  EXPECT_EQ(window_->height(), 250);
+  window_->windowHandle()->resize(130, 260);
+  EXPECT_THAT(Events(), ElementsAre("sizing"));
+  EXPECT_EQ(window_->frameGeometry().width(), 300);
+  EXPECT_EQ(window_->height(), 260);
+  window_->resize(500, 250);
+  EXPECT_EQ(window_->width(), 500);
+}
+
+TEST_F(QtWindowMessagesTest, MovingIsToldApartAndConstrained) {
+  Events();
+  window_->move(-20, 80);
+  EXPECT_THAT(Events(), ElementsAre("moving"));
+  EXPECT_EQ(window_->pos(), QPoint(50, 80));
+  EXPECT_EQ(window_->size(), QSize(400, 300));
+}
+
+TEST_F(QtWindowMessagesTest, TheMouseOnTheFrameMakesALoop) {
+  Events();
+  QEvent press(QEvent::NonClientAreaMouseButtonPress);
+  QEvent release(QEvent::NonClientAreaMouseButtonRelease);
+  QApplication::sendEvent(window_.get(), &press);
+  window_->resize(410, 310);
+  window_->move(90, 90);
+  QApplication::sendEvent(window_.get(), &release);
+  QApplication::sendEvent(window_.get(), &press);
+  QApplication::sendEvent(window_.get(), &release);
+  EXPECT_THAT(Events(), ElementsAre("enter", "sizing", "moving", "exit"));
+}
+
+TEST_F(QtWindowMessagesTest, AMaximisedWindowIsReportedAndNotConstrained) {
+  Events();
+  min_width_ = 5000;
+  window_->showMaximized();
+  EXPECT_THAT(Events(), ElementsAre("sizing"));
+  EXPECT_TRUE(window_->isMaximized());
+  EXPECT_GT(window_->width(), 400);
+  EXPECT_LT(window_->width(), 5000);
+}
+
+TEST_F(QtWindowMessagesTest, ActivationIsReported) {
+  window_->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+  Events();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_THAT(Events(), ElementsAre("inactive"));
+  EXPECT_FALSE(handler_.Active());
+  window_->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+  EXPECT_THAT(Events(), ElementsAre("active"));
+  EXPECT_TRUE(handler_.Active());
+}
+
+TEST_F(QtWindowMessagesTest, ADetachedOrDestroyedWindowIsSilent) {
+  const WindowHandle handle = QtWindowMessages::HandleOf(*window_);
+  EXPECT_TRUE(messages_.GetWindowRect(handle));
+  Events();
+  handler_.Detach();
+  handler_.Detach();
+  window_->resize(100, 100);
+  EXPECT_THAT(Events(), IsEmpty());
+  EXPECT_EQ(window_->width(), 100);
+
+  Probe probe;
+  messages_.AttachMessage(probe, handle, WindowMessage::kDestroy);
+  messages_.AttachMessage(probe, handle, WindowMessage::kDestroy);
+  handler_.Attach(handle);
+  window_.reset();
+  EXPECT_THAT(probe.messages, ElementsAre(WindowMessage::kDestroy));
+  EXPECT_FALSE(messages_.GetWindowRect(handle));
+  Events();
+  handler_.Detach();
+  handler_.Attach(handle);
+  EXPECT_THAT(Events(), IsEmpty());
+}
+
+TEST_F(QtWindowMessagesTest, AHandlerMayDetachWhileItIsCalled) {
+  Events();
+  detach_ = true;
+  window_->resize(120, 200);
+  window_->resize(110, 200);
+  EXPECT_THAT(Events(), ElementsAre("sizing"));
+  EXPECT_EQ(window_->size(), QSize(110, 200));
+}
+
+}  // namespace
+}  // namespace quillan

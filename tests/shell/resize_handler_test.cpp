@@ -1,0 +1,153 @@
+#include "shell/resize_handler.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr WindowHandle kWindow = 7;
+
+// Notes what the handler asks for, "+561" for an attached message and "-561" for a detached one.
+class RecordedMessages : public WindowMessages {
+ public:
+  void AttachMessage(ISubclass&, WindowHandle window, WindowMessage message) override {
+    Note('+', window, message);
+  }
+  void DetachMessage(ISubclass&, WindowHandle window, WindowMessage message) override {
+    Note('-', window, message);
+  }
+  std::optional<WindowRect> GetWindowRect(WindowHandle window) const override {
+    if (window != kWindow) return std::nullopt;
+    return WindowRect{10, 20, 110, 70};
+  }
+  std::string log;
+
+ private:
+  void Note(char sign, WindowHandle window, WindowMessage message) {
+    log += sign + std::to_string(static_cast<int>(message)) + "@" + std::to_string(window) + " ";
+  }
+};
+
+class ScriptedFullDrag : public FullWindowDrag {
+ public:
+  std::optional<bool> IsOn() const override { return on; }
+  void Set(bool value) override {
+    on = value;
+    ++changes;
+  }
+  std::optional<bool> on = true;
+  int changes = 0;
+};
+
+class ResizeHandlerTest : public testing::Test, public ResizeListener {
+ protected:
+  ResizeHandlerTest() {
+    handler_->SetListener(this);
+    handler_->Attach(kWindow);
+  }
+  void OnEnterSizeMove() override { events_.push_back("enter"); }
+  void OnExitSizeMove() override { events_.push_back("exit"); }
+  void OnActivate(bool clicked) override { events_.push_back(clicked ? "clicked" : "active"); }
+  void OnDeactivate() override { events_.push_back("inactive"); }
+  void OnMoving(WindowBounds& bounds) override { Constrain("moving", bounds); }
+  void OnSizing(WindowBounds& bounds) override { Constrain("sizing", bounds); }
+  void Constrain(const char* event, WindowBounds& bounds) {
+    events_.push_back(event + (" " + std::to_string(bounds.left)) + "," +
+                      std::to_string(bounds.top) + "," + std::to_string(bounds.width) + "," +
+                      std::to_string(bounds.height));
+    bounds.width = std::max(bounds.width, 300);
+    bounds.top = std::max(bounds.top, 0);
+  }
+  void Send(WindowMessage message, std::uint32_t w_param = 0, WindowRect* rectangle = nullptr) {
+    EXPECT_EQ(handler_->WindowProc(kWindow, message, w_param, rectangle), 0);
+  }
+
+  RecordedMessages messages_;
+  ScriptedFullDrag drag_;
+  std::unique_ptr<ResizeHandler> handler_ = std::make_unique<ResizeHandler>(messages_, drag_);
+  std::vector<std::string> events_;
+};
+
+TEST_F(ResizeHandlerTest, ListenersConstrainTheRectangle) {
+  WindowRect rectangle{10, -5, 210, 95};
+  Send(WindowMessage::kEnterSizeMove);
+  Send(WindowMessage::kSizing, 0, &rectangle);
+  EXPECT_EQ(rectangle, (WindowRect{10, 0, 310, 100}));
+  rectangle = {-10, -5, 390, 95};
+  Send(WindowMessage::kMoving, 0, &rectangle);
+  EXPECT_EQ(rectangle, (WindowRect{-10, 0, 390, 100}));
+  Send(WindowMessage::kSize);
+  Send(WindowMessage::kExitSizeMove);
+  Send(WindowMessage::kSize);
+  EXPECT_THAT(events_, ElementsAre("enter", "sizing 10,-5,200,100", "moving -10,-5,400,100", "exit",
+                                   "sizing 10,20,100,50"));
+}
+
+TEST_F(ResizeHandlerTest, TheWindowBeforeIsDetachedAndDetachingTwiceIsHarmless) {
+  EXPECT_EQ(messages_.log, "+561@7 +562@7 +2@7 +534@7 +532@7 +6@7 +5@7 ");
+  messages_.log.clear();
+  handler_->Attach(8);
+  EXPECT_EQ(messages_.log,
+            "-561@7 -562@7 -2@7 -534@7 -532@7 -5@7 -6@7 "
+            "+561@8 +562@8 +2@8 +534@8 +532@8 +6@8 +5@8 ");
+  handler_->Detach();
+  handler_->Detach();
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(ResizeHandlerTest, TheWholeParameterTellsHowTheWindowWasActivated) {
+  for (const std::uint32_t parameter : {1U, 2U, 0x10002U, 0U}) {
+    Send(WindowMessage::kActivate, parameter);
+    EXPECT_EQ(handler_->Active(), parameter != 0);
+  }
+  EXPECT_THAT(events_, ElementsAre("active", "clicked", "active", "inactive"));
+  EXPECT_EQ(drag_.changes, 0);
+}
+
+TEST_F(ResizeHandlerTest, FullDragIsOffWhileTheWindowIsActiveAndWantsIt) {
+  handler_->SetNoFullDrag(true);
+  EXPECT_EQ(drag_.on, true);
+  Send(WindowMessage::kActivate, 1);
+  EXPECT_EQ(drag_.on, false);
+  Send(WindowMessage::kActivate, 0);
+  EXPECT_EQ(drag_.on, true);
+  handler_->SetNoFullDrag(false);
+  Send(WindowMessage::kActivate, 1);
+  EXPECT_EQ(drag_.on, true);
+  handler_->SetNoFullDrag(true);
+  EXPECT_EQ(drag_.on, false);
+  handler_->SetNoFullDrag(false);
+  EXPECT_EQ(drag_.on, true);
+}
+
+TEST_F(ResizeHandlerTest, FullDragComesBackHoweverTheWatchEnds) {
+  handler_->SetNoFullDrag(true);
+  const std::function<void()> ends[] = {[this] { Send(WindowMessage::kDestroy); },
+                                        [this] { handler_->Attach(8); },
+                                        [this] { handler_.reset(); }};
+  for (const auto& end : ends) {
+    handler_->Attach(kWindow);
+    Send(WindowMessage::kActivate, 1);
+    EXPECT_EQ(drag_.on, false);
+    end();
+    EXPECT_EQ(drag_.on, true);
+  }
+}
+
+TEST_F(ResizeHandlerTest, FullDragThatIsOffOrUnknownIsLeftAlone) {
+  handler_->SetNoFullDrag(true);
+  for (const std::optional<bool> setting : {std::optional<bool>(false), std::optional<bool>()}) {
+    drag_.on = setting;
+    Send(WindowMessage::kActivate, 1);
+    Send(WindowMessage::kActivate, 0);
+    EXPECT_EQ(drag_.on, setting);
+  }
+  EXPECT_EQ(drag_.changes, 0);
+}
+
+}  // namespace
+}  // namespace quillan
