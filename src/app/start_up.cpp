@@ -33,7 +33,7 @@ StartUpResult StartUp(const StartUpServices& services) {
   }
   if (!services.database.OpenDatabase()) {
     const std::string& reason = services.database.LastError();
-    services.messages.Show(reason.empty() ? kNoConnectionString : std::string_view(reason),
+    services.messages.Show(reason.empty() ? kNoConnectionString : std::string_view{reason},
                            kDisplayName, MessageButtons::kOk, MessageIcon::kCritical);
     return StartUpResult::kEnded;
   }

@@ -73,8 +73,9 @@ double SortValueToAddressNumber(double value) {
   constexpr double kBound = 1e15;  // Below it the quotients of doubles are exact enough to floor.
   if (value >= 0 && value < kBound) {
     const auto whole = static_cast<std::int64_t>(value);
-    return static_cast<double>(whole / kBillion * 16777216 + whole % kBillion / kMillion * 65536 +
-                               whole % kMillion / kThousand * 256 + whole % kThousand);
+    const std::int64_t number = whole / kBillion * 16777216 + whole % kBillion / kMillion * 65536 +
+                                whole % kMillion / kThousand * 256 + whole % kThousand;
+    return static_cast<double>(number);
   }
   const auto part = [value](double divisor, double above) {
     const double rest = value - std::floor(value / above) * above;

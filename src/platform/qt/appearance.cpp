@@ -17,8 +17,9 @@ QPalette LightPalette() {
   palette.setColor(QPalette::Base, Qt::white);
   palette.setColor(QPalette::AlternateBase, QColor(246, 248, 252));
   palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 225));
-  palette.setColor(QPalette::Highlight, QColor(206, 218, 255));
-  palette.setColor(QPalette::HighlightedText, Qt::black);
+  // Strong enough for the outline that shows the focus.
+  palette.setColor(QPalette::Highlight, QColor(64, 104, 208));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     palette.setColor(QPalette::Disabled, role, QColor(140, 140, 140));
   }

@@ -1,6 +1,9 @@
 #include "platform/qt/grid_delegate.h"
 
+#include <limits>
+
 #include <QApplication>
+#include <QLineEdit>
 #include <QPainter>
 #include <QStyle>
 
@@ -36,6 +39,10 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
                                     const QModelIndex& index) const {
   editor_ = QStyledItemDelegate::createEditor(parent, option, index);
   if (editor_ != nullptr) editor_->setObjectName(QStringLiteral("CellEditor"));
+  // Qt's own limit of 32767 characters would cut a longer text when it is merely looked at.
+  if (auto* line = qobject_cast<QLineEdit*>(editor_)) {
+    line->setMaxLength(std::numeric_limits<int>::max());
+  }
   return editor_;
 }
 

@@ -27,6 +27,11 @@ GridView::GridView(Grid& grid, QWidget* parent)
   QFont own = font();
   own.setFamily(QStringLiteral("Tahoma"));
   setFont(own);
+  // Selected rows are light, so that coloured texts stay readable on them.
+  QPalette colours = palette();
+  colours.setColor(QPalette::Highlight, QColor(206, 218, 255));
+  colours.setColor(QPalette::HighlightedText, colours.color(QPalette::Text));
+  setPalette(colours);
   setModel(model_);
   setItemDelegate(delegate_);
   setSelectionBehavior(SelectRows);
