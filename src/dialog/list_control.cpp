@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "lists/list_layout.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/twips.h"
 #include "shell/display_name.h"

@@ -2,18 +2,9 @@
 
 #include <vector>
 
+#include "platform/twips.h"
+
 namespace quillan {
-
-/// A place within a control, in twips (1/1440 inch).
-struct TwipsRect {
-  int left;
-  int top;
-  int width;
-  int height;
-};
-
-/// The margin between controls, in twips.
-inline constexpr int kLayoutMargin = 100;
 
 /// Where the grid and the buttons of a list stand in a control of `width` × `height` twips: the
 /// buttons, all of one size, in a column one margin from the right edge, `top_buttons` of them from

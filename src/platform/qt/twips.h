@@ -2,7 +2,7 @@
 
 #include <QRect>
 
-#include "lists/list_layout.h"
+#include "platform/twips.h"
 
 namespace quillan {
 
