@@ -140,7 +140,7 @@ size_t RegistryFile::ParseValue(size_t at, Section& section) const {
   size_t line_end = EndOfLine(text_, at);
   Value value;
   if (text_[at] == '"') {
-    const auto name = ReadQuoted(std::string_view(text_).substr(0, line_end), at);
+    const auto name = ReadQuoted(std::string_view{text_}.substr(0, line_end), at);
     if (!name) return line_end;
     value.name = name->text;
     at = name->end;
