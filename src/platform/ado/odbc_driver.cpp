@@ -1,0 +1,172 @@
+#include "platform/ado/odbc_driver.h"
+
+#include <algorithm>
+
+#include "platform/ado/error.h"
+#include "platform/ado/odbc_rows.h"
+#include "platform/ado/odbc_session.h"
+#include "platform/ado/odbc_statement.h"
+#include "platform/ado/sql_token.h"
+#include "platform/ado/sqlite_dialect.h"
+#include "platform/text/ascii.h"
+
+namespace quillan::ado {
+namespace {
+
+// Everything that is done while it lives is undone at its end unless it was committed.
+class Transaction {
+ public:
+  explicit Transaction(OdbcSession& session) : session_(session) {
+    session_.SetAttribute(SQL_ATTR_AUTOCOMMIT, SQL_AUTOCOMMIT_OFF);
+  }
+  ~Transaction() {
+    try {
+      if (!committed_) session_.EndTransaction(SQL_ROLLBACK);
+      session_.SetAttribute(SQL_ATTR_AUTOCOMMIT, SQL_AUTOCOMMIT_ON);
+    } catch (const Error&) {
+      // The session is lost, and the server undoes what it had begun. The next use will say so.
+    }
+  }
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+  void Commit() {
+    session_.EndTransaction(SQL_COMMIT);
+    committed_ = true;
+  }
+
+ private:
+  OdbcSession& session_;
+  bool committed_ = false;
+};
+
+// The parts of "catalog.schema.table", without their quotes.
+std::vector<std::string> NameParts(std::string_view name) {
+  std::vector<std::string> parts(1);
+  for (const SqlToken& token : SqlTokens(name)) {
+    if (token.text == ".") {
+      parts.emplace_back();
+    } else if (token.kind == SqlTokenKind::kQuotedName && token.text.size() >= 2) {
+      const char close = token.text.back();
+      parts.back() += text::ReplaceAll(token.text.substr(1, token.text.size() - 2),
+                                       std::string(2, close), std::string(1, close));
+    } else {
+      parts.back() += token.text;
+    }
+  }
+  return parts;
+}
+
+class OdbcDriver final : public Driver {
+ public:
+  OdbcDriver(const ConnectOptions& options, const std::string& driver, std::string data_source)
+      : session_(options.connection_string, driver, options.connection_timeout),
+        command_timeout_(options.command_timeout),
+        data_source_(std::move(data_source)),
+        command_(session_, command_timeout_) {}
+
+  void Execute(std::string_view statement) override {
+    Run(command_, statement);
+    while (command_.NextResult()) {
+    }
+  }
+
+  RowStore Query(std::string_view query) override {
+    OdbcStatement statement(session_, command_timeout_);
+    Run(statement, query);
+    // Counts of touched rows may come before the rows.
+    do {
+      if (statement.ColumnCount() == 0) continue;
+      RowStore rows = ReadRows(statement);
+      while (statement.NextResult()) {
+      }
+      return rows;
+    } while (statement.NextResult());
+    return RowStore({});
+  }
+
+  void ReadUncommitted() override {
+    if (session_.is_sqlite()) {
+      Execute("set transaction isolation level read uncommitted");
+    } else {
+      session_.SetAttribute(SQL_ATTR_TXN_ISOLATION, SQL_TXN_READ_UNCOMMITTED);
+    }
+  }
+
+  std::vector<std::string> PrimaryKey(std::string_view table) override {
+    std::vector<std::string> parts = NameParts(table);
+    const auto part_from_end = [&](size_t back) {
+      return back < parts.size() ? parts[parts.size() - 1 - back] : std::string();
+    };
+    OdbcStatement statement(session_, command_timeout_);
+    statement.PrimaryKeys(part_from_end(2), part_from_end(1), part_from_end(0));
+    const RowStore rows = ReadRows(statement);
+    // Source of the columns' order: SQLPrimaryKeys.
+    constexpr size_t kColumnName = 3;
+    constexpr size_t kKeySequence = 4;
+    std::vector<std::pair<std::int64_t, std::string>> columns;
+    std::vector<Value> values(rows.columns().size());
+    for (size_t row = 0; row < rows.row_count(); ++row) {
+      rows.Read(row, values);
+      columns.emplace_back(ToWhole(values.at(kKeySequence)), ToText(values.at(kColumnName)));
+    }
+    std::sort(columns.begin(), columns.end());
+    std::vector<std::string> names;
+    names.reserve(columns.size());
+    for (auto& [sequence, name] : columns) names.push_back(std::move(name));
+    return names;
+  }
+
+  void ChangeOneRow(std::string_view text, std::span<const Value> parameters) override {
+    Transaction transaction(session_);
+    {
+      OdbcStatement statement(session_, command_timeout_);
+      statement.Execute(text, parameters);
+      // A trigger's counts come before the statement's own.
+      SQLLEN changed = statement.RowCount();
+      while (statement.NextResult()) {
+        if (const SQLLEN count = statement.RowCount(); count >= 0) changed = count;
+      }
+      if (changed != 1) {
+        throw Error(kRowNotFound, "",
+                    "The row cannot be written: " + std::to_string(std::max(changed, SQLLEN{0})) +
+                        " rows match it. It was changed or deleted since it was read.");
+      }
+    }
+    transaction.Commit();
+  }
+
+  std::string Property(std::string_view name) override {
+    if (name == "DBMS Name") return session_.Info(SQL_DBMS_NAME);
+    if (name == "Current Catalog") return session_.Info(SQL_DATABASE_NAME);
+    if (name == "Data Source Name") {
+      if (data_source_.empty()) data_source_ = session_.Info(SQL_DATA_SOURCE_NAME);
+      if (data_source_.empty()) data_source_ = session_.Info(SQL_SERVER_NAME);
+      return data_source_;
+    }
+    throw Error(kUnknownField, "", "There is no property \"" + std::string(name) + "\".");
+  }
+
+ private:
+  void Run(OdbcStatement& statement, std::string_view text) const {
+    if (session_.is_sqlite()) {
+      statement.Execute(TranslateToSqlite(text));
+    } else {
+      statement.Execute(text);
+    }
+  }
+
+  OdbcSession session_;
+  int command_timeout_;
+  std::string data_source_;
+  OdbcStatement command_;
+};
+
+}  // namespace
+
+std::unique_ptr<Driver> OpenOdbc(const ConnectOptions& options, const std::string& driver,
+                                 std::string data_source) {
+  return std::make_unique<OdbcDriver>(options, driver, std::move(data_source));
+}
+
+}  // namespace quillan::ado

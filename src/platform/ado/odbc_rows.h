@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/ado/odbc_statement.h"
+#include "platform/ado/row_store.h"
+
+namespace quillan::ado {
+
+/// Reads all rows of the result on which `statement` stands: in blocks of many rows a call, except
+/// where a column is without limit in its length. Bits and whole numbers come as whole numbers,
+/// other numbers as floating-point ones, date-times as "2007-06-01 12:00:00" (with ".fff" where
+/// there are fractions), everything else as text. Leaves the statement fit for its next result
+/// only. Throws `Error`.
+RowStore ReadRows(const OdbcStatement& statement);
+
+}  // namespace quillan::ado

@@ -1,0 +1,96 @@
+#include "platform/ado/odbc_connection_string.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/ado/error.h"
+
+namespace quillan::ado {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::string_view kMaker = "ODBC Driver 18 for SQL Server";
+
+std::string Translate(std::string_view text, std::string_view driver) {
+  return TranslateToOdbc(ConnectionString(text), driver);
+}
+
+TEST(OdbcConnectionStringTest, EverySettingIsTranslatedWhateverItIsCalled) {
+  for (const char* text :
+       {"Provider=SQLOLEDB.1;Persist Security Info=True;Data Source=db;Initial Catalog=Flow Data;"
+        "User ID=sa;Password=\"p;\"\"}'=\";Application Name=Collector;Workstation ID=ws;"
+        "Use Encryption for Data=True;Trust Server Certificate=yes",
+        "provider=MSOLEDBSQL;server = db ;DATABASE=Flow Data;uid=sa;PWD='p;\"}''=';app=Collector;"
+        "wsid=ws;encrypt=yes;TrustServerCertificate=1"}) {
+    EXPECT_EQ(Translate(text, kMaker),
+              "Driver={ODBC Driver 18 for SQL Server};Server={db};Database={Flow Data};UID={sa};"
+              "PWD={p;\"}}'=};APP={Collector};WSID={ws};Encrypt=yes;TrustServerCertificate=yes");
+    EXPECT_EQ(Translate(text, "FreeTDS"),
+              "Driver={FreeTDS};Server={db};Port=1433;TDS_Version=7.4;ClientCharset=UTF-8;"
+              "Database={Flow Data};UID={sa};PWD={p;\"}'=};APP={Collector};WSID={ws};"
+              "Encryption=require");
+  }
+  // Without a wish no certificate is needed, and who logs in as himself sends no password.
+  EXPECT_EQ(Translate("Data Source=db;Integrated Security=SSPI;User ID=x;Password=y", kMaker),
+            "Driver={ODBC Driver 18 for SQL Server};Server={db};Trusted_Connection=Yes;Encrypt=no");
+}
+
+TEST(OdbcConnectionStringTest, ServersAreNamedAsEachDriverKnowsThem) {
+  struct Case {
+    const char* name;
+    const char* maker;
+    const char* free_tds;
+  };
+  const Case cases[] = {
+      {"db", "{db}", "{db};Port=1433"},
+      {"db\\sql", "{db\\sql}", "{db\\sql}"},
+      {"db\\MSSQLSERVER", "{db}", "{db};Port=1433"},
+      {"db,1450", "{tcp:db,1450}", "{db};Port=1450"},
+      {"tcp:db , 1450", "{tcp:db,1450}", "{db};Port=1450"},
+      {"db\\sql,1450", "{tcp:db,1450}", "{db};Port=1450"},
+      {"(local)", "{localhost}", "{localhost};Port=1433"},
+      {".\\sql", "{localhost\\sql}", "{localhost\\sql}"},
+      {"fe80::1", "{fe80::1}", "{fe80::1};Port=1433"},
+  };
+  for (const Case& c : cases) {
+    const std::string text = std::string("Data Source=") + c.name;
+    EXPECT_THAT(Translate(text, kMaker), HasSubstr(std::string(";Server=") + c.maker + ";E"));
+    EXPECT_THAT(Translate(text, "FreeTDS"),
+                HasSubstr(std::string(";Server=") + c.free_tds + ";TDS"));
+  }
+}
+
+TEST(OdbcConnectionStringTest, WhatCannotBeTranslatedIsRefusedWithoutThePassword) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Initial Catalog=x", "names no server"},
+      {"Data Source=db,http", "port \"http\""},
+      {"Data Source=db,70000", "port \"70000\""},
+      {"Data Source=np:\\\\db\\pipe\\sql\\query", "not reached over TCP"},
+      {"Data Source=db;Encrypt=perhaps", "\"Use Encryption for Data\" is neither"},
+      {"Data Source=db;Password=\"sec}ret};\"", "value of PWD"},
+      {"Data Source=db;Password=secret;ret", "no \"=\""},
+      {"Data Source=db;Password='secret", "\"Password\" does not end"},
+  };
+  for (const auto& [text, reason] : cases) {
+    try {
+      ADD_FAILURE() << Translate(text, "FreeTDS");
+    } catch (const Error& error) {
+      EXPECT_THAT(error.what(), HasSubstr(reason));
+      EXPECT_THAT(error.what(), Not(HasSubstr("ret")));
+    }
+  }
+}
+
+TEST(OdbcConnectionStringTest, TheNewestDriverIsChosen) {
+  const std::vector<std::string> all = {"SQLite3", "FreeTDS", "ODBC Driver 17 for SQL Server",
+                                        "ODBC Driver 18 for SQL Server"};
+  EXPECT_EQ(SqlServerDriver(all), "ODBC Driver 18 for SQL Server");
+  EXPECT_EQ(SqlServerDriver(std::span(all).first(3)), "ODBC Driver 17 for SQL Server");
+  EXPECT_EQ(SqlServerDriver(std::span(all).first(2)), "FreeTDS");
+  EXPECT_EQ(SqlServerDriver(std::span(all).first(1)), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quillan::ado

@@ -1,0 +1,214 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "platform/ado/connection.h"
+#include "platform/ado/drivers.h"
+#include "platform/ado/error.h"
+#include "platform/ado/tds_server.h"
+#include "support/temporary_folder.h"
+
+namespace quillan::ado {
+namespace {
+
+using test::TdsReply;
+using test::TdsServer;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using Type = TdsReply::Type;
+
+/// The program's own route to a SQL Server, over a real socket, with a server that plays a script.
+class OdbcDriverTest : public testing::Test {
+ protected:
+  OdbcDriverTest() : connection_(InstalledDrivers(folder_.path())) {}
+
+  void Open(const TdsServer& server) {
+    connection_.Close();
+    connection_.set_connection_timeout(10);
+    connection_.set_command_timeout(1);
+    connection_.set_connection_string(
+        "Provider=SQLOLEDB.1;Data Source=tcp:127.0.0.1," + std::to_string(server.port()) +
+        ";Initial Catalog=Größe;User ID=mönitor;Password=\"p;wört}'=\";Application Name=Flow "
+        "Settings;Workstation ID=desk");
+    connection_.Open();
+  }
+
+  template <typename Action>
+  static Error ErrorOf(Action action) {
+    try {
+      action();
+    } catch (const Error& error) {
+      return error;
+    }
+    ADD_FAILURE() << "no error was thrown";
+    return {0, "", ""};
+  }
+
+  test::TemporaryFolder folder_;
+  Connection connection_;
+};
+
+TEST_F(OdbcDriverTest, TheLoginCarriesWhatTheConnectionStringSays) {
+  const TdsServer server([](const std::string&) { return TdsReply().Done(0); });
+  Open(server);
+  const auto logins = server.logins();
+  ASSERT_EQ(logins.size(), 1U);
+  EXPECT_EQ(logins[0].server, "127.0.0.1");
+  EXPECT_EQ(logins[0].database, "Größe");
+  EXPECT_EQ(logins[0].user, "mönitor");
+  EXPECT_EQ(logins[0].password, "p;wört}'=");
+  EXPECT_EQ(logins[0].application, "Flow Settings");
+  EXPECT_EQ(logins[0].workstation, "desk");
+  EXPECT_THAT(connection_.Property("DBMS Name"), HasSubstr("SQL Server"));
+  EXPECT_THAT(connection_.Property("Data Source Name"), HasSubstr("127.0.0.1"));
+
+  connection_.ReadUncommitted();
+  EXPECT_THAT(server.statements(), ElementsAre("SET TRANSACTION ISOLATION LEVEL READ UNCOMMITTED"));
+}
+
+TEST_F(OdbcDriverTest, RowsComeBackWithTheirNullsAndUnicode) {
+  const std::string longest(9000, 'x');
+  constexpr std::int64_t kTicksToNoon = std::int64_t{12} * 3600 * 300;
+  const std::int64_t noon = 39232 | kTicksToNoon << 32;
+  const TdsServer server([&](const std::string&) {
+    return TdsReply()
+        .Info(0, "a message is no error")
+        .Done(3, true)  // Touched rows before the rows.
+        .Columns({{"Id", Type::kBigInt},
+                  {"Größe", Type::kNVarChar},
+                  {"Seen", Type::kDateTime},
+                  {"Notes", Type::kNVarCharMax},
+                  {"Last", Type::kBigInt}})
+        .Row({std::int64_t{1} << 60, "Zürich 日本 😀", noon, longest, std::int64_t{-1}})
+        .Row({{}, {}, {}, {}, {}})
+        .Done(2);
+  });
+  Open(server);
+  const char* query = "Select N'日本 😀' From [Größe]";
+  const auto rows = connection_.OpenRecordset(query, LockType::kReadOnly);
+  EXPECT_THAT(server.statements(), ElementsAre(query));
+  EXPECT_THAT(rows->FieldNames(), ElementsAre("Id", "Größe", "Seen", "Notes", "Last"));
+  EXPECT_EQ(ToWhole(rows->Fields("Id").Value()), std::int64_t{1} << 60);
+  EXPECT_EQ(ToText(rows->Fields("Größe").Value()), "Zürich 日本 😀");
+  EXPECT_EQ(ToText(rows->Fields("Seen").Value()), "2007-06-01 12:00:00");
+  EXPECT_EQ(ToText(rows->Fields("Notes").Value()), longest);
+  EXPECT_EQ(ToWhole(rows->Fields("Last").Value()), -1);
+  rows->MoveNext();
+  for (const std::string& name : rows->FieldNames()) {
+    EXPECT_TRUE(IsNull(rows->Fields(name).Value())) << name;
+  }
+  rows->MoveNext();
+  EXPECT_TRUE(rows->Eof());
+}
+
+TEST_F(OdbcDriverTest, AnErrorKeepsItsTextAndNumberInWhicheverResultItComes) {
+  const TdsServer server([](const std::string& statement) {
+    if (statement == "late") return TdsReply().Done(1, true).Error(547, "[dbo] Zürich").Done(0);
+    return TdsReply().Info(5701, "Changed context").Error(208, "Invalid object 'Größe'.").Done(0);
+  });
+  Open(server);
+  const Error early = ErrorOf([&] { connection_.OpenRecordset("early", LockType::kReadOnly); });
+  EXPECT_STREQ(early.what(), "Invalid object 'Größe'.");
+  EXPECT_EQ(early.number(), 208);
+  EXPECT_EQ(early.state(), "42S02");
+  const Error late = ErrorOf([&] { connection_.Execute("late"); });
+  EXPECT_STREQ(late.what(), "[dbo] Zürich");
+  EXPECT_EQ(late.number(), 547);
+}
+
+TEST_F(OdbcDriverTest, AnExpiredTimeOutIsToldApartAndTheQuerySentOnce) {
+  const TdsServer server([](const std::string& statement) -> TdsServer::Answer {
+    if (statement == "slow") return TdsServer::Silence{};
+    return TdsReply().Done(0);
+  });
+  Open(server);
+  const Error error = ErrorOf([&] { connection_.OpenRecordset("slow", LockType::kReadOnly); });
+  EXPECT_TRUE(error.IsTimeout()) << error.what();
+  connection_.Execute("next");  // The session outlives it.
+  EXPECT_THAT(server.statements(), ElementsAre("slow", "next"));
+  EXPECT_EQ(server.logins().size(), 1U);
+}
+
+TEST_F(OdbcDriverTest, ADroppedConnectionIsAnErrorAndAFreshOneWorks) {
+  const TdsServer server([](const std::string& statement) -> TdsServer::Answer {
+    if (statement == "drop") return TdsServer::HangUp{};
+    return TdsReply().Columns({{"Id", Type::kBigInt}}).Row({std::int64_t{7}}).Done(1);
+  });
+  Open(server);
+  const Error error = ErrorOf([&] { connection_.OpenRecordset("drop", LockType::kReadOnly); });
+  EXPECT_FALSE(error.IsTimeout());
+  EXPECT_STRNE(error.what(), "");
+  EXPECT_THROW(connection_.Execute("again"), Error);
+  Open(server);
+  const auto rows = connection_.OpenRecordset("fresh", LockType::kReadOnly);
+  EXPECT_EQ(ToWhole(rows->Fields("Id").Value()), 7);
+  EXPECT_EQ(server.logins().size(), 2U);
+}
+
+TEST_F(OdbcDriverTest, ARefusedLoginSaysWhatTheServerSays) {
+  const TdsServer server(
+      [](const std::string&) { return TdsReply(); },
+      TdsReply().Error(4060, "Cannot open database \"Größe\" requested by the login.").Done(0));
+  const Error error = ErrorOf([&] { Open(server); });
+  EXPECT_STREQ(error.what(), "Cannot open database \"Größe\" requested by the login.");
+  EXPECT_EQ(error.number(), 4060);
+  EXPECT_EQ(connection_.state(), ConnectionState::kClosed);
+}
+
+TEST_F(OdbcDriverTest, AWriteIsCommittedOnlyWhenItTouchedOneRow) {
+  std::atomic<std::uint64_t> touched = 1;
+  const TdsServer server([&](const std::string& statement) {
+    if (statement.find("sp_pkeys") != std::string::npos) {
+      return TdsReply()
+          .Columns({{"TABLE_QUALIFIER", Type::kNVarChar},
+                    {"TABLE_OWNER", Type::kNVarChar},
+                    {"TABLE_NAME", Type::kNVarChar},
+                    {"COLUMN_NAME", Type::kNVarChar},
+                    {"KEY_SEQ", Type::kBigInt}})
+          .Row({"Größe", "dbo", "Plain", "Id", std::int64_t{1}})
+          .Done(1);
+    }
+    if (!statement.starts_with("Select")) return TdsReply().Done(touched);
+    return TdsReply()
+        .Columns({{"Id", Type::kBigInt}, {"Name", Type::kNVarChar}})
+        .Row({std::int64_t{7}, "ä"})
+        .Done(1);
+  });
+  Open(server);
+  const auto rows = connection_.OpenRecordset("Select * From dbo.Plain", LockType::kOptimistic);
+  rows->Fields("Name").SetValue("Größe");
+  rows->Update();
+  rows->Fields("Name").SetValue("x");
+  touched = 2;
+  EXPECT_EQ(ErrorOf([&] { rows->Update(); }).number(), kRowNotFound);
+  const char* update = "update dbo.Plain set [Name] = @P1 where [Id] = @P2";
+  // The driver ends by itself what it begins after a commit.
+  EXPECT_THAT(server.statements(),
+              ElementsAre("Select * From dbo.Plain", "sp_pkeys", "begin", update, "commit",
+                          "rollback", "sp_pkeys", "begin", update, "rollback", "rollback"));
+}
+
+TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
+  const std::pair<const char*, const char*> refused[] = {
+      {"Driver={No Such Driver};Server=x;PWD=secret", "\"No Such Driver\" is not installed"},
+      {"DSN=NoSuchSource;PWD=secret", "Data source name not found"},
+      {"Driver={SQLite3};Database=/no/such/folder/x.db", "connect failed"},
+      {"Provider=MSOLEDBSQL;Data Source=127.0.0.1,1;Password=secret", "Unable to connect"},
+      {"Provider=SQLNCLI11;Data Source=no-such-host.invalid;Password=secret", "nknown host"},
+      {"Provider=SQLNCLI11;Password=secret", "names no server"},
+      {"Provider=Elsewhere;Password=secret", "\"Elsewhere\" is unknown. Use SQLite, SQLOLEDB"},
+      {"Data Source=x;Password=secret", "is unknown"},
+  };
+  connection_.set_connection_timeout(5);
+  for (const auto& [text, reason] : refused) {
+    connection_.set_connection_string(text);
+    const Error error = ErrorOf([&] { connection_.Open(); });
+    EXPECT_THAT(error.what(), HasSubstr(reason));
+    EXPECT_THAT(error.what(), Not(HasSubstr("secret")));
+  }
+}
+
+}  // namespace
+}  // namespace quillan::ado
