@@ -118,7 +118,7 @@ GroupRange AddressGroupList::RangeOf(int row) const {
 // a range by its identifier alone.
 std::string AddressGroupList::Condition(int row) const {
   const GroupRange range = RangeOf(row);
-  const std::string by_id = "IPAddressGroupID=" + std::to_string(range.id.value_or(0));
+  std::string by_id = "IPAddressGroupID=" + std::to_string(range.id.value_or(0));
   if (!HasRange(row)) return by_id;
   return "IPRangeStart=" + text::FormatDigits(range.start) + " and IPRangeEnd" +
          (State(row) == RowState::kDeleted ? " =" : "=") + text::FormatDigits(range.end) +

@@ -134,6 +134,17 @@ TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
   EXPECT_EQ(Find<QPushButton>("cmdOK")->geometry(), QRect(496, 500, 73, 25));
   EXPECT_EQ(Find<QPushButton>("CmdHelp")->geometry().right(),
             Find<QTabWidget>("Tabs")->geometry().right());
+
+  SelectPage(1);
+  const auto* list = Find<ListControl>("PortList");
+  const QRect table = Table("PortList")->geometry();
+  const QRect check = Find<QPushButton>("cmdCheck")->geometry();
+  const QRect remove = Find<QPushButton>("cmdDeletePort")->geometry();
+  EXPECT_EQ(table.height(), list->height());
+  EXPECT_NEAR(check.left() - table.right() - 1, 7, 1);
+  EXPECT_NEAR(list->width() - check.right() - 1, 7, 1);
+  EXPECT_EQ(check.top(), 0);
+  EXPECT_EQ(remove.bottom() + 1, list->height());
 }
 
 TEST_F(SettingsFormTest, EveryCaptionFitsItsButton) {
