@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <optional>
 
 #include "platform/grid/grid.h"
@@ -26,7 +27,8 @@ std::optional<double> WholeTextNumber(std::string_view text) {
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
+  // The words "inf" and "nan" convert too, and nothing can be ordered by the latter.
+  return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
 bool TextBefore(const TextKey& a, const TextKey& b) {
