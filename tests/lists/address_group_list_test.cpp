@@ -1,0 +1,169 @@
+#include "lists/address_group_list.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "lists/list_fixture.h"
+
+namespace quillan {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
+
+constexpr const char* kLastUpdate =
+    "exec tbsp_netflowSetGlobalSetting 'LastIPAddressGroupUpdate', '6/1/2007 1:05:09 PM'";
+
+class AddressGroupListTest : public test::GroupListTest {
+ protected:
+  void Load(const std::string& rows) {
+    program_.suite.Run("Insert Into IPAddressGroups Values " + rows);
+    list_.Refresh();
+  }
+  // Row 2 is the system's.
+  void LoadThreeGroups() {
+    Load(
+        "(7,100000000001,100000000009,'c',0,0), (70000,9000000001,9000000009,'a',0,1), "
+        "(9,10000000001,10000000009,'b',1,1)");
+  }
+  void Add(const std::string& start, const std::string& end, const std::string& name) {
+    entered_ = NewGroup{start, end, name};
+    Press(list_, "cmdAddGroup");
+  }
+  std::vector<std::string> Groups() {
+    return program_.suite.Rows(
+        "Select IPAddressGroupID, IPAddressGroupName, Enabled From IPAddressGroups Order By 1");
+  }
+};
+
+TEST_F(AddressGroupListTest, AddressColumnsSortByValueAndTheFirstTimeDescend) {
+  LoadThreeGroups();
+  EXPECT_THAT(Rows(list_), ElementsAre("x|9.0.0.1|9.0.0.9|a|0", "x|10.0.0.1|10.0.0.9|b|0",
+                                       "-|100.0.0.1|100.0.0.9|c|0"));
+  std::string orders;
+  for (const int column : {1, 2, 3, 2, 3, 1, 1}) {
+    list_.Table().RequestSort(column);
+    for (int row = 1; row < 4; ++row) orders += list_.Table().Text(row, 3);
+    orders += settings_.SortToggle() == 1 ? " down, " : " up, ";
+  }
+  EXPECT_EQ(orders, "cba down, abc up, abc up, cba down, abc down, abc up, cba down, ");
+  // The identifier follows its row, and rows are written as they are displayed.
+  Select(list_, {1, 2});
+  list_.OnKeyPress('-');
+  EXPECT_THAT(Saved(list_),
+              IsSupersetOf({"Update IPAddressGroups Set IPAddressGroupName='c', Enabled=0 Where "
+                            "IPRangeStart=100000000001 and IPRangeEnd=100000000009 and "
+                            "IPAddressGroupID=7",
+                            "Update IPAddressGroups Set IPAddressGroupName='b', Enabled=0 Where "
+                            "IPRangeStart=10000000001 and IPRangeEnd=10000000009 and "
+                            "IPAddressGroupID=9"}));
+}
+
+TEST_F(AddressGroupListTest, ASaveWritesEveryEditAndLeavesAnEmptyGrid) {
+  LoadThreeGroups();
+  Select(list_, {1, 2});
+  Press(list_, "cmdDeleteGroup");
+  EXPECT_EQ(messages_.messages[0].text, "Delete the selected IP Address Group?");
+  EXPECT_EQ(messages_.messages[1].text,
+            "IP Address Group (b) is a system-defined range and cannot be deleted.\r"
+            "You may still uncheck the 'Managed' box for this IP Address Group.\r\r"
+            "Do you want to see this warning when attempting to delete additional system IP "
+            "Address groups?");
+  EXPECT_FALSE(Edit(list_, 2, 2, "1.1.1.1"));
+  EXPECT_TRUE(Edit(list_, 2, 3, "d'été"));
+  Add("11.0.0.0", "11.0.0.1", "n'ew");
+  EXPECT_EQ(Rows(list_).back(), "x|11.0.0.0|11.0.0.1|n'ew|2");
+  EXPECT_EQ(list_.Table().CurrentRow(), 4);
+  EXPECT_TRUE(list_.Table().Bold(4, 3) && !list_.Table().Bold(2, 3));
+  const auto statements = Saved(list_, true);
+  EXPECT_THAT(
+      statements,
+      IsSupersetOf(
+          {"Delete From IPAddressGroups Where IPRangeStart=9000000001 and IPRangeEnd =9000000009 "
+           "and IPAddressGroupID=70000",
+           "Update IPAddressGroups Set IPAddressGroupName=N'd''été', Enabled=1 Where "
+           "IPRangeStart=10000000001 and IPRangeEnd=10000000009 and IPAddressGroupID=9",
+           "Insert Into IPAddressGroups (IPRangeStart, IPRangeEnd, IPAddressGroupName, System, "
+           "Enabled) Values (11000000000,11000000001,'n''ew',0,1)",
+           "Select IPAddressGroupID from IPAddressGroups WHERE IPRangeStart=11000000000 and "
+           "IPRangeEnd=11000000001 and IPAddressGroupName='n''ew'"}));
+  EXPECT_EQ(statements.back(), kLastUpdate);
+  EXPECT_THAT(Groups(), ElementsAre("7|c|0", "9|d'été|1", "70001|n'ew|1"));
+
+  // Until it is loaded again the grid has no row at all, and yet takes keys and new groups.
+  EXPECT_EQ(list_.Table().Rows(), 0);
+  list_.OnKeyPress(' ');
+  Press(list_, "cmdDeleteGroup");
+  Add("12.0.0.0", "12.0.0.1", "more");
+  EXPECT_EQ(list_.Table().Text(0, 1), "IP Start Range");
+  EXPECT_THAT(Rows(list_), ElementsAre("x|12.0.0.0|12.0.0.1|more|2"));
+  list_.Sync();
+  EXPECT_THAT(Groups(), Contains("70002|more|1"));
+  list_.Refresh();
+  EXPECT_THAT(Saved(list_, true), IsEmpty());
+}
+
+TEST_F(AddressGroupListTest, GroupsWithoutARangeAreKeptAndReassignNothing) {
+  Load(
+      "(1,NULL,10000000009,'null',0,1), (2,10000000009,10000000001,'reversed',0,1), "
+      "(3,10000000000,99999999999999,'absurd',0,1), (4,10000300000,10000300001,'octet',0,1), "
+      "(5,10000000001.5,NULL,'both',0,1)");
+  program_.suite.Run("Insert Into FlowCorrelation Values ('10.0.0.5',10000000005,NULL,2)");
+  EXPECT_EQ(Rows(list_)[0], "x|0.0.0.0|10.0.0.9|null|0");
+  for (const std::string enabled : {"0", "1"}) {
+    list_.Table().SetSelected(1, 5, true);
+    list_.OnKeyPress(enabled == "0" ? '-' : '+');
+    std::vector<std::string> expected;
+    for (const char* group : {"null1", "absurd3", "both5", "reversed2", "octet4"}) {
+      const std::string name(group, strlen(group) - 1);
+      expected.push_back("Update IPAddressGroups Set IPAddressGroupName='" + name +
+                         "', Enabled=" + enabled + " Where IPAddressGroupID=" + group[name.size()]);
+    }
+    expected.emplace_back(kLastUpdate);
+    EXPECT_EQ(Saved(list_, true), expected);
+    list_.Refresh();
+  }
+  list_.Table().SetSelected(1, 5, true);
+  Press(list_, "cmdDeleteGroup");
+  EXPECT_THAT(Saved(list_, true), Contains("Delete From IPAddressGroups Where IPAddressGroupID=2"));
+  EXPECT_THAT(Groups(), IsEmpty());
+  EXPECT_THAT(program_.suite.Rows("Select IPAddressGroupID From FlowCorrelation"),
+              ElementsAre("2"));
+}
+
+TEST_F(AddressGroupListTest, GroupsOfTheSameRangeAreToldApartByTheirIdentifier) {
+  Load("(3,10000000000,10000000255,'one',0,1), (4,10000000000,10000000255,'two',0,1)");
+  const int two = list_.Table().Text(1, 3) == "two" ? 1 : 2;
+  Edit(list_, two, 3, "renamed");
+  Select(list_, {3 - two});
+  Press(list_, "cmdDeleteGroup");
+  list_.Sync();
+  EXPECT_THAT(Groups(), ElementsAre("4|renamed|1"));
+}
+
+TEST_F(AddressGroupListTest, AFailedStatementStopsNoOther) {
+  LoadThreeGroups();
+  list_.OnClick(3, 0);
+  Add("11.0.0.0", "11.0.0.1", "lost");
+  Add("12.0.0.0", "12.0.0.1", "kept");
+  script_.before = [&](const std::string& text) {
+    if (text.starts_with("Update IPA") || text.find("'lost',0") != std::string::npos) {
+      throw ado::Error(1, "08S01", "lost");
+    }
+  };
+  const auto statements = Saved(list_);
+  // A group that was not stored has no identifier to give to endpoints.
+  EXPECT_THAT(statements, Not(Contains(EndsWith("IPAddressSort <=11000000001"))));
+  EXPECT_THAT(statements, Contains(EndsWith("IPAddressSort <=12000000001")));
+  EXPECT_EQ(statements.back(), kLastUpdate);
+  EXPECT_THAT(Groups(), ElementsAre("7|c|0", "9|b|1", "70000|a|1", "70001|kept|1"));
+  EXPECT_FALSE(host_.busy);
+}
+
+}  // namespace
+}  // namespace quillan

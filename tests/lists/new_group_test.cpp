@@ -1,0 +1,89 @@
+#include "lists/new_group.h"
+
+#include <string>
+
+#include "lists/list_fixture.h"
+
+namespace quillan {
+namespace {
+
+class NewGroupTest : public test::GroupListTest {
+ protected:
+  // Two rows that are listed only, and two groups that are stored only.
+  NewGroupTest() {
+    for (const auto& group : {NewGroup{"10.0.0.128", "10.0.1.127", "listed"},
+                              NewGroup{"10.0.8.0", "10.0.8.255", "deleted"}}) {
+      entered_ = group;
+      Press(list_, "cmdAddGroup");
+    }
+    Press(list_, "cmdDeleteGroup");
+    program_.suite.Run(
+        "Insert Into IPAddressGroups Values (1,20000000000,20000000255,'stored',0,0), "
+        "(2,21000000000,NULL,'endless',0,1)");
+  }
+  /// Why the range is refused, with the field to mend and "*" where it is to be selected.
+  std::string Refused(std::string_view start, std::string_view end) {
+    const auto refusal = RefuseNewGroup(start, end, &list_.Table(), program_.database);
+    if (!refusal) return "";
+    return (refusal->field == NewGroupField::kStart ? "start" : "end") +
+           std::string(refusal->select_text ? "*: " : ": ") + refusal->message;
+  }
+};
+
+TEST_F(NewGroupTest, AnEntryIsRefusedForItsFirstFault) {
+  const std::string start = "start: Please enter a valid starting IP Address.";
+  const std::string end = "end: Please enter a valid ending IP Address.";
+  const std::string reversed =
+      "end: The ENDING IP Address cannot be less than the STARTING IP Address.\r\n"
+      "Please change one of the IP Addresses.";
+  const auto nested = [](const std::string& field, const std::string& which) {
+    return field +
+           ": IP address groups may overlap but cannot be nested within another group.\r\n"
+           "An IP address group (" +
+           which +
+           "that is nested with\r\nthe IP address range you are attempting to add.\r\n\r\n"
+           "Please change the starting or ending IP Addresses you are adding.";
+  };
+  const std::string listed = nested("start", "listed) already exists in your list ");
+  const std::string deleted = nested("start", "deleted) already exists in your list ");
+  const std::string stored = nested("start*", "stored) already exists ");
+  const std::string entries[][3] = {
+      {"256.0.0.1", "x", start},
+      {"1e1.0.0.0", "10.0.0.1", start},
+      {"", "10.0.0.1", start},
+      {"10.0.0.1", "10.0.0", end},
+      {"10.0.0.5", "10.0.0.1", reversed},
+      {"9.0.0.5", "9.0.0.5", ""},
+      {"10.0.0.0", "10.0.0.255", ""},
+      {"10.0.1.127", "10.0.1.128", ""},
+      {"10.0.0.128", "10.0.1.127", listed},
+      {"10.0.0.128", "10.0.0.128", listed},
+      {"10.0.0.127", "10.0.1.128", listed},
+      {"10.0.8.1", "10.0.8.2", deleted},
+      {"20.0.0.0", "20.0.0.255", stored},
+      {"20.0.0.9", "20.0.0.9", stored},
+      {"19.0.0.0", "20.0.0.255", stored},
+      {"20.0.0.1", "20.0.1.0", ""},
+      {"21.0.0.0", "21.0.0.1", ""},
+  };
+  for (const auto& [first, last, refusal] : entries) {
+    EXPECT_EQ(Refused(first, last), refusal) << first << " to " << last;
+  }
+  EXPECT_FALSE(RefuseNewGroup("10.0.8.1", "10.0.8.2", nullptr, program_.database));
+  EXPECT_EQ(script_.statements.back(),
+            "Select * From IPAddressGroups Where (IPRangeStart >=10000008001 and IPRangeEnd "
+            "<=10000008002) OR (IPRangeStart <=10000008001 and IPRangeEnd >=10000008002)");
+}
+
+TEST_F(NewGroupTest, ADatabaseThatCannotBeAskedRefuses) {
+  TakeDatabaseAway();
+  const std::string refusal = Refused("9.0.0.0", "9.0.0.1");
+  EXPECT_EQ(refusal,
+            "start: The database cannot be asked whether the range is nested with an existing "
+            "group.\r\nPlease try again later.\r\n\r\n" +
+                program_.database.LastError());
+  EXPECT_NE(program_.database.LastError(), "");
+}
+
+}  // namespace
+}  // namespace quillan

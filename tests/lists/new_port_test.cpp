@@ -1,0 +1,55 @@
+#include "lists/new_port.h"
+
+#include <map>
+#include <string>
+
+#include "lists/list_fixture.h"
+
+namespace quillan {
+namespace {
+
+class NewPortTest : public test::ListTest {
+ protected:
+  /// The port that the text names; else the refusal, with "*" where the text is to be selected.
+  std::string Validated(std::string_view text) {
+    const auto result = ValidateNewPort(text, " It's ", program_.database);
+    if (const auto* port = std::get_if<NewPort>(&result)) {
+      return std::to_string(port->number) + port->description;
+    }
+    const auto& refusal = std::get<Refusal<NewPortField>>(result);
+    EXPECT_EQ(refusal.field, NewPortField::kPortNumber);
+    return refusal.message + (refusal.select_text ? "*" : "");
+  }
+};
+
+TEST_F(NewPortTest, ThePortIsTheNumberAtTheStartOfItsText) {
+  for (const char* text : {"65537", "0", "-5", "", "port 80", "0.5", "4294967376", "65536.6"}) {
+    EXPECT_EQ(Validated(text), "Please enter a Port Number from 1 to 65536.") << text;
+  }
+  for (const auto& [text, number] : std::map<std::string, std::string>{{"1", "1"},
+                                                                       {"65536", "65536"},
+                                                                       {"  80abc", "80"},
+                                                                       {"80.5", "80"},
+                                                                       {"81.5", "82"},
+                                                                       {"8 0", "80"},
+                                                                       {"1e3", "1000"},
+                                                                       {"65536.5", "65536"}}) {
+    EXPECT_EQ(Validated(text), number + " It's ") << text;
+  }
+}
+
+TEST_F(NewPortTest, APortOfTheTableOrOfATableOutOfReachIsRefused) {
+  program_.suite.Run("Insert Into ServicePorts Values (80,'wéb',1,0)");
+  EXPECT_EQ(Validated("80x"), "Port number 80 already exists as wéb*");
+  EXPECT_EQ(script_.statements.back(), "Select * From ServicePorts Where Port=80");
+  TakeDatabaseAway();
+  const std::string refusal = Validated("81");
+  EXPECT_EQ(refusal,
+            "The database cannot be asked whether port number 81 already exists.\r\n"
+            "Please try again later.\r\n\r\n" +
+                program_.database.LastError());
+  EXPECT_NE(program_.database.LastError(), "");
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,176 @@
+#include "lists/port_list.h"
+
+#include <string>
+#include <vector>
+
+#include "lists/list_fixture.h"
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr const char* kLastUpdate =
+    "exec tbsp_netflowSetGlobalSetting 'LastServicePortUpdate', '6/1/2007 1:05:09 PM'";
+
+class PortListTest : public test::ListTest {
+ protected:
+  // Rows 1 and 2 are the system's.
+  PortListTest() {
+    program_.suite.Run(
+        "Insert Into ServicePorts Values (443,'https',1,1), (80,'http',1,0), (8080,'proxy',0,1), "
+        "(5000,NULL,0,0)");
+    list_.Refresh();
+  }
+
+  std::optional<NewPort> entered_;
+  PortList list_{Services(), [this] { return entered_; }};
+};
+
+TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed) {
+  EXPECT_THAT(Rows(list_),
+              ElementsAre("-|80|http|0", "x|443|https|0", "-|5000||0", "x|8080|proxy|0"));
+  EXPECT_FALSE(list_.Table().Bold(1, 1) || list_.Table().Bold(1, 2));
+  EXPECT_TRUE(list_.Table().Bold(3, 1) && list_.Table().Bold(3, 2));
+  EXPECT_FALSE(Edit(list_, 1, 1, "81") || Edit(list_, 0, 2, "header"));
+  EXPECT_TRUE(Edit(list_, 1, 2, "http"));  // Changed, but not red.
+  EXPECT_TRUE(Edit(list_, 2, 2, "HTTPS"));
+  EXPECT_EQ(list_.Table().RowData(1), 1);
+  EXPECT_EQ(list_.Table().ForeColor(1, 2) + list_.Table().ForeColor(2, 1), 0U);
+  EXPECT_EQ(list_.Table().ForeColor(2, 2), Rgb(255, 0, 0));
+  TakeDatabaseAway();
+  list_.Refresh();
+  EXPECT_EQ(list_.Table().Rows(), 1);
+}
+
+TEST_F(PortListTest, ASaveWritesChangedRowsAsTheyAreDisplayed) {
+  list_.OnClick(1, 0);
+  EXPECT_TRUE(Edit(list_, 2, 2, "It's séc"));
+  Select(list_, {4});
+  Press(list_, "cmdDeletePort");
+  entered_ = NewPort{50, "o'new"};
+  Press(list_, "cmdAddPort");
+  list_.OnKeyPress('-');
+  EXPECT_THAT(Rows(list_), ElementsAre("-|50|o'new|2", "x|80|http|1", "x|443|It's séc|1",
+                                       "-|5000||0", "|8080|proxy|-1"));
+  list_.Table().Sort(1, SortDirection::kDescending);
+  EXPECT_THAT(
+      Saved(list_),
+      ElementsAre("Delete From ServicePorts Where Port=8080",
+                  "Update ServicePorts Set ServiceName=N'It''s séc', Enabled=1 Where Port=443",
+                  "Update ServicePorts Set ServiceName='http', Enabled=1 Where Port=80",
+                  "Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values "
+                  "(50,'o''new',0,0)",
+                  kLastUpdate));
+  EXPECT_THAT(program_.suite.Rows("Select * From ServicePorts"),
+              ElementsAre("50|o'new|0|0", "80|http|1|1", "443|It's séc|1|1", "5000|NULL|0|0"));
+  EXPECT_THAT(program_.suite.Rows("Select * From GlobalSettings"),
+              ElementsAre("LastServicePortUpdate|6/1/2007 1:05:09 PM"));
+  EXPECT_EQ(host_.busy_shown, 1);
+  EXPECT_FALSE(host_.busy);
+  // States stay until the list is loaded again; then there is nothing to write.
+  EXPECT_THAT(Saved(list_), SizeIs(5));
+  list_.Refresh();
+  EXPECT_THAT(Saved(list_), IsEmpty());
+}
+
+TEST_F(PortListTest, SystemPortsAreNeverDeleted) {
+  const std::string warning =
+      "Port (80) is a system-defined port and cannot be deleted.\r"
+      "You may still uncheck the 'Monitored' box for this port.\r\r";
+  const std::string ask_again =
+      "Do you want to see this warning when attempting to delete additional system ports?";
+  using enum MessageAnswer;
+  Select(list_, {1, 3});
+  messages_.answers = {kNo};
+  Press(list_, "cmdDeletePort");
+  ASSERT_THAT(messages_.messages, SizeIs(1));
+  EXPECT_EQ(messages_.messages[0].text, "Delete the selected ports ?");
+  EXPECT_EQ(messages_.messages[0].title, "Quillan");
+  EXPECT_TRUE(list_.RowCommandsEnabled());
+
+  Select(list_, {1});
+  Press(list_, "cmdDeletePort");
+  EXPECT_EQ(messages_.messages.back().text, warning);
+  EXPECT_EQ(messages_.messages.back().buttons, MessageButtons::kOk);
+  EXPECT_FALSE(list_.RowCommandsEnabled());
+  EXPECT_THAT(Saved(list_), IsEmpty());
+  for (const MessageAnswer answer : {kYes, kNo}) {
+    messages_.messages.clear();
+    messages_.answers = {kYes, answer};
+    Select(list_, {1, 2, 3});
+    Press(list_, "cmdDeletePort");
+    ASSERT_THAT(messages_.messages, SizeIs(answer == kYes ? 3 : 2));
+    EXPECT_EQ(messages_.messages[1].text, warning + ask_again);
+    EXPECT_EQ(messages_.messages[1].buttons, MessageButtons::kYesNo);
+  }
+  EXPECT_EQ(list_.Table().ForeColor(3, 2), Rgb(200, 200, 200));
+  EXPECT_THAT(Saved(list_), ElementsAre("Delete From ServicePorts Where Port=5000", kLastUpdate));
+}
+
+TEST_F(PortListTest, ADeletedPortComesBackWhenItIsCheckedOrEdited) {
+  Select(list_, {3, 4});
+  Press(list_, "cmdDeletePort");
+  list_.OnClick(3, 0);
+  Edit(list_, 4, 2, "proxy");
+  EXPECT_EQ(list_.Table().ForeColor(3, 1), Rgb(255, 0, 0));
+  for (const int port : {9002, 9001}) {  // New ports that were deleted are never inserted.
+    entered_ = NewPort{port, "new"};
+    Press(list_, "cmdAddPort");
+    Press(list_, "cmdDeletePort");
+  }
+  list_.OnClick(6, 0);
+  EXPECT_THAT(Saved(list_),
+              ElementsAre("Update ServicePorts Set ServiceName='', Enabled=1 Where Port=5000",
+                          "Update ServicePorts Set ServiceName='proxy', Enabled=0 Where Port=8080",
+                          "Delete From ServicePorts Where Port=9001",
+                          "Update ServicePorts Set ServiceName='new', Enabled=1 Where Port=9002",
+                          kLastUpdate));
+  EXPECT_THAT(program_.suite.Rows("Select * From ServicePorts"), SizeIs(4));
+}
+
+TEST_F(PortListTest, KeysAndButtonsActOnEverySelectedRowAndClicksOnTheirOwn) {
+  Select(list_, {1, 2});
+  std::string boxes;
+  const auto look = [&] {
+    for (const std::string& row : Rows(list_)) boxes += row[0];
+    boxes += ' ';
+  };
+  for (const char key : std::string(" =_+")) {
+    EXPECT_TRUE(list_.OnKeyPress(static_cast<char32_t>(key)));
+    look();
+  }
+  EXPECT_FALSE(list_.OnKeyPress('x'));
+  for (const char* button : {"cmdToggle", "cmdCheck", "cmdUncheck"}) {
+    Press(list_, button);
+    look();
+  }
+  for (const auto& [row, column] : {std::pair(0, 0), {1, 1}, {3, 0}}) {
+    list_.OnClick(row, column);
+    look();
+  }
+  EXPECT_EQ(boxes, "x--x xx-x ---x xx-x ---x xx-x ---x ---x ---x --xx ");
+}
+
+TEST_F(PortListTest, AnAddedPortTakesItsPlaceAndBecomesTheCurrentRow) {
+  Press(list_, "cmdAddPort");  // Cancelled.
+  EXPECT_EQ(list_.Table().Rows(), 5);
+  list_.Table().SetTopRow(2);
+  // The database does not hold the first one yet, so the same number can be entered again.
+  for (const char* name : {"first", "second"}) {
+    entered_ = NewPort{1000, name};
+    Press(list_, "cmdAddPort");
+  }
+  Edit(list_, 3, 2, "1st");
+  EXPECT_THAT(Rows(list_), ElementsAre("-|80|http|0", "x|443|https|0", "x|1000|1st|2",
+                                       "x|1000|second|2", "-|5000||0", "x|8080|proxy|0"));
+  EXPECT_THAT(list_.Table().SelectedRows(), ElementsAre(4));
+  EXPECT_EQ(list_.Table().CurrentRow(), 4);
+  EXPECT_EQ(list_.Table().TopRow(), 2);
+  EXPECT_THAT(Saved(list_), SizeIs(3));
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,144 @@
+#include "platform/grid/grid.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Writes down what a view is told.
+class Observer final : public GridObserver {
+ public:
+  void OnRowsReset() override { told.emplace_back("reset"); }
+  void OnRowsAppended(int first, int last) override { Tell("appended", first, last); }
+  void OnCellsChanged(int first, int last) override { Tell("changed", first, last); }
+  void OnSelectionSet() override { told.emplace_back("selection"); }
+  void OnTopRowSet() override { told.emplace_back("top"); }
+  void OnShowCell(int row, int column) override { Tell("show", row, column); }
+
+  std::vector<std::string> told;
+
+ private:
+  void Tell(const std::string& what, int first, int second) {
+    told.push_back(what + " " + std::to_string(first) + " " + std::to_string(second));
+  }
+};
+
+class GridTest : public testing::Test {
+ protected:
+  GridTest() { grid_.Reset(Grid::kFixedRows, {{"XX"}, {"XX"}, {"XX"}}); }
+
+  void Fill(const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) grid_.SetText(grid_.AppendRow(), 1, text);
+  }
+  std::vector<std::string> Texts() const {
+    std::vector<std::string> texts;
+    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+      texts.emplace_back(grid_.Text(row, 1));
+    }
+    return texts;
+  }
+
+  Grid grid_;
+};
+
+TEST_F(GridTest, NumbersSortByValueBeforeOtherTextsAndEqualRowsKeepTheirOrder) {
+  Fill({"b", "10", "NaN", "9", "É", "inf", "é", " 8.5 ", "a", "-1", "", "B", "09", "1e3"});
+  grid_.Sort(1, SortDirection::kAscending);
+  EXPECT_THAT(Texts(), ElementsAre("-1", " 8.5 ", "9", "09", "10", "1e3", "", "a", "b", "B", "inf",
+                                   "NaN", "É", "é"));
+  grid_.Sort(1, SortDirection::kDescending);
+  EXPECT_THAT(Texts(), ElementsAre("É", "é", "NaN", "inf", "b", "B", "a", "", "1e3", "10", "9",
+                                   "09", " 8.5 ", "-1"));
+}
+
+TEST_F(GridTest, EverythingOfARowFollowsItWhenSorted) {
+  Fill({"c", "a", "b"});
+  grid_.SetText(0, 1, "header");
+  grid_.SetRowData(1, 2);
+  grid_.SetCheck(1, 0, CheckState::kChecked);
+  grid_.SetForeColor(1, 2, Rgb(255, 0, 0));
+  grid_.SetBold(1, 2, true);
+  grid_.SetCellAlignment(1, 2, Alignment::kCenter);
+  grid_.SetHiddenData(1, 2, "7");
+  grid_.SetHiddenData(2, 2, "8");
+  grid_.MoveCurrent(1, 2);
+  grid_.SetSelected(1, 2, true);
+  grid_.SortByKey(1, SortDirection::kDescending, [](int row) { return row == 1 ? 0 : 1; });
+  EXPECT_THAT(Texts(), ElementsAre("a", "b", "c"));
+  EXPECT_EQ(grid_.Text(0, 1), "header");
+  EXPECT_EQ(grid_.RowData(3), 2);
+  EXPECT_EQ(grid_.Check(3, 0), CheckState::kChecked);
+  EXPECT_EQ(grid_.ForeColor(3, 2), 255U);
+  EXPECT_TRUE(grid_.Bold(3, 2) && !grid_.Bold(1, 2));
+  EXPECT_EQ(grid_.CellAlignment(3, 2), Alignment::kCenter);
+  EXPECT_EQ(grid_.HiddenData(3, 2), "7");
+  EXPECT_EQ(grid_.HiddenData(1, 2), "8");
+  EXPECT_EQ(grid_.HiddenData(2, 2), "");
+  EXPECT_EQ(grid_.CurrentRow(), 3);
+  EXPECT_EQ(grid_.CurrentColumn(), 2);
+  EXPECT_THAT(grid_.SelectedRows(), ElementsAre(1, 3));
+  grid_.SelectOnly(0, 1);
+  EXPECT_THAT(grid_.SelectedRows(), IsEmpty());
+}
+
+TEST_F(GridTest, AskingAgainTurnsTheOrderUntilTheRowsChange) {
+  Fill({"1", "2", "3"});
+  grid_.SetCheck(1, 0, CheckState::kUnchecked);
+  grid_.SetCheck(2, 0, CheckState::kChecked);
+  grid_.RequestSort(0);
+  EXPECT_THAT(Texts(), ElementsAre("3", "2", "1"));  // None, checked, unchecked.
+  grid_.RequestSort(0);
+  EXPECT_THAT(Texts(), ElementsAre("1", "2", "3"));
+  EXPECT_EQ(grid_.Direction(), SortDirection::kDescending);
+  grid_.SetText(1, 1, "x");  // Another column: the order still stands.
+  EXPECT_EQ(grid_.SortColumn(), 0);
+  grid_.SetCheck(1, 0, CheckState::kChecked);
+  EXPECT_EQ(grid_.SortColumn(), -1);
+  grid_.RequestSort(1);
+  grid_.SetText(1, 1, "9");
+  EXPECT_EQ(grid_.SortColumn(), -1);
+  grid_.RequestSort(1);
+  EXPECT_EQ(grid_.Direction(), SortDirection::kAscending);
+  grid_.AppendRow();
+  EXPECT_EQ(grid_.SortColumn(), -1);
+}
+
+TEST_F(GridTest, ABatchOfManyRowsIsReportedOnce) {
+  Observer observer;
+  grid_.SetObserver(&observer);
+  {
+    const Grid::Batch batch(grid_);
+    for (int i = 0; i < 200000; ++i) grid_.SetText(grid_.AppendRow(), 1, "text");
+    EXPECT_THAT(observer.told, IsEmpty());
+  }
+  {
+    const Grid::Batch batch(grid_);
+    grid_.SetCheck(9, 0, CheckState::kChecked);
+    grid_.SetBold(4, 1, true);
+    grid_.SelectOnly(4, 1);
+  }
+  grid_.SetText(2, 1, "alone");
+  grid_.Sort(1, SortDirection::kAscending);
+  EXPECT_THAT(observer.told, ElementsAre("appended 1 200000", "changed 4 9", "selection",
+                                         "changed 2 2", "reset", "selection"));
+}
+
+TEST_F(GridTest, AGridWithoutRowsAndColumnsCanBeAskedAndSorted) {
+  Fill({"1"});
+  grid_.SelectOnly(1, 1);
+  grid_.Reset(0, {});
+  EXPECT_EQ(grid_.Rows() + grid_.Columns() + grid_.CurrentRow(), 0);
+  EXPECT_THAT(grid_.SelectedRows(), IsEmpty());
+  for (const int column : {0, 1}) grid_.RequestSort(column);
+  grid_.SelectOnly(0, 0);
+}
+
+}  // namespace
+}  // namespace quillan
