@@ -1,5 +1,7 @@
 #include "dialog/entry_form.h"
 
+#include <limits>
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -30,6 +32,7 @@ QLineEdit* EntryForm::AddBox(const QString& name, const QString& label) {
   box->setObjectName(name);
   box->setAccessibleName(label);
   box->setMinimumWidth(kBoxWidth);
+  box->setMaxLength(std::numeric_limits<int>::max());
   layout_->addRow(label, box);
   boxes_.push_back(box);
   return box;

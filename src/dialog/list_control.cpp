@@ -1,12 +1,11 @@
 #include "dialog/list_control.h"
 
 #include <algorithm>
-#include <exception>
 
+#include "dialog/guarded.h"
 #include "lists/list_layout.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/twips.h"
-#include "shell/display_name.h"
 
 namespace quillan {
 namespace {
@@ -28,6 +27,8 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   EnableRowCommands();
 }
 
+ListControl::~ListControl() { list_.OnRowCommands({}); }
+
 void ListControl::AddButton(const ListCommand& command) {
   auto* button = new QPushButton(ToQString(command.caption), this);
   button->setObjectName(ToQString(command.name));
@@ -37,12 +38,10 @@ void ListControl::AddButton(const ListCommand& command) {
 }
 
 void ListControl::Run(const std::function<void()>& command) {
-  try {
+  RunGuarded(messages_, [&] {
     CommitEdit();
     command();
-  } catch (const std::exception& error) {
-    messages_.Show(error.what(), kDisplayName, MessageButtons::kOk, MessageIcon::kExclamation);
-  }
+  });
 }
 
 void ListControl::Sync() {
@@ -53,7 +52,12 @@ void ListControl::Sync() {
 void ListControl::EnableRowCommands() {
   const bool on_row = list_.RowCommandsEnabled();
   for (const Button& button : buttons_) {
-    button.widget->setEnabled(on_row || button.enabled == CommandEnabled::kAlways);
+    const bool enable = on_row || button.enabled == CommandEnabled::kAlways;
+    // A button that goes dead hands the focus to its list; Qt would pass it on to the dialog's OK.
+    if (!enable && window()->focusWidget() == button.widget) {
+      table_->setFocus(Qt::MouseFocusReason);
+    }
+    button.widget->setEnabled(enable);
   }
 }
 

@@ -19,6 +19,7 @@ class ListControl final : public QWidget {
   /// `list` must outlive the control; `title` names it to assistive technology.
   ListControl(CheckableList& list, MessageBox& messages, const QString& name, const QString& title,
               QWidget* parent);
+  ~ListControl() override;
 
   /// Reloads the rows from the database.
   void Refresh() { list_.Refresh(); }

@@ -1,6 +1,7 @@
 #include "dialog/new_addr_group_form.h"
 
 #include "dialog/entry_form.h"
+#include "dialog/guarded.h"
 #include "platform/qt/qt_text.h"
 #include "shell/display_name.h"
 
@@ -20,7 +21,8 @@ NewAddrGroupForm::NewAddrGroupForm(const Grid* grid, FlowDatabase& database, Mes
                                    QWidget* parent)
     : QDialog(parent), grid_(grid), database_(database), messages_(messages) {
   setObjectName(QStringLiteral("NewAddrGroupForm"));
-  EntryForm form(*this, tr("Add New IP Address Group"), [this] { OnOk(); });
+  EntryForm form(*this, tr("Add New IP Address Group"),
+                 [this] { RunGuarded(messages_, [this] { OnOk(); }); });
   start_ = form.AddBox(QStringLiteral("StartIPAddress"), tr("Start of IP Address range"));
   end_ = form.AddBox(QStringLiteral("EndIPAddress"), tr("End of IP Address range"));
   description_ = form.AddBox(QStringLiteral("Description"), tr("Description"));

@@ -1,6 +1,7 @@
 #include "dialog/new_port_form.h"
 
 #include "dialog/entry_form.h"
+#include "dialog/guarded.h"
 #include "platform/qt/qt_text.h"
 #include "shell/display_name.h"
 
@@ -16,7 +17,7 @@ std::optional<NewPort> NewPortForm::AddNewPort(FlowDatabase& database, MessageBo
 NewPortForm::NewPortForm(FlowDatabase& database, MessageBox& messages, QWidget* parent)
     : QDialog(parent), database_(database), messages_(messages) {
   setObjectName(QStringLiteral("NewPortForm"));
-  EntryForm form(*this, tr("Add New Port"), [this] { OnOk(); });
+  EntryForm form(*this, tr("Add New Port"), [this] { RunGuarded(messages_, [this] { OnOk(); }); });
   port_number_ = form.AddBox(QStringLiteral("PortNumber"), tr("Port"));
   description_ = form.AddBox(QStringLiteral("Description"), tr("Description"));
   form.AddButtons();

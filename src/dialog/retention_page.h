@@ -20,6 +20,9 @@ class RetentionPage final : public QWidget {
   void Load(const Settings& settings);
   void Save(Settings& settings) const;
 
+  /// What the page gives the focus to.
+  QWidget* FirstControl() const { return days_; }
+
  private:
   void ShowTexts(int days);
 

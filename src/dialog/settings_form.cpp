@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 
+#include <QKeyEvent>
 #include <QShortcut>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -24,8 +25,10 @@ constexpr int kButtonWidth = 1095;
 constexpr int kButtonHeight = 375;
 constexpr std::array<int, 4> kButtonLefts = {2940, 4140, 5340, 6540};
 
-// The tabs count from 1; Qt's pages from 0.
-enum Tab { kPortsTab = 1, kGroupsTab, kRetentionTab, kCollapseTab, kServiceTab, kSourcesTab };
+// Qt counts the pages from 0.
+constexpr int kRetentionPage = 2;
+constexpr int kCollapsePage = 3;
+constexpr int kServicePage = 4;
 
 constexpr std::string_view kHelpServer = "Help Server";
 constexpr std::string_view kHelpPath = "/Kelvora/Help/Admin/NetFlow.htm";
@@ -82,9 +85,9 @@ void SettingsForm::AddPages() {
   tabs_->addTab(service_, tr("NetFlow Service"));
   lists_[2] =
       AddListPage(interfaces_, "NetFlowSourceFrame", "InterfacesList", tr("NetFlow Sources"));
-  tabs_->setTabVisible(kRetentionTab - 1, false);
-  tabs_->setTabVisible(kCollapseTab - 1, false);
-  tabs_->setCurrentIndex(kServiceTab - 1);
+  tabs_->setTabVisible(kRetentionPage, false);
+  tabs_->setTabVisible(kCollapsePage, false);
+  tabs_->setCurrentIndex(kServicePage);
 }
 
 ListControl* SettingsForm::AddListPage(CheckableList& list, const char* page_name, const char* name,
@@ -112,12 +115,21 @@ void SettingsForm::AddButtons() {
   for (size_t i = 0; i < buttons_.size(); ++i) {
     buttons_[i] = new QPushButton(tr(kButtons[i].caption), this);
     buttons_[i]->setObjectName(QLatin1String(kButtons[i].name));
-    // Enter presses none of them.
     buttons_[i]->setAutoDefault(false);
   }
+  for (QPushButton* button : findChildren<QPushButton*>()) button->installEventFilter(this);
   connect(buttons_[0], &QPushButton::clicked, this, &SettingsForm::OnOk);
   connect(buttons_[1], &QPushButton::clicked, this, &SettingsForm::OnApply);
   connect(buttons_[2], &QPushButton::clicked, this, &SettingsForm::reject);
+}
+
+// Enter presses no button, also where the desktop's theme would have it so.
+bool SettingsForm::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) return true;
+  }
+  return QDialog::eventFilter(watched, event);
 }
 
 void SettingsForm::ConnectHelp() {
@@ -170,12 +182,6 @@ void SettingsForm::resizeEvent(QResizeEvent* /*event*/) {
     buttons_[i]->setGeometry(
         ToPixels({inner_width - (kDesignWidth - kButtonLefts[i]), tabs_height + 2 * kLayoutMargin,
                   kButtonWidth, kButtonHeight}));
-  }
-  for (ListControl* list : lists_) {
-    const QSize page = list->parentWidget()->size();
-    list->setGeometry(
-        ToPixels({kLayoutMargin, kLayoutMargin, ToTwips(page.width()) - 2 * kLayoutMargin,
-                  ToTwips(page.height()) - 2 * kLayoutMargin}));
   }
 }
 
@@ -242,7 +248,7 @@ void SettingsForm::Unload() {
 void SettingsForm::OnTabSelected(int tab) {
   const std::array<QWidget*, 6> first = {lists_[0],
                                          lists_[1],
-                                         retention_->findChild<QScrollBar*>(),
+                                         retention_->FirstControl(),
                                          collapse_->FirstControl(),
                                          service_->ListenPort(),
                                          lists_[2]};

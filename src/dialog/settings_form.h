@@ -49,6 +49,7 @@ class SettingsForm final : public QDialog, private ListHost {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   enum class SaveResult { kSaved, kCancelled, kFailed };

@@ -104,7 +104,7 @@ void CheckableList::SetRowChecked(int row, bool checked) {
   if (row < Grid::kFixedRows) return;
   MarkChanged(row);
   grid_.SetCheck(row, 0, checked ? CheckState::kChecked : CheckState::kUnchecked);
-  Colour(row, kChangedColor);
+  SetRowColor(row, kChangedColor);
 }
 
 void CheckableList::ToggleRow(int row) {
@@ -132,7 +132,7 @@ void CheckableList::SetSystem(int row, bool system) {
   for (int column = 1; column < grid_.Columns(); ++column) grid_.SetBold(row, column, !system);
 }
 
-void CheckableList::Colour(int row, Color color) {
+void CheckableList::SetRowColor(int row, Color color) {
   for (int column = 1; column < grid_.Columns(); ++column) grid_.SetForeColor(row, column, color);
 }
 

@@ -65,7 +65,7 @@ class CheckableList : public GridListener {
   bool IsSystem(int row) const { return !grid_.HiddenData(row, 1).empty(); }
   /// Sets the system flag of the row, and the bold type of one that the user defined.
   void SetSystem(int row, bool system);
-  void Colour(int row, Color color);
+  void SetRowColor(int row, Color color);
   const ListServices& services() const { return services_; }
 
   /// Called for each row that was loaded, while `rows` stands on its record.

@@ -24,7 +24,7 @@ int EditableList::AddRow(std::initializer_list<std::string_view> texts) {
   grid.SetCheck(row, 0, CheckState::kChecked);
   int column = 1;
   for (const std::string_view text : texts) grid.SetText(row, column++, text);
-  Colour(row, kChangedColor);
+  SetRowColor(row, kChangedColor);
   SetSystem(row, false);
   SetState(row, RowState::kNew);
   grid.SelectOnly(row, 1);
@@ -45,7 +45,7 @@ void EditableList::DeleteSelected() {
       const Grid::Batch batch(grid);
       SetState(row, RowState::kDeleted);
       grid.SetCheck(row, 0, CheckState::kNone);
-      Colour(row, kDeletedColor);
+      SetRowColor(row, kDeletedColor);
     } else if (warn) {
       warn = WarnOfSystemRow(row, selected.size() > 1);
     }

@@ -43,7 +43,7 @@ class FlowRegrouping {
   void RegroupRange(const GroupRange& range);
 
   void NoteOverlap(const GroupRange& group, int groups_of_its_own);
-  // Announces a large range and, where an overlap was seen, regroups after `Reassign`.
+  // Gives every endpoint in the range to the group `id`.
   void AssignRange(const GroupRange& range, std::int32_t id);
 
   FlowDatabase& database_;

@@ -26,7 +26,8 @@ class Desktop {
 class PosixDesktop : public Desktop {
  public:
   bool StartProgram(const std::filesystem::path& program) override;
-  /// Asks `xdg-open`, or else the first of the usual browsers on the search path.
+  /// Asks `xdg-open`, or else the first of the usual browsers on the search path; takes up to a
+  /// second to learn that it failed.
   OpenUrlResult OpenUrl(const std::string& url) override;
   std::string ComputerName() const override;
   /// Without a toolkit no screen can be asked: 0.

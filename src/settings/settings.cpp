@@ -169,11 +169,15 @@ void Settings::RefreshDatabaseSettings() {
   collapse_trigger_ = {0, 1, 24, 7};
   collapse_interval_ = {0, 15, 60, 24};
 
-  const auto rows = OpenEngine(ado::LockType::kReadOnly);
-  if (!rows || rows->Eof()) return;
-  const std::int64_t port = ado::ToWhole(NullToZero(rows->Fields("NetFlowPort").Value()));
-  // A number that is no 32-bit one can be no port either, and leaves the default.
-  if (port == static_cast<std::int32_t>(port)) listen_port_ = static_cast<std::int32_t>(port);
+  try {
+    const auto rows = OpenEngine(ado::LockType::kReadOnly);
+    if (!rows || rows->Eof()) return;
+    const std::int64_t port = ado::ToWhole(NullToZero(rows->Fields("NetFlowPort").Value()));
+    // A number that is no 32-bit one can be no port either, and leaves the default.
+    if (port == static_cast<std::int32_t>(port)) listen_port_ = static_cast<std::int32_t>(port);
+  } catch (const ado::Error&) {
+    // A table without that column leaves the default as well.
+  }
 }
 
 void Settings::SaveDatabaseSettings() {

@@ -61,7 +61,8 @@ class Settings {
   bool IncludeDNS() const { return include_dns_; }
   void SetIncludeDNS(bool on);
 
-  // Collapse options, by level: any level below 1 means 1, any above 3 means 3.
+  // Collapse options, by level: any level below 1 means 1, any above 3 means 3. Zero and false
+  // until `RefreshDatabaseSettings` has run.
 
   /// The age at which statistics are collapsed: hours at levels 1 and 2, days at level 3; at
   /// least 1.
@@ -90,11 +91,11 @@ class Settings {
   const std::string& PortList() const { return port_list_; }
   void SetPortList(std::string_view ports);
 
-  /// 1..60.
+  /// Set to 1..60; loaded as it stands.
   std::int16_t CurrentPeriod() const { return current_period_; }
   void SetCurrentPeriod(std::int16_t period);
 
-  /// At least 0.
+  /// Set to 0 or more; loaded as it stands.
   float TrafficDetailsSplit() const { return traffic_details_split_; }
   void SetTrafficDetailsSplit(float split);
 
@@ -126,7 +127,8 @@ class Settings {
   void SaveOption(std::string_view name, const OptionValue& value);
 
   /// Resets the memory options to their defaults and reads the listening port of this computer; it
-  /// stays 2055 where the database cannot be asked or knows no port.
+  /// stays 2055 where the database
+  /// cannot be asked or has no row for it, and is 0 where the row holds Null.
   void RefreshDatabaseSettings();
 
   /// Stores the listening port in this computer's row of FlowEngines, which is made when it is

@@ -45,6 +45,10 @@ TEST_F(DesktopTest, OpensAPageWithTheFirstOpenerOnTheSearchPath) {
   MakeProgram("bin/xdg-open", "#!/bin/sh\necho \"$@\" > " + (folder_ / "pipe").string() + "\n");
   EXPECT_EQ(desktop_.OpenUrl("http://a/?b=c d"), OpenUrlResult::kOpened);
   EXPECT_EQ(ReadPipe(), "http://a/?b=c d\n");
+  MakeProgram("bin/xdg-open", "#!/bin/sh\nexit 3\n");
+  EXPECT_EQ(desktop_.OpenUrl("http://a/"), OpenUrlResult::kNoBrowser);
+  MakeProgram("bin/xdg-open", "#!/bin/sh\nexit 4\n");
+  EXPECT_EQ(desktop_.OpenUrl("http://a/"), OpenUrlResult::kNotOpened);
 }
 
 TEST_F(DesktopTest, TheComputersNameHasNoDomain) {

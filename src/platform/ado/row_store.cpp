@@ -33,17 +33,17 @@ void RowStore::AddLength(std::uint64_t value) {
 }
 
 void RowStore::AddWhole(std::int64_t value) {
-  row_ += static_cast<char>(Tag::kWhole);
+  AddTag(Tag::kWhole);
   AddLength(ZigZag(value));
 }
 
 void RowStore::AddReal(double value) {
-  row_ += static_cast<char>(Tag::kReal);
+  AddTag(Tag::kReal);
   row_.append(reinterpret_cast<const char*>(&value), sizeof value);
 }
 
 void RowStore::AddText(std::string_view value) {
-  row_ += static_cast<char>(Tag::kText);
+  AddTag(Tag::kText);
   AddLength(value.size());
   row_ += value;
 }
@@ -74,12 +74,12 @@ char* RowStore::Reserve(size_t bytes) {
 }
 
 void RowStore::EndRow() {
-  // A row cut short reads as Nulls, so a reader never runs past the end.
-  row_.append(columns_.size(), static_cast<char>(Tag::kNull));
+  while (written_columns_ < columns_.size()) AddNull();
   char* const row = Reserve(row_.size());
   std::memcpy(row, row_.data(), row_.size());
   rows_.push_back(row);
   row_.clear();
+  written_columns_ = 0;
 }
 
 void RowStore::ReplaceByLast(size_t row) {

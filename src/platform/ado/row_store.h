@@ -22,7 +22,7 @@ class RowStore {
   size_t row_count() const { return rows_.size(); }
 
   /// The next column of the row being written; after the last column `EndRow`.
-  void AddNull() { row_ += static_cast<char>(Tag::kNull); }
+  void AddNull() { AddTag(Tag::kNull); }
   void AddWhole(std::int64_t value);
   void AddReal(double value);
   void AddText(std::string_view value);
@@ -41,11 +41,16 @@ class RowStore {
 
   static constexpr size_t kBlockBytes = size_t{1} << 20;
 
+  void AddTag(Tag tag) {
+    row_ += static_cast<char>(tag);
+    ++written_columns_;
+  }
   void AddLength(std::uint64_t value);
   char* Reserve(size_t bytes);
 
   std::vector<std::string> columns_;
-  std::string row_;
+  std::string row_;  // The row being written.
+  size_t written_columns_ = 0;
   std::vector<const char*> rows_;
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* free_ = nullptr;

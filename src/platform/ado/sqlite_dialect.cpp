@@ -1,5 +1,6 @@
 #include "platform/ado/sqlite_dialect.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "platform/ado/sql_token.h"
@@ -114,8 +115,10 @@ std::optional<std::string> GuardedInsert(std::string_view statement) {
 std::optional<std::string> IsolationLevel(std::string_view statement) {
   Reader reader(statement);
   if (!reader.Take({"set", "transaction", "isolation", "level"})) return std::nullopt;
-  return reader.Take({"read", "uncommitted"}) ? "pragma read_uncommitted = 1"
-                                              : "pragma read_uncommitted = 0";
+  const bool dirty = reader.Take({"read", "uncommitted"});
+  if (!dirty && !reader.Take({"read", "committed"})) return std::nullopt;
+  if (!reader.AtEnd()) return std::nullopt;
+  return dirty ? "pragma read_uncommitted = 1" : "pragma read_uncommitted = 0";
 }
 
 // 1 for what is stored as a number and for a text that reads back the same as one, else 0.
@@ -125,12 +128,18 @@ std::string IsNumeric(std::string_view operand) {
          x + " as numeric) as text) = trim(" + x + "))";
 }
 
+bool IsDigits(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
 // What can stand anywhere in a statement: top, isnumeric, N'…'.
 std::string TranslateExpressions(std::string_view statement) {
   std::string result;
   std::string limit;
   result.reserve(statement.size());
   bool after_select = false;
+  int depth = 0;
+  size_t end = 0;
   for (size_t at = 0; at < statement.size();) {
     const SqlToken token = SqlTokenAt(statement, at);
     const size_t next = at + token.text.size();
@@ -141,8 +150,8 @@ std::string TranslateExpressions(std::string_view statement) {
       at = next;
       continue;
     }
-    if (word && after_select && text::EqualsIgnoringCase(token.text, "top")) {
-      if (const auto count = reader.Next(); count && limit.empty()) {
+    if (word && after_select && depth == 0 && text::EqualsIgnoringCase(token.text, "top")) {
+      if (const auto count = reader.Next(); count && limit.empty() && IsDigits(count->text)) {
         limit = " limit " + std::string(count->text);
         at = reader.position();
         after_select = false;
@@ -153,16 +162,21 @@ std::string TranslateExpressions(std::string_view statement) {
       if (const auto operand = reader.TakeParenthesised()) {
         result += IsNumeric(*operand);
         at = reader.position();
+        end = result.size();
         continue;
       }
     }
+    if (token.text == "(") ++depth;
+    if (token.text == ")") --depth;
     if (token.kind != SqlTokenKind::kBlank) {
       after_select = word && text::EqualsIgnoringCase(token.text, "select");
     }
     result += token.text;
     at = next;
+    // The limit belongs behind the last word, before a semicolon or a comment.
+    if (token.kind != SqlTokenKind::kBlank && token.text != ";") end = result.size();
   }
-  return result + limit;
+  return limit.empty() ? result : result.insert(end, limit);
 }
 
 }  // namespace

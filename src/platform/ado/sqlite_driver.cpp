@@ -1,7 +1,7 @@
 #include "platform/ado/sqlite_driver.h"
 
+#include <algorithm>
 #include <chrono>
-#include <limits>
 #include <system_error>
 
 #include <sqlite3.h>
@@ -63,14 +63,12 @@ class SqliteDriver final : public Driver {
       : database_(std::move(database)),
         file_(std::move(file)),
         command_timeout_(std::chrono::seconds(command_timeout)) {
-    constexpr int kMostSeconds = std::numeric_limits<int>::max() / 1000;
-    const bool unlimited = command_timeout == 0 || command_timeout > kMostSeconds;
-    sqlite3_busy_timeout(database_.get(),
-                         unlimited ? std::numeric_limits<int>::max() : command_timeout * 1000);
+    sqlite3_busy_handler(database_.get(), &WaitForWriter, this);
     if (command_timeout > 0) {
       sqlite3_progress_handler(database_.get(), kOperationsBetweenChecks, &TimeIsUp, this);
     }
-    // With the write-ahead log a commit then survives the process, and costs no wait for the disk.
+    // With the write-ahead log a commit then survives the process without a wait for the disk; it
+    // survives a power failure from the end of the session on, when the log is folded back.
     Run("pragma synchronous = normal");
     // The first read tells a database from any other file.
     Run("select count(*) from sqlite_master");
@@ -84,8 +82,12 @@ class SqliteDriver final : public Driver {
   RowStore Query(std::string_view query) override {
     CheckFile();
     const std::string translated = TranslateToSqlite(query);
-    const Statement statement = Prepare(translated, nullptr);
     StartTimer();
+    std::string_view rest;
+    const Statement statement = Prepare(translated, &rest);
+    if (rest.find_first_not_of(" \t\r\n;") != std::string_view::npos) {
+      throw Error(SQLITE_MISUSE, "", "The query holds more than one statement.");
+    }
     std::vector<std::string> columns;
     const int count = sqlite3_column_count(statement.get());
     columns.reserve(static_cast<std::size_t>(count));
@@ -105,10 +107,10 @@ class SqliteDriver final : public Driver {
   void ReadUncommitted() override { Run("pragma read_uncommitted = 1"); }
 
   std::vector<std::string> PrimaryKey(std::string_view table) override {
+    StartTimer();
     const Statement statement =
         Prepare("select name from pragma_table_info(?) where pk > 0 order by pk", nullptr);
     Bind(statement.get(), 1, text::ReplaceAll(text::ReplaceAll(table, "[", ""), "]", ""));
-    StartTimer();
     std::vector<std::string> columns;
     while (Step(statement.get())) {
       columns.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0)));
@@ -118,13 +120,12 @@ class SqliteDriver final : public Driver {
 
   void ChangeOneRow(std::string_view text, std::span<const Value> parameters) override {
     CheckFile();
-    Run("savepoint change_one_row");
+    Run("begin immediate");
     try {
       const Statement statement = Prepare(text, nullptr);
       for (size_t i = 0; i < parameters.size(); ++i) {
         BindValue(statement.get(), static_cast<int>(i + 1), parameters[i]);
       }
-      StartTimer();
       while (Step(statement.get())) {
       }
       const int changed = sqlite3_changes(database_.get());
@@ -133,12 +134,15 @@ class SqliteDriver final : public Driver {
                     "The row cannot be written: " + std::to_string(changed) +
                         " rows match it. It was changed or deleted since it was read.");
       }
-    } catch (const Error&) {
-      Run("rollback to change_one_row");
-      Run("release change_one_row");
+      Run("commit");
+    } catch (...) {
+      // Some failures have rolled back already. None may leave a transaction open, in which every
+      // later change would be lost.
+      if (sqlite3_get_autocommit(database_.get()) == 0) {
+        sqlite3_exec(database_.get(), "rollback", nullptr, nullptr, nullptr);
+      }
       throw;
     }
-    Run("release change_one_row");
   }
 
   std::string Property(std::string_view name) override {
@@ -151,6 +155,13 @@ class SqliteDriver final : public Driver {
  private:
   static int TimeIsUp(void* driver) {
     return SteadyClock::now() >= static_cast<SqliteDriver*>(driver)->deadline_ ? 1 : 0;
+  }
+
+  static int WaitForWriter(void* driver, int tries) {
+    constexpr int kLongestWait = 50;  // Milliseconds.
+    if (TimeIsUp(driver) != 0) return 0;
+    sqlite3_sleep(std::min(tries + 1, kLongestWait));
+    return 1;
   }
 
   void StartTimer() {
@@ -169,6 +180,9 @@ class SqliteDriver final : public Driver {
 
   // Prepares the first statement of `text`; `rest` receives what follows it.
   Statement Prepare(std::string_view text, std::string_view* rest) {
+    if (text.find('\0') != std::string_view::npos) {
+      throw Error(SQLITE_MISUSE, "", "The statement holds a NUL character.");
+    }
     sqlite3_stmt* statement = nullptr;
     const char* tail = nullptr;
     if (sqlite3_prepare_v2(database_.get(), text.data(), static_cast<int>(text.size()), &statement,
@@ -232,6 +246,10 @@ std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& file, int comman
     throw Error(result, sqlite3_errstr(result),
                 "The database file " + file.string() + " cannot be opened: " +
                     (opened != nullptr ? sqlite3_errmsg(opened) : sqlite3_errstr(result)));
+  }
+  if (sqlite3_db_readonly(opened, "main") == 1) {
+    throw Error(SQLITE_READONLY, sqlite3_errstr(SQLITE_READONLY),
+                "The database file " + file.string() + " is write-protected.");
   }
   sqlite3_extended_result_codes(opened, 1);
   return std::make_unique<SqliteDriver>(std::move(database), file, command_timeout);

@@ -87,6 +87,7 @@ std::vector<std::uint32_t> Grid::OrderByText(int column, SortDirection direction
 }
 
 void Grid::Sort(int column, SortDirection direction) {
+  const Batch batch(*this);
   if (column != 0) {
     if (Rows() > kFixedRows) Permute(OrderByText(column, direction));
   } else {
@@ -102,6 +103,7 @@ void Grid::Sort(int column, SortDirection direction) {
 }
 
 void Grid::SortByKey(int column, SortDirection direction, const std::function<double(int)>& key) {
+  const Batch batch(*this);
   std::vector<double> keys;
   keys.reserve(rows_.size());
   for (int row = kFixedRows; row < Rows(); ++row) keys.push_back(key(row));
@@ -111,7 +113,6 @@ void Grid::SortByKey(int column, SortDirection direction, const std::function<do
 }
 
 void Grid::Permute(const std::vector<std::uint32_t>& order) {
-  const Batch batch(*this);
   const size_t width = columns_.size();
   std::vector<Cell> cells;
   std::vector<Row> rows;

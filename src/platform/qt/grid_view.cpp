@@ -16,6 +16,15 @@ namespace {
 constexpr int kRowPadding = 6;
 constexpr int kMinimumColumnWidth = 24;
 
+// Sorts by the current column, as a click on its header does.
+constexpr QKeyCombination kSortKey = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
+
+// Whether the key produces a character rather than a shortcut.
+bool IsTyping(const QKeyEvent& event) {
+  constexpr auto kShortcuts = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+  return !event.text().isEmpty() && (event.modifiers() & kShortcuts) == 0;
+}
+
 }  // namespace
 
 GridView::GridView(Grid& grid, QWidget* parent)
@@ -28,10 +37,10 @@ GridView::GridView(Grid& grid, QWidget* parent)
   own.setFamily(QStringLiteral("Tahoma"));
   setFont(own);
   // Selected rows are light, so that coloured texts stay readable on them.
-  QPalette colours = palette();
-  colours.setColor(QPalette::Highlight, QColor(206, 218, 255));
-  colours.setColor(QPalette::HighlightedText, colours.color(QPalette::Text));
-  setPalette(colours);
+  QPalette light = palette();
+  light.setColor(QPalette::Highlight, QColor(206, 218, 255));
+  light.setColor(QPalette::HighlightedText, light.color(QPalette::Text));
+  setPalette(light);
   setModel(model_);
   setItemDelegate(delegate_);
   setSelectionBehavior(SelectRows);
@@ -64,11 +73,7 @@ void GridView::ConnectUser() {
       listener->OnClick(index.row() + Grid::kFixedRows, index.column());
     }
   });
-  connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
-    CommitEdit();
-    grid_.RequestSort(section);
-    ShowSortIndicator();
-  });
+  connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &GridView::SortBy);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int value) { grid_.NoteTopRow(value + Grid::kFixedRows); });
   connect(delegate_, &GridDelegate::EditFinished, this, [this](const QModelIndex& index) {
@@ -107,9 +112,8 @@ bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
   if (!index.isValid() || (trigger & editTriggers()) == 0) {
     return QTableView::edit(index, trigger, event);
   }
-  // A key without a character, such as Ctrl, types nothing.
   if (trigger == AnyKeyPressed && event != nullptr && event->type() == QEvent::KeyPress &&
-      static_cast<QKeyEvent*>(event)->text().isEmpty()) {
+      !IsTyping(*static_cast<QKeyEvent*>(event))) {
     return false;
   }
   GridListener* listener = grid_.listener();
@@ -121,25 +125,52 @@ bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
-  constexpr auto kShortcuts = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-  const QString text = event->text();
   GridListener* listener = grid_.listener();
-  if (listener != nullptr && text.size() == 1 && (event->modifiers() & kShortcuts) == 0 &&
-      listener->OnKeyPress(text.front().unicode())) {
+  if (listener != nullptr && IsTyping(*event) && event->text().size() == 1 &&
+      listener->OnKeyPress(event->text().front().unicode())) {
     event->accept();
-    return;
+  } else if (event->keyCombination() == kSortKey && currentIndex().isValid()) {
+    SortBy(currentIndex().column());
+    event->accept();
+  } else {
+    QTableView::keyPressEvent(event);
   }
-  QTableView::keyPressEvent(event);
+}
+
+void GridView::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  // Qt makes the first row current for the keyboard; to be worked on, it must be selected too.
+  if (event->reason() != Qt::MouseFocusReason && currentIndex().isValid() &&
+      !selectionModel()->hasSelection()) {
+    selectionModel()->select(currentIndex(),
+                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  }
+}
+
+void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  // Tab leaves the cell; there is no next one to edit in its row.
+  const bool moves_on = hint == QAbstractItemDelegate::EditNextItem ||
+                        hint == QAbstractItemDelegate::EditPreviousItem;
+  QTableView::closeEditor(editor, moves_on ? QAbstractItemDelegate::NoHint : hint);
+}
+
+void GridView::SortBy(int column) {
+  CommitEdit();
+  grid_.RequestSort(column);
+  ShowSortIndicator();
 }
 
 void GridView::OnRowsReset() {
   const bool other_columns = model_->columnCount() != grid_.Columns();
   following_ = true;
+  // The selection is set anew afterwards; until then it need not follow every row.
+  selectionModel()->clear();
   model_->Reload();
   following_ = false;
   // A load lays the columns out anew; sorting leaves them as the user drew them.
   if (other_columns || grid_.SortColumn() < 0) LayOutColumns();
   ShowSortIndicator();
+  grid_.NoteTopRow(verticalScrollBar()->value() + Grid::kFixedRows);
 }
 
 void GridView::OnRowsAppended(int /*first*/, int last) {

@@ -26,6 +26,8 @@ class GridView final : public QTableView, private GridObserver {
  protected:
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   // Typing must not jump to another row.
   void keyboardSearch(const QString& /*search*/) override {}
 
@@ -38,6 +40,7 @@ class GridView final : public QTableView, private GridObserver {
   void OnShowCell(int row, int column) override;
 
   void ConnectUser();
+  void SortBy(int column);
   void LayOutColumns();
   void ShowSortIndicator();
 

@@ -34,6 +34,15 @@ QMessageBox::StandardButtons ToQt(MessageButtons buttons) {
   return QMessageBox::Ok;
 }
 
+// The window to stand over, also while another program has the focus.
+QWidget* Owner() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible()) return window;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 MessageAnswer QtMessageBox::Show(std::string_view text, std::string_view title,
@@ -41,7 +50,7 @@ MessageAnswer QtMessageBox::Show(std::string_view text, std::string_view title,
   QString lines = ToQString(text);
   lines.replace(QLatin1String("\r\n"), QLatin1String("\n"))
       .replace(QLatin1Char('\r'), QLatin1Char('\n'));
-  QMessageBox box(ToQt(icon), ToQString(title), lines, ToQt(buttons), QApplication::activeWindow());
+  QMessageBox box(ToQt(icon), ToQString(title), lines, ToQt(buttons), Owner());
   box.setObjectName(QLatin1String("MessageBox"));
   box.setTextFormat(Qt::PlainText);
   // Esc and the close box take the most cautious answer.

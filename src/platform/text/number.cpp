@@ -61,7 +61,10 @@ double ReadLeadingNumber(std::string_view text) {
   double value = 0;
   const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
   if (result.ec == std::errc::result_out_of_range) {
-    const bool tiny = number.find("e-") != std::string::npos;
+    // Too small to tell from 0, or too large for any whole number.
+    const bool whole_part = number.find_first_of("123456789") < number.find('.');
+    const size_t e = number.find('e');
+    const bool tiny = e == std::string::npos ? !whole_part : number[e + 1] == '-';
     value = tiny ? 0 : std::numeric_limits<double>::infinity();
   }
   return sign == '-' ? -value : value;

@@ -23,6 +23,10 @@ TEST(SqliteDialectTest, TranslatesOnlyWhatTheEngineLacks) {
       {"if not exists (select 1", "if not exists (select 1"},
       {"select 'open", "select 'open"},
       {"select isnumeric(", "select isnumeric("},
+      {"Select Top (1) * From t", "Select Top (1) * From t"},
+      {"Select Top 1 * From t; -- one", "Select  * From t limit 1; -- one"},
+      {"Select a From (Select Top 1 b From u)", "Select a From (Select Top 1 b From u)"},
+      {"SET TRANSACTION ISOLATION LEVEL SNAPSHOT", "SET TRANSACTION ISOLATION LEVEL SNAPSHOT"},
       {"", ""},
   };
   for (const auto& [statement, translated] : cases) {
