@@ -136,6 +136,7 @@ TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
             Find<QTabWidget>("Tabs")->geometry().right());
 
   SelectPage(1);
+  QApplication::processEvents();
   const auto* list = Find<ListControl>("PortList");
   const QRect table = Table("PortList")->geometry();
   const QRect check = Find<QPushButton>("cmdCheck")->geometry();
