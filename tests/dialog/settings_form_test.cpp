@@ -137,9 +137,9 @@ TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
 
   SelectPage(1);
   QApplication::processEvents();
-  const auto* list = Find<ListControl>("PortList");
+  auto* list = Find<ListControl>("PortList");
   const QRect table = Table("PortList")->geometry();
-  const QRect check = Find<QPushButton>("cmdCheck")->geometry();
+  const QRect check = Find<QPushButton>("cmdCheck", list)->geometry();
   const QRect remove = Find<QPushButton>("cmdDeletePort")->geometry();
   EXPECT_EQ(table.height(), list->height());
   EXPECT_NEAR(check.left() - table.right() - 1, 7, 1);
