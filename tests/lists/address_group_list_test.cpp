@@ -1,6 +1,5 @@
 #include "lists/address_group_list.h"
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -119,10 +118,15 @@ TEST_F(AddressGroupListTest, GroupsWithoutARangeAreKeptAndReassignNothing) {
     list_.Table().SetSelected(1, 5, true);
     list_.OnKeyPress(enabled == "0" ? '-' : '+');
     std::vector<std::string> expected;
-    for (const char* group : {"null1", "absurd3", "both5", "reversed2", "octet4"}) {
-      const std::string name(group, strlen(group) - 1);
-      expected.push_back("Update IPAddressGroups Set IPAddressGroupName='" + name +
-                         "', Enabled=" + enabled + " Where IPAddressGroupID=" + group[name.size()]);
+    const std::string groups[][2] = {
+        {"null", "1"}, {"absurd", "3"}, {"both", "5"}, {"reversed", "2"}, {"octet", "4"}};
+    for (const auto& [name, id] : groups) {
+      expected.emplace_back("Update IPAddressGroups Set IPAddressGroupName='")
+          .append(name)
+          .append("', Enabled=")
+          .append(enabled)
+          .append(" Where IPAddressGroupID=")
+          .append(id);
     }
     expected.emplace_back(kLastUpdate);
     EXPECT_EQ(Saved(list_, true), expected);

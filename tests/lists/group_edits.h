@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,8 @@ inline std::string Dotted(int address) {
          std::to_string(address % 256);
 }
 inline std::string Packed(int address) {
-  return std::to_string(10000000000 + address / 65536 * 1000000 + address / 256 % 256 * 1000 +
-                        address % 256);
+  return std::to_string(10000000000 + address / 65536 * std::int64_t{1000000} +
+                        address / 256 % 256 * std::int64_t{1000} + address % 256);
 }
 
 /// A stored address group.
