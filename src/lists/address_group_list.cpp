@@ -49,14 +49,6 @@ constexpr EditableListTexts kTexts = {
         "system IP Address groups?",
 };
 
-// Whether the stored value is exactly an address.
-bool IsAddress(const ado::Value& value) {
-  if (ado::IsNull(value)) return false;
-  const double number = ado::ToNumber(value);
-  const std::string address = SortValueToIPAddress(number);
-  return IsValidIPAddress(address) && IPAddressToSortValue(address) == number;
-}
-
 }  // namespace
 
 AddressGroupList::AddressGroupList(const ListServices& services, Settings& settings,
@@ -95,9 +87,7 @@ void AddressGroupList::OnRowLoaded(ado::Recordset& rows, int row) {
   Grid& grid = Table();
   const std::int64_t id = ado::ToWhole(rows.Fields("IPAddressGroupID").Value());
   grid.SetHiddenData(row, kGroupEndColumn, id > 0 ? std::to_string(id) : kNoIdentifier);
-  const ado::Value start = rows.Fields("IPRangeStart").Value();
-  const ado::Value end = rows.Fields("IPRangeEnd").Value();
-  if (!IsAddress(start) || !IsAddress(end) || ado::ToNumber(start) > ado::ToNumber(end)) {
+  if (!HoldsRange(rows.Fields("IPRangeStart").Value(), rows.Fields("IPRangeEnd").Value())) {
     grid.SetHiddenData(row, kGroupNameColumn, kNoRange);
   }
 }

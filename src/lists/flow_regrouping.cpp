@@ -19,7 +19,18 @@ double AddressCount(double start, double end) {
   return SortValueToAddressNumber(end) - SortValueToAddressNumber(start) + 1;
 }
 
+bool IsAddress(const ado::Value& value) {
+  if (ado::IsNull(value)) return false;
+  const double number = ado::ToNumber(value);
+  const std::string address = SortValueToIPAddress(number);
+  return IsValidIPAddress(address) && IPAddressToSortValue(address) == number;
+}
+
 }  // namespace
+
+bool HoldsRange(const ado::Value& start, const ado::Value& end) {
+  return IsAddress(start) && IsAddress(end) && ado::ToNumber(start) <= ado::ToNumber(end);
+}
 
 void FlowRegrouping::BeforeChange(const GroupRange& group) {
   // An enabled group that changed was perhaps disabled in the table until now, so any count tells
@@ -106,11 +117,14 @@ void FlowRegrouping::RegroupRange(const GroupRange& range) {
   if (!rows) return;
   IPGroups groups;
   for (; !rows->Eof(); rows->MoveNext()) {
+    const ado::Value start = rows->Fields("dbStartIPRange").Value();
+    const ado::Value end = rows->Fields("dbEndIPRange").Value();
+    if (!HoldsRange(start, end)) continue;
     const auto group = std::make_shared<IPGroup>();
     group->GroupID =
         static_cast<std::int32_t>(ado::ToWhole(rows->Fields("IPAddressGroupID").Value()));
-    group->StartRange = ado::ToNumber(rows->Fields("dbStartIPRange").Value());
-    group->EndRange = ado::ToNumber(rows->Fields("dbEndIPRange").Value());
+    group->StartRange = ado::ToNumber(start);
+    group->EndRange = ado::ToNumber(end);
     group->RangeValue = AddressCount(group->StartRange, group->EndRange);
     try {
       groups.Add(group);

@@ -17,6 +17,10 @@ struct GroupRange {
   std::optional<std::int32_t> id;  ///< Nothing while the group's identifier is not known.
 };
 
+/// Whether two stored values are a range of addresses: neither Null, each exactly an address, in
+/// order. A group without one is kept, but no endpoint belongs to it.
+bool HoldsRange(const ado::Value& start, const ado::Value& end);
+
 /// Brings the group of every endpoint already seen up to date while the list saves its rows: of the
 /// enabled groups that hold an address the one with the fewest addresses wins, of equally large
 /// ones that with the largest identifier. One object serves one save: once a row overlaps another
