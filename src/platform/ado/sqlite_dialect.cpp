@@ -125,44 +125,46 @@ std::string IsNumeric(std::string_view operand) {
          x + " as numeric) as text) = trim(" + x + "))";
 }
 
-// What can stand anywhere in a statement: top, isnumeric, N'…'.
+// What can stand anywhere in a statement: top, isnumeric, N'…'. What lies between is copied in one
+// piece, as most statements hold none of them.
 std::string TranslateExpressions(std::string_view statement) {
   std::string result;
   std::string limit;
   result.reserve(statement.size());
+  size_t copied = 0;
+  const auto replace = [&](size_t first, size_t end, std::string_view text) {
+    result.append(statement, copied, first - copied).append(text);
+    copied = end;
+  };
   bool after_select = false;
   for (size_t at = 0; at < statement.size();) {
     const SqlToken token = SqlTokenAt(statement, at);
-    const size_t next = at + token.text.size();
-    Reader reader(statement, next);
-    const bool word = token.kind == SqlTokenKind::kWord;
-    if (word && token.text.size() == 1 && (token.text[0] == 'N' || token.text[0] == 'n') &&
-        next < statement.size() && statement[next] == '\'') {
-      at = next;
-      continue;
-    }
-    if (word && after_select && text::EqualsIgnoringCase(token.text, "top")) {
+    const size_t start = at;
+    at += token.text.size();
+    if (token.kind == SqlTokenKind::kBlank) continue;
+    const bool expects_top = after_select;
+    after_select = false;
+    if (token.kind != SqlTokenKind::kWord) continue;
+    if (text::EqualsIgnoringCase(token.text, "N")) {
+      if (at < statement.size() && statement[at] == '\'') replace(start, at, "");
+    } else if (text::EqualsIgnoringCase(token.text, "select")) {
+      after_select = true;
+    } else if (expects_top && text::EqualsIgnoringCase(token.text, "top")) {
+      Reader reader(statement, at);
       if (const auto count = reader.Next(); count && limit.empty()) {
         limit = " limit " + std::string(count->text);
         at = reader.position();
-        after_select = false;
-        continue;
+        replace(start, at, "");
       }
-    }
-    if (word && text::EqualsIgnoringCase(token.text, "isnumeric")) {
+    } else if (text::EqualsIgnoringCase(token.text, "isnumeric")) {
+      Reader reader(statement, at);
       if (const auto operand = reader.TakeParenthesised()) {
-        result += IsNumeric(*operand);
         at = reader.position();
-        continue;
+        replace(start, at, IsNumeric(*operand));
       }
     }
-    if (token.kind != SqlTokenKind::kBlank) {
-      after_select = word && text::EqualsIgnoringCase(token.text, "select");
-    }
-    result += token.text;
-    at = next;
   }
-  return result + limit;
+  return result.append(statement, copied).append(limit);
 }
 
 }  // namespace
