@@ -168,17 +168,17 @@ std::vector<Row> AddressRows() {
   const std::string reading = "inet_pton once";
   const std::string writing = "four std::to_chars";
   return {
-      AddressRow<OurRead<Calls::kApart>, PlainRead>("validate, then convert, apart", reading, 1,
+      AddressRow<OurRead<Calls::kApart>, PlainRead>("validate and convert, apart", reading, 1,
                                                     kMany, &AddressTexts),
-      AddressRow<OurRead<Calls::kApart>, PlainRead>("the same, few addresses", reading, 1, kFew,
-                                                    &AddressTexts),
-      AddressRow<OurRead<Calls::kTogether>, PlainRead>("validate and convert at once", reading, 1,
+      AddressRow<OurRead<Calls::kApart>, PlainRead>("the same, a few again and again", reading, 1,
+                                                    kFew, &AddressTexts),
+      AddressRow<OurRead<Calls::kTogether>, PlainRead>("validate and convert, at once", reading, 1,
                                                        kMany, &AddressTexts),
-      AddressRow<OurRead<Calls::kTogether>, PlainRead>("the same at once, few addresses", reading,
-                                                       1, kFew, &AddressTexts),
+      AddressRow<OurRead<Calls::kTogether>, PlainRead>("the same at once, a few", reading, 1, kFew,
+                                                       &AddressTexts),
       AddressRow<OurWrite, PlainWrite>("SortValueToIPAddress", writing, 1.2, kMany,
                                        &PackedAddresses),
-      AddressRow<OurWrite, PlainWrite>("the same, few addresses", writing, 1.2, kFew,
+      AddressRow<OurWrite, PlainWrite>("SortValueToIPAddress, a few", writing, 1.2, kFew,
                                        &PackedAddresses),
   };
 }
