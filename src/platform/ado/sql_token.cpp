@@ -1,16 +1,24 @@
 #include "platform/ado/sql_token.h"
 
 #include <algorithm>
+#include <array>
 
 namespace quillan::ado {
 namespace {
 
 bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-bool IsWord(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-         c == '@' || c == '#' || c == '$' || (c & 0x80) != 0;
-}
+// Every statement that is run passes through here, character by character.
+constexpr std::array<bool, 256> kWordCharacters = [] {
+  std::array<bool, 256> word{};
+  for (size_t c = 0; c < word.size(); ++c) {
+    word[c] = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+              c == '_' || c == '@' || c == '#' || c == '$' || c >= 0x80;
+  }
+  return word;
+}();
+
+bool IsWord(char c) { return kWordCharacters[static_cast<unsigned char>(c)]; }
 
 template <typename Predicate>
 size_t EndOfRun(std::string_view text, size_t at, Predicate belongs) {
@@ -41,11 +49,11 @@ SqlToken SqlTokenAt(std::string_view statement, size_t at) {
     return SqlToken{kind, statement.substr(at, end - at)};
   };
   const char c = statement[at];
-  const std::string_view rest = statement.substr(at);
+  if (IsWord(c)) return token(SqlTokenKind::kWord, EndOfRun(statement, at, IsWord));
   if (IsBlank(c)) return token(SqlTokenKind::kBlank, EndOfRun(statement, at, IsBlank));
+  const std::string_view rest = statement.substr(at);
   if (rest.starts_with("--")) return token(SqlTokenKind::kBlank, EndAfter(statement, at, "\n"));
   if (rest.starts_with("/*")) return token(SqlTokenKind::kBlank, EndAfter(statement, at + 2, "*/"));
-  if (IsWord(c)) return token(SqlTokenKind::kWord, EndOfRun(statement, at, IsWord));
   if (c == '\'') return token(SqlTokenKind::kLiteral, EndOfQuoted(statement, at, '\''));
   if (c == '[') return token(SqlTokenKind::kQuotedName, EndOfQuoted(statement, at, ']'));
   if (c == '"') return token(SqlTokenKind::kQuotedName, EndOfQuoted(statement, at, '"'));

@@ -132,51 +132,53 @@ bool IsDigits(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// What can stand anywhere in a statement: top, isnumeric, N'…'.
+// What can stand anywhere in a statement: top, isnumeric, N'…'. What lies between is copied in one
+// piece, as most statements hold none of them.
 std::string TranslateExpressions(std::string_view statement) {
   std::string result;
   std::string limit;
   result.reserve(statement.size());
+  size_t copied = 0;
+  const auto replace = [&](size_t first, size_t end, std::string_view text) {
+    result.append(statement, copied, first - copied).append(text);
+    copied = end;
+  };
   bool after_select = false;
   int depth = 0;
-  size_t end = 0;
+  size_t end = 0;  // Of the last token but for semicolons, behind which a limit belongs.
   for (size_t at = 0; at < statement.size();) {
     const SqlToken token = SqlTokenAt(statement, at);
-    const size_t next = at + token.text.size();
-    Reader reader(statement, next);
-    const bool word = token.kind == SqlTokenKind::kWord;
-    if (word && token.text.size() == 1 && (token.text[0] == 'N' || token.text[0] == 'n') &&
-        next < statement.size() && statement[next] == '\'') {
-      at = next;
-      continue;
-    }
-    if (word && after_select && depth == 0 && text::EqualsIgnoringCase(token.text, "top")) {
-      if (const auto count = reader.Next(); count && limit.empty() && IsDigits(count->text)) {
-        limit = " limit " + std::string(count->text);
-        at = reader.position();
-        after_select = false;
-        continue;
-      }
-    }
-    if (word && text::EqualsIgnoringCase(token.text, "isnumeric")) {
-      if (const auto operand = reader.TakeParenthesised()) {
-        result += IsNumeric(*operand);
-        at = reader.position();
-        end = result.size();
-        continue;
-      }
-    }
+    const size_t start = at;
+    at += token.text.size();
+    if (token.kind == SqlTokenKind::kBlank || token.text == ";") continue;
+    end = at;
     if (token.text == "(") ++depth;
     if (token.text == ")") --depth;
-    if (token.kind != SqlTokenKind::kBlank) {
-      after_select = word && text::EqualsIgnoringCase(token.text, "select");
+    const bool expects_top = after_select && depth == 0;
+    after_select = false;
+    if (token.kind != SqlTokenKind::kWord) continue;
+    if (text::EqualsIgnoringCase(token.text, "N")) {
+      if (at < statement.size() && statement[at] == '\'') replace(start, at, "");
+    } else if (text::EqualsIgnoringCase(token.text, "select")) {
+      after_select = true;
+    } else if (expects_top && text::EqualsIgnoringCase(token.text, "top")) {
+      Reader reader(statement, at);
+      if (const auto count = reader.Next(); count && limit.empty() && IsDigits(count->text)) {
+        limit = " limit " + std::string(count->text);
+        end = at = reader.position();
+        replace(start, at, "");
+      }
+    } else if (text::EqualsIgnoringCase(token.text, "isnumeric")) {
+      Reader reader(statement, at);
+      if (const auto operand = reader.TakeParenthesised()) {
+        end = at = reader.position();
+        replace(start, at, IsNumeric(*operand));
+      }
     }
-    result += token.text;
-    at = next;
-    // The limit belongs behind the last word, before a semicolon or a comment.
-    if (token.kind != SqlTokenKind::kBlank && token.text != ";") end = result.size();
   }
-  return limit.empty() ? result : result.insert(end, limit);
+  if (limit.empty()) return result.append(statement, copied);
+  replace(end, end, limit);
+  return result.append(statement, copied);
 }
 
 }  // namespace

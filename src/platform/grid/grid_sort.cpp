@@ -106,7 +106,13 @@ void Grid::SortByKey(int column, SortDirection direction, const std::function<do
   const Batch batch(*this);
   std::vector<double> keys;
   keys.reserve(rows_.size());
-  for (int row = kFixedRows; row < Rows(); ++row) keys.push_back(key(row));
+  for (int row = kFixedRows; row < Rows(); ++row) {
+    // Once the rows have been sorted their texts lie scattered; waiting for each took half the
+    // sort.
+    constexpr int kRowsAhead = 16;
+    if (row + kRowsAhead < Rows()) __builtin_prefetch(At(row + kRowsAhead, column).text);
+    keys.push_back(key(row));
+  }
   Permute(OrderByNumber(keys, direction));
   sort_column_ = column;
   sort_direction_ = direction;
