@@ -1,6 +1,16 @@
 -- Rows for a demonstration, for the empty tables of schema.sql in the same folder. One batch.
 
 set nocount on;
+set xact_abort on;
+
+if exists (select * from ServicePorts) or exists (select * from IPAddressGroups)
+   or exists (select * from FlowCorrelation) or exists (select * from Nodes)
+begin
+  raiserror('The demonstration rows are for empty tables; these hold rows already.', 16, 1);
+  return;
+end;
+
+begin transaction;
 
 insert into ServicePorts (Port, ServiceName, System, Enabled) values
   (20, N'ftp-data', 1, 1), (21, N'ftp', 1, 1), (22, N'ssh', 1, 1), (23, N'telnet', 1, 0),
@@ -11,7 +21,7 @@ insert into ServicePorts (Port, ServiceName, System, Enabled) values
   (636, N'ldaps', 1, 1), (993, N'imaps', 1, 1), (1433, N'ms-sql-s', 1, 1),
   (3389, N'ms-wbt-server', 1, 1), (5060, N'sip', 1, 1), (8088, N'Intranet', 0, 1);
 
--- Each group overlaps the next one and none lies within another.
+-- Neighbours within 10.0 and within 172.16 overlap; none lies within another.
 insert into IPAddressGroups (IPRangeStart, IPRangeEnd, IPAddressGroupName, System, Enabled) values
   (10000000000, 10000127255, N'Head office', 1, 1),
   (10000096000, 10000159255, N'Laboratories', 0, 1),
@@ -74,4 +84,5 @@ set IPAddressGroupID = isnull((
 insert into FlowEngines (ServerName, NetFlowPort)
 select left(host_name(), charindex('.', host_name() + '.') - 1), 2055;
 
+commit transaction;
 set nocount off;

@@ -1,11 +1,11 @@
 -- The suite's tables that the program reads and writes, for SQL Server 2008 or newer: run it in the
--- suite's database. What is there already is left as it is, the procedure is brought up to date.
+-- suite's database. What is there already, the suite's own procedure too, is left as it is.
 -- It is one batch, so that any client can send it.
 
 set nocount on;
 
 -- Well-known application ports; System = 1 marks those that the system defined.
-if object_id('ServicePorts', 'U') is null
+if object_id('ServicePorts') is null
   create table ServicePorts (
     Port        int not null constraint PK_ServicePorts primary key,
     ServiceName nvarchar(255) null,
@@ -14,7 +14,7 @@ if object_id('ServicePorts', 'U') is null
   );
 
 -- Named IPv4 ranges; an address a.b.c.d is stored as a*1000^3 + b*1000^2 + c*1000 + d.
-if object_id('IPAddressGroups', 'U') is null
+if object_id('IPAddressGroups') is null
 begin
   create table IPAddressGroups (
     IPAddressGroupID   int identity(1, 1) not null constraint PK_IPAddressGroups primary key,
@@ -28,7 +28,7 @@ begin
 end;
 
 -- Every endpoint that was seen, with the group it belongs to (0: none).
-if object_id('FlowCorrelation', 'U') is null
+if object_id('FlowCorrelation') is null
 begin
   create table FlowCorrelation (
     IPAddress        nvarchar(15) not null,
@@ -41,19 +41,19 @@ begin
 end;
 
 -- One row for each computer that runs a NetFlow receiver.
-if object_id('FlowEngines', 'U') is null
+if object_id('FlowEngines') is null
   create table FlowEngines (
     ServerName  nvarchar(255) not null constraint PK_FlowEngines primary key,
     NetFlowPort int null
   );
 
-if object_id('Nodes', 'U') is null
+if object_id('Nodes') is null
   create table Nodes (
     NodeID  int not null constraint PK_Nodes primary key,
     Caption nvarchar(255) null
   );
 
-if object_id('Interfaces', 'U') is null
+if object_id('Interfaces') is null
 begin
   create table Interfaces (
     InterfaceID int not null constraint PK_Interfaces primary key,
@@ -64,22 +64,20 @@ begin
 end;
 
 -- One row for each interface whose NetFlow exports are accepted.
-if object_id('NetFlowSources', 'U') is null
+if object_id('NetFlowSources') is null
   create table NetFlowSources (
     InterfaceID int not null constraint PK_NetFlowSources primary key
   );
 
-if object_id('GlobalSettings', 'U') is null
+if object_id('GlobalSettings') is null
   create table GlobalSettings (
     Name  nvarchar(255) not null constraint PK_GlobalSettings primary key,
     Value nvarchar(max) null
   );
 
--- Stores a setting, whether it is there or not. Altered rather than dropped, so that it keeps its
--- permissions.
-if object_id('tbsp_netflowSetGlobalSetting', 'P') is null
-  exec ('create procedure tbsp_netflowSetGlobalSetting as return 0');
-exec ('alter procedure tbsp_netflowSetGlobalSetting @Name nvarchar(255), @Value nvarchar(max) as
+-- Stores a setting, whether it is there or not.
+if object_id('tbsp_netflowSetGlobalSetting') is null
+exec ('create procedure tbsp_netflowSetGlobalSetting @Name nvarchar(255), @Value nvarchar(max) as
 begin
   set nocount on;
   set xact_abort on;

@@ -41,7 +41,8 @@ class FlowDatabase {
 
   void CloseMainDatabase() { connection_.Close(); }
 
-  /// The connection string last read; hidden, with every password replaced by asterisks.
+  /// The connection string last read; hidden, with asterisks for each piece that begins with the
+  /// key Password. A password under another key (PWD), or behind a blank, stays.
   std::string ConnectionString(PasswordDisplay display) const;
 
   /// The server's product name; empty when it cannot be read.

@@ -24,8 +24,9 @@ inline constexpr int kChartItems = 3;
 /// restores their defaults, so they hold for that call alone. Where the engine cannot be started,
 /// the Print, Export, ExportAndSend and `SendTo` members say so in a message box, the others do
 /// not; every member then has an empty result, and a Print, Export or `SendTo` member keeps the
-/// options for another try. An error that the engine raises comes out as `automation::Error`,
-/// except from the menu loaders, and leaves the options as they were pushed.
+/// options for another try, while an ExportAndSend member gives them their defaults. An error that
+/// the engine raises comes out as `automation::Error`, except from the menu loaders, and leaves the
+/// options as they were pushed.
 class ExportEngine : public ExportOptions {
  public:
   using ObjectRef = automation::ObjectRef;
@@ -91,9 +92,9 @@ class ExportEngine : public ExportOptions {
 
   /// Each exports its item to `TargetFilename` (while that is empty, "Export" in the program's
   /// folder) in the form that suits `send_to`, one of `SendToMethods`, and sends the file. True
-  /// when the engine reports success for both. `SelectMethod`, `SkipFilenameSelection` and `Quiet`
-  /// keep the values that the call gives them. RTF and text take `FileFormat` as the form, "txt"
-  /// while it is empty.
+  /// when the engine reports success for both. `TargetFilename` is empty afterwards.
+  /// `SelectMethod`, `SkipFilenameSelection` and `Quiet` keep the values that the call gives them.
+  /// RTF and text take `FileFormat` as the form, "txt" while it is empty.
   bool ExportAndSendTable(const ObjectRef& table, const std::string& send_to) {
     return ExportAndSend(kTable, table, send_to);
   }

@@ -138,7 +138,8 @@ UrlStatus CrackHost(std::string_view text, bool takes_port, UrlParts& parts) {
   const auto read = std::from_chars(port.data(), port.data() + port.size(), number);
   if (!has_colon || read.ec != std::errc() || read.ptr != port.data() + port.size() ||
       number > kLargestPort) {
-    return Invalid("The port \"" + std::string(port) + "\" is no number from 0 to 65535.");
+    // What stands here may be part of a password that holds a "/", so it is not repeated.
+    return Invalid("The port is no number from 0 to 65535.");
   }
   parts.port = static_cast<int>(number);
   return {};

@@ -35,9 +35,12 @@ void ResizeHandler::SetNoFullDrag(bool no_full_drag) {
 
 void ResizeHandler::Attach(WindowHandle window) {
   Detach();
+  // Of another window nothing is known yet.
+  if (window != window_) active_ = false;
   window_ = window;
   attached_ = true;
   for (const WindowMessage message : kAttached) messages_.AttachMessage(*this, window, message);
+  if (active_) SwitchOffFullDrag();
 }
 
 void ResizeHandler::Detach() {

@@ -30,7 +30,8 @@ class ResizeListener {
   /// The window is being moved to `bounds`; it goes where the listener changes them to.
   virtual void OnMoving(WindowBounds& /*bounds*/) {}
   /// The same for sizing. Also called after the window has taken another size by itself; changes to
-  /// `bounds` are then ignored.
+  /// `bounds` are then ignored where the platform tells such a size from the user's, and where the
+  /// window has no choice (maximised, minimised, full screen).
   virtual void OnSizing(WindowBounds& /*bounds*/) {}
 };
 

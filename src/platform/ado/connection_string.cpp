@@ -49,7 +49,6 @@ std::string TakeValue(std::string_view text, size_t& at, const std::string& key)
   if (at < text.size()) {
     const char open = text[at];
     if (open == '\'' || open == '"') return TakeQuoted(text, at, open, key);
-    if (open == '{') return TakeQuoted(text, at, '}', key);
   }
   const size_t end = std::min(text.find(';', at), text.size());
   const std::string_view value = text::TrimSpaces(text.substr(at, end - at));
@@ -60,6 +59,35 @@ std::string TakeValue(std::string_view text, size_t& at, const std::string& key)
 }  // namespace
 
 ConnectionString::ConnectionString(std::string_view text) {
+  const std::string_view start = text.substr(std::min(text.find_first_not_of(" ;"), text.size()));
+  const std::string_view first_key = text::TrimSpaces(start.substr(0, start.find('=')));
+  if (text::EqualsIgnoringCase(first_key, "Driver") || text::EqualsIgnoringCase(first_key, "DSN")) {
+    ParseOdbc(text);
+  } else {
+    ParseOleDb(text);
+  }
+}
+
+void ConnectionString::ParseOdbc(std::string_view text) {
+  while (!text.empty()) {
+    const size_t equals = std::min(text.find_first_of("=;"), text.size());
+    const std::string key(text::TrimSpaces(text.substr(0, equals)));
+    const bool has_value = equals < text.size() && text[equals] == '=';
+    text.remove_prefix(std::min(equals + 1, text.size()));
+    if (!has_value) continue;
+    if (text.starts_with('{')) {
+      const size_t close = std::min(text.find('}'), text.size());
+      entries_.push_back({key, std::string(text.substr(1, close - 1))});
+      text.remove_prefix(close);
+    } else {
+      const size_t end = text.find(';');
+      entries_.push_back({key, std::string(text::TrimSpaces(text.substr(0, end)))});
+    }
+    text.remove_prefix(std::min(text.find(';'), text.size()));
+  }
+}
+
+void ConnectionString::ParseOleDb(std::string_view text) {
   for (size_t at = 0; at < text.size(); ++at) {
     at = text.find_first_not_of(" ;", at);
     if (at == std::string_view::npos) break;

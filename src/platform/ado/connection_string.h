@@ -7,13 +7,14 @@
 
 namespace quillan::ado {
 
-/// The "key=value;…" text that opens a session, taken apart. A value may be quoted with ' or " (the
-/// quote doubled inside) or, for ODBC, with braces; "==" in a key stands for "=". Keys compare
-/// without regard to case; of a key that occurs twice the last one counts.
+/// The "key=value;…" text that opens a session, taken apart. Keys compare without regard to case;
+/// of a key that occurs twice the last one counts. An OLE DB string may quote a value with ' or "
+/// (the quote doubled inside), and "==" in a key stands for "=". A string that begins with
+/// "Driver=" or "DSN=" is ODBC's: there only braces quote, and a piece without "=" is passed over.
 class ConnectionString {
  public:
-  /// Throws `ado::Error`, whose text names the piece without showing its value, when a piece has no
-  /// "=" or a quoted value does not end.
+  /// Throws `ado::Error`, whose text names the piece without showing its value, when a piece of an
+  /// OLE DB string has no "=" or a quoted value does not end.
   explicit ConnectionString(std::string_view text);
 
   /// The value of the last entry whose key is one of `keys`; empty when there is none.
@@ -26,6 +27,8 @@ class ConnectionString {
     std::string key;
     std::string value;
   };
+  void ParseOleDb(std::string_view text);
+  void ParseOdbc(std::string_view text);
   const Entry* Find(std::initializer_list<std::string_view> keys) const;
 
   std::vector<Entry> entries_;

@@ -138,12 +138,17 @@ void AddServer(const Server& server, OdbcText& odbc) {
 void AddEncryption(const ConnectionString& settings, OdbcText& odbc) {
   const bool encrypt = IsOn(settings, kEncrypt);
   const bool trust = IsOn(settings, kTrust);
+  const bool strict = IsOneOf(settings.Value(kEncrypt), {"strict"});
   if (odbc.free_tds()) {
+    if (strict || (encrypt && settings.Has(kTrust) && !trust)) {
+      Refuse(
+          "the driver FreeTDS cannot be told to check the server's certificate. Install the "
+          "package msodbcsql18.");
+    }
     // Without being asked FreeTDS, too, encrypts the login alone where the server can.
     odbc.Word("Encryption", encrypt ? "require" : "request");
     return;
   }
-  const bool strict = IsOneOf(settings.Value(kEncrypt), {"strict"});
   odbc.Word("Encrypt", strict ? "strict" : encrypt ? "yes" : "no");
   if (trust) odbc.Word("TrustServerCertificate", "yes");
 }

@@ -21,10 +21,11 @@ std::optional<std::string> SqlServerDriver(std::span<const std::string> installe
 std::string SqlServerName(const ConnectionString& settings);
 
 /// The ODBC connection string by which `driver`, a result of `SqlServerDriver`, opens what the OLE
-/// DB string `settings` describes. Encrypted only where the string asks for it. Keys that have no
-/// counterpart are dropped. Throws `Error`, whose text shows no password, when the string names no
-/// server, a port that is no number, a protocol other than TCP, or a value that the driver cannot
-/// be given.
+/// DB string `settings` describes. Encrypted only where the string asks for it; FreeTDS then checks
+/// the server's certificate only where its own configuration names an authority, and a string that
+/// demands the check is refused. Keys that have no counterpart are dropped. Throws `Error`, whose
+/// text shows no password, when the string names no server, a port that is no number, a protocol
+/// other than TCP, or a value that the driver cannot be given.
 std::string TranslateToOdbc(const ConnectionString& settings, std::string_view driver);
 
 }  // namespace quillan::ado

@@ -20,12 +20,10 @@ class Transaction {
     session_.SetAttribute(SQL_ATTR_AUTOCOMMIT, SQL_AUTOCOMMIT_OFF);
   }
   ~Transaction() {
-    try {
-      if (!committed_) session_.EndTransaction(SQL_ROLLBACK);
-      session_.SetAttribute(SQL_ATTR_AUTOCOMMIT, SQL_AUTOCOMMIT_ON);
-    } catch (const Error&) {
-      // The session is lost, and the server undoes what it had begun. The next use will say so.
-    }
+    // A failure means that the session is lost: the server undoes what it had begun, and the next
+    // use will say so. Where it is not, later statements must not run in a transaction left open.
+    if (!committed_) Attempt([this] { session_.EndTransaction(SQL_ROLLBACK); });
+    Attempt([this] { session_.SetAttribute(SQL_ATTR_AUTOCOMMIT, SQL_AUTOCOMMIT_ON); });
   }
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
@@ -36,6 +34,14 @@ class Transaction {
   }
 
  private:
+  template <typename Step>
+  static void Attempt(Step step) {
+    try {
+      step();
+    } catch (const Error&) {
+    }
+  }
+
   OdbcSession& session_;
   bool committed_ = false;
 };

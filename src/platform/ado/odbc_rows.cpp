@@ -262,6 +262,7 @@ class RowReader {
   void StoreUnbound(SQLUSMALLINT number, const BoundColumn& column, RowStore& rows) {
     alignas(char16_t) std::array<char, 8192> piece{};
     std::string value;
+    bool any = false;
     for (;;) {
       SQLLEN length = 0;
       const SQLRETURN result = SQLGetData(statement_.handle(), number, column.c_type, piece.data(),
@@ -275,12 +276,14 @@ class RowReader {
         return;
       }
       value.append(piece.data(), whole ? static_cast<size_t>(length) : room);
-      if (whole) {
-        StoreValue(column, value.data(), static_cast<SQLLEN>(value.size()), rows);
-        return;
-      }
+      any = true;
+      if (whole) break;
     }
-    rows.AddNull();
+    if (any) {
+      StoreValue(column, value.data(), static_cast<SQLLEN>(value.size()), rows);
+    } else {
+      rows.AddNull();
+    }
   }
 
   const OdbcStatement& statement_;
