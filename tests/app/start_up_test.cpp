@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes.h"
 #include "support/program_folder.h"
 
 namespace quillan {
@@ -18,7 +17,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-class StartUpTest : public testing::Test {
+class StartUpTest : public test::ProgramTest {
  protected:
   StartUpResult Start() {
     messages_.messages.clear();
@@ -40,13 +39,7 @@ class StartUpTest : public testing::Test {
     return messages_.messages[0].text;
   }
 
-  test::ProgramFolder program_;
-  Registry registry_{program_.folder / "program", program_.folder / "user"};
-  test::FakeDesktop desktop_;
-  test::FixedClock clock_;
-  text::UserLocale locale_{"C"};
   Settings settings_{registry_, program_.database, desktop_, clock_, locale_};
-  test::ScriptedMessageBox messages_;
   std::filesystem::path help_file_;
   int shown_ = 0;
 };

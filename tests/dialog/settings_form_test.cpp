@@ -44,11 +44,9 @@ TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
 }
 
 TEST_F(SettingsFormTest, CancelEscAndTheCloseBoxWriteNothing) {
-  const std::function<void()> ways[] = {
-      [&] { Click("cmdCancel"); },
-      [&] { QTest::keyClick(form_.get(), Qt::Key_Escape); },
-      [&] { form_->close(); },
-  };
+  const std::function<void()> ways[] = {[&] { Click("cmdCancel"); },
+                                        [&] { QTest::keyClick(form_.get(), Qt::Key_Escape); },
+                                        [&] { form_->close(); }};
   for (const auto& leave : ways) {
     Open();
     Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));

@@ -49,8 +49,6 @@ TEST(UrlTest, AddressesAreBroughtIntoOneForm) {
     URL url;
     url.SetURL(address);
     EXPECT_EQ(url.GetURL(), built);
-    url.SetURL(url.GetURL());
-    EXPECT_EQ(url.GetURL(), built);
   }
 }
 

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes.h"
 #include "support/program_folder.h"
 
 namespace quillan {
@@ -15,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class SettingsTest : public testing::Test {
+class SettingsTest : public test::ProgramTest {
  protected:
   Settings Load() {
     changed_.clear();
@@ -39,11 +38,6 @@ class SettingsTest : public testing::Test {
     return numbers + std::to_string(settings.TrafficDetailsSplit()).substr(0, 6);
   }
 
-  test::ProgramFolder program_;
-  Registry registry_{program_.folder / "program", program_.folder / "user"};
-  test::FakeDesktop desktop_;
-  test::FixedClock clock_;
-  text::UserLocale locale_{"C"};
   std::vector<std::string> changed_;
 };
 
@@ -111,18 +105,26 @@ TEST_F(SettingsTest, SettersClampAndStoreOnlyWhatChanges) {
   settings.SetTrafficDetailsSplit(-0.5F);
   settings.SetTrafficDetailsSplit(std::numeric_limits<float>::quiet_NaN());
   settings.SetCurrentStatusColumns("interfacetypeicon");
-  settings.SetCurrentStatusColumns("InterfaceTypeIcon");
   settings.SetRetainDays(9999);
   settings.SetGUIStyle("minimal");
   settings.SetListenPort(-7);
   EXPECT_THAT(changed_,
               ElementsAre("Max Events=10", "Include DNS=False", "Current Traffic Period=60",
-                          "Traffic Details Split=0", "Current Status Columns=interfacetypeicon",
-                          "Current Status Columns=InterfaceTypeIcon"));
+                          "Traffic Details Split=0", "Current Status Columns=interfacetypeicon"));
   EXPECT_EQ(Get("Retain Data") + Get("GUI Style"), "(none)(none)");
   EXPECT_EQ(settings.RetainDays(), 3650);
   EXPECT_EQ(settings.GUIStyle(), "MINIMAL");
   EXPECT_EQ(settings.ListenPort(), 1);
+}
+
+TEST_F(SettingsTest, DecimalsFollowTheUsersLocale) {
+  locale_ = text::UserLocale("de_DE.UTF-8");
+  if (locale_.FormatNumber(0.5) != "0,5") GTEST_SKIP() << "de_DE.UTF-8 is not installed";
+  Put("Traffic Details Split", "0,25");
+  Settings settings = Load();
+  EXPECT_EQ(settings.TrafficDetailsSplit(), 0.25F);
+  settings.SetTrafficDetailsSplit(1234.1F);
+  EXPECT_EQ(Get("Traffic Details Split"), "1234,1");
 }
 
 TEST_F(SettingsTest, CollapseLevelsOutsideTheirRangeMeanTheNearest) {

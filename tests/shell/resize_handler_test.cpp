@@ -83,7 +83,7 @@ TEST_F(ResizeHandlerTest, TheWholeParameterTellsHowTheWindowWasActivated) {
   EXPECT_EQ(drag_.changes, 0);
 }
 
-TEST_F(ResizeHandlerTest, FullDragIsOffWhileTheWindowIsActiveAndWantsIt) {
+TEST_F(ResizeHandlerTest, FullDragIsOffWhileTheWindowIsActiveUnlessItWasOffAlready) {
   handler_->SetNoFullDrag(true);
   EXPECT_EQ(drag_.on, true);
   Send(WindowMessage::kActivate, 1);
@@ -95,6 +95,16 @@ TEST_F(ResizeHandlerTest, FullDragIsOffWhileTheWindowIsActiveAndWantsIt) {
   EXPECT_EQ(drag_.on, true);
   handler_->SetNoFullDrag(true);
   EXPECT_EQ(drag_.on, false);
+  Send(WindowMessage::kActivate, 0);
+
+  drag_.changes = 0;
+  for (const std::optional<bool> setting : {std::optional<bool>(false), std::optional<bool>()}) {
+    drag_.on = setting;
+    Send(WindowMessage::kActivate, 1);
+    Send(WindowMessage::kActivate, 0);
+    EXPECT_EQ(drag_.on, setting);
+  }
+  EXPECT_EQ(drag_.changes, 0);
 }
 
 TEST_F(ResizeHandlerTest, FullDragComesBackHoweverTheWatchEnds) {
@@ -109,17 +119,6 @@ TEST_F(ResizeHandlerTest, FullDragComesBackHoweverTheWatchEnds) {
     end();
     EXPECT_EQ(drag_.on, true);
   }
-}
-
-TEST_F(ResizeHandlerTest, FullDragThatIsOffOrUnknownIsLeftAlone) {
-  handler_->SetNoFullDrag(true);
-  for (const std::optional<bool> setting : {std::optional<bool>(false), std::optional<bool>()}) {
-    drag_.on = setting;
-    Send(WindowMessage::kActivate, 1);
-    Send(WindowMessage::kActivate, 0);
-    EXPECT_EQ(drag_.on, setting);
-  }
-  EXPECT_EQ(drag_.changes, 0);
 }
 
 }  // namespace

@@ -137,13 +137,10 @@ TEST_F(OdbcDriverTest, ARefusedLoginSaysWhatTheServerSays) {
 TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
   const std::pair<const char*, const char*> refused[] = {
       {"Driver={No Such Driver};Server=x;PWD=secret", "\"No Such Driver\" is not installed"},
-      {"DSN=NoSuchSource;PWD=secret", "Data source name not found"},
       {"Driver={SQLite3};Database=/no/such/folder/x.db", "connect failed"},
       {"Provider=MSOLEDBSQL;Data Source=127.0.0.1,1;Password=secret", "Unable to connect"},
       {"Provider=SQLNCLI11;Data Source=no-such-host.invalid;Password=secret", "nknown host"},
-      {"Provider=SQLNCLI11;Password=secret", "names no server"},
       {"Provider=Elsewhere;Password=secret", "\"Elsewhere\" is unknown. Use SQLite, SQLOLEDB"},
-      {"Data Source=x;Password=secret", "is unknown"},
   };
   connection_.set_connection_timeout(5);
   for (const auto& [text, reason] : refused) {

@@ -49,6 +49,13 @@ TEST(UserLocaleTest, AnInstalledLocaleWritesAndReadsItsOwnForms) {
   EXPECT_EQ(locale.ReadDateTime("6/1/2007"), std::nullopt);
 }
 
+TEST(UserLocaleTest, ALocaleOfAnotherCharacterSetSpeaksUtf8) {
+  if (!IsInstalled("ko_KR.EUC-KR")) GTEST_SKIP() << "the locale ko_KR.EUC-KR is not installed";
+  const UserLocale locale{"ko_KR.EUC-KR"};
+  EXPECT_EQ(locale.GeneralDateText(kMidnight), "2007년 06월 01일");
+  EXPECT_EQ(locale.ReadDateTime(locale.GeneralDateText(kAfternoon)), kAfternoon);
+}
+
 TEST(UserLocaleTest, WholeTextsAreReadAsNumbersOrNotAtAll) {
   const UserLocale locale{"C"};
   EXPECT_EQ(locale.ReadNumber(" -12.5 "), -12.5);
