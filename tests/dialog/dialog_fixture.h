@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include <QApplication>
@@ -12,27 +11,20 @@
 #include <QTest>
 
 #include "dialog/settings_form.h"
-#include "support/fakes.h"
 #include "support/program_folder.h"
-#include "support/scripted_driver.h"
 
 namespace quillan::test {
 
 /// The settings dialog over a suite database of the test's own, to be clicked and typed into.
-class DialogTest : public testing::Test {
+class DialogTest : public ProgramTest {
  protected:
-  DialogTest()
-      : program_([this](ado::DriverFactory drivers) { return script_.Wrap(std::move(drivers)); }) {}
-
   void SetUp() override { EXPECT_TRUE(program_.database.OpenDatabase()); }
 
   // Shows the dialog over what the database and the registry hold by now.
   void Open() {
     form_.reset();
     settings_.reset();
-    registry_.emplace(program_.folder / "program", program_.folder / "user");
-    settings_ =
-        std::make_unique<Settings>(*registry_, program_.database, desktop_, clock_, locale_);
+    settings_ = std::make_unique<Settings>(registry_, program_.database, desktop_, clock_, locale_);
     form_ = std::make_unique<SettingsForm>(SettingsFormServices{
         *settings_, program_.database, program_.files, desktop_, messages_, clock_, locale_,
         program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
@@ -90,13 +82,6 @@ class DialogTest : public testing::Test {
   // Opens the editor of the current cell with F2; null when the edit is refused.
   static QWidget* Edit(GridView* table);
 
-  DriverScript script_;
-  ProgramFolder program_;
-  ScriptedMessageBox messages_;
-  FixedClock clock_;
-  FakeDesktop desktop_;
-  const text::UserLocale locale_{"C"};
-  std::optional<Registry> registry_;
   std::unique_ptr<Settings> settings_;
   std::unique_ptr<SettingsForm> form_;
   int ended_ = 0;

@@ -37,10 +37,8 @@ TEST(IPGroupsTest, AGroupWhoseKeyIsTakenIsRefused) {
   groups.Add(MakeGroup(1, 256));
   EXPECT_THROW(groups.Add(MakeGroup(1, 512)), std::invalid_argument);
   EXPECT_THROW(groups.Add(nullptr), std::invalid_argument);
-  EXPECT_EQ(groups.Count(), 1);
   groups.Remove("1");
   groups.Add(MakeGroup(1, 512));
-  groups.Clear();
   groups.Clear();
   groups.Add(MakeGroup(1, 1024));
   EXPECT_EQ(groups.Item("1")->RangeValue, 1024);

@@ -55,20 +55,5 @@ TEST_F(InterfacesListTest, CheckedInterfacesBecomeSourcesAndOthersCeaseToBe) {
   EXPECT_THAT(Sources(), IsEmpty());
 }
 
-TEST_F(InterfacesListTest, AFailedStatementStopsTheSaveAndKeepsWhatWasWritten) {
-  Press(list_, "cmdSelectAll");
-  for (size_t failing = 0; failing < 3; ++failing) {
-    program_.suite.Run("Delete From NetFlowSources");
-    size_t statements = 0;
-    script_.before = [&](const std::string&) {
-      if (statements++ == failing) throw ado::Error(1, "08S01", "lost");
-    };
-    EXPECT_THROW(list_.Sync(), ado::Error);
-    EXPECT_EQ(statements, failing + 1);
-    EXPECT_THAT(Sources(), SizeIs(failing));
-    EXPECT_THAT(Rows(list_), testing::Each(testing::EndsWith("|1")));
-  }
-}
-
 }  // namespace
 }  // namespace quillan

@@ -9,19 +9,14 @@
 #include <vector>
 
 #include "lists/address_group_list.h"
-#include "support/fakes.h"
 #include "support/program_folder.h"
-#include "support/scripted_driver.h"
 
 namespace quillan::test {
 
 /// What a list works with: an empty suite database whose statements are written down, a scripted
 /// user and window, a clock that stands.
-class ListTest : public testing::Test {
+class ListTest : public ProgramTest {
  protected:
-  ListTest()
-      : program_([this](ado::DriverFactory drivers) { return script_.Wrap(std::move(drivers)); }) {}
-
   ListServices Services() { return {program_.database, host_, messages_, clock_, locale_}; }
 
   static void Press(CheckableList& list, std::string_view name) {
@@ -70,19 +65,12 @@ class ListTest : public testing::Test {
     std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
   }
 
-  DriverScript script_;
-  ProgramFolder program_;
-  ScriptedMessageBox messages_;
   FakeListHost host_;
-  FixedClock clock_;
-  text::UserLocale locale_{"C"};
 };
 
 /// The list of address groups, whose user enters `entered_` as a new group.
 class GroupListTest : public ListTest {
  protected:
-  Registry registry_{program_.folder / "program", program_.folder / "user"};
-  FakeDesktop desktop_;
   Settings settings_{registry_, program_.database, desktop_, clock_, locale_};
   std::optional<NewGroup> entered_;
   AddressGroupList list_{Services(), settings_, [this](const Grid&) { return entered_; }};

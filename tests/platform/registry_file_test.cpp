@@ -64,7 +64,6 @@ TEST(RegistryFileTest, AnEditChangesNothingButItsOwnValue) {
       {"HKEY_LOCAL_MACHINE\\A", "n", edited("dword:00000001", "\"v\"")},
       {"HKEY_LOCAL_MACHINE\\A", "path", edited("hex(2):25,00,\\\r\n  31,00", "\"v\"")},
       {"HKEY_LOCAL_MACHINE\\A", "gone", edited("=-", "=-\r\n\"gone\"=\"v\"")},
-      {"HKEY_LOCAL_MACHINE\\A", "new", edited("=-", "=-\r\n\"new\"=\"v\"")},
       {"HKEY_LOCAL_MACHINE\\C", "", edited("\"c\"", "\"v\"")},
       {"HKEY_LOCAL_MACHINE\\B", "b", before + "\r\n[HKEY_LOCAL_MACHINE\\B]\r\n\"b\"=\"v\"\r\n"},
   };
@@ -101,14 +100,11 @@ TEST(RegistryFileTest, AFileCutShortAnywhereTakesNewValues) {
 TEST(RegistryFileTest, KeysExistWithTheirAncestorsUntilTheyAreDeleted) {
   RegistryFile file("");
   EXPECT_TRUE(file.AddKey("HKEY_LOCAL_MACHINE\\A\\B"));
-  EXPECT_EQ(file.text(), "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A\\B]\n");
   EXPECT_TRUE(file.HasKey("hkey_local_machine\\a"));
   EXPECT_FALSE(file.HasKey("HKEY_LOCAL_MACHINE\\A\\B\\C"));
-  EXPECT_FALSE(file.HasKey("HKEY_LOCAL_MACHINE\\A\\"));
   EXPECT_FALSE(RegistryFile(file.text() + "[-HKEY_LOCAL_MACHINE\\a]").HasKey("HKEY_LOCAL_MACHINE"));
   for (const char* key : {"", "-HKEY_LOCAL_MACHINE", "a\nb", "a];b"}) {
-    EXPECT_FALSE(file.AddKey(key)) << key;
-    EXPECT_FALSE(file.SetStringValue(key, "x", "1")) << key;
+    EXPECT_FALSE(file.AddKey(key) || file.SetStringValue(key, "x", "1")) << key;
   }
   EXPECT_FALSE(file.SetStringValue("HKEY_LOCAL_MACHINE\\A", "a\nb", "1"));
   EXPECT_EQ(file.text(), "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A\\B]\n");

@@ -39,18 +39,14 @@ TEST(OdbcConnectionStringTest, EverySettingIsTranslatedWhateverItIsCalled) {
 
 TEST(OdbcConnectionStringTest, ServersAreNamedAsEachDriverKnowsThem) {
   struct Case {
-    const char* name;
-    const char* maker;
-    const char* free_tds;
+    const char *name, *maker, *free_tds;
   };
   const Case cases[] = {
       {"db", "{db}", "{db};Port=1433"},
       {"db\\sql", "{db\\sql}", "{db\\sql}"},
       {"db\\MSSQLSERVER", "{db}", "{db};Port=1433"},
-      {"db,1450", "{tcp:db,1450}", "{db};Port=1450"},
       {"tcp:db , 1450", "{tcp:db,1450}", "{db};Port=1450"},
       {"db\\sql,1450", "{tcp:db,1450}", "{db};Port=1450"},
-      {"(local)", "{localhost}", "{localhost};Port=1433"},
       {".\\sql", "{localhost\\sql}", "{localhost\\sql}"},
       {"fe80::1", "{fe80::1}", "{fe80::1};Port=1433"},
   };
@@ -65,12 +61,10 @@ TEST(OdbcConnectionStringTest, ServersAreNamedAsEachDriverKnowsThem) {
 TEST(OdbcConnectionStringTest, WhatCannotBeTranslatedIsRefusedWithoutThePassword) {
   const std::pair<const char*, const char*> cases[] = {
       {"Initial Catalog=x", "names no server"},
-      {"Data Source=db,http", "port \"http\""},
       {"Data Source=db,70000", "port \"70000\""},
       {"Data Source=np:\\\\db\\pipe\\sql\\query", "not reached over TCP"},
       {"Data Source=db;Encrypt=perhaps", "\"Use Encryption for Data\" is neither"},
       {"Data Source=db;Password=\"sec}ret};\"", "value of PWD"},
-      {"Data Source=db;Password=secret;ret", "no \"=\""},
       {"Data Source=db;Password='secret", "\"Password\" does not end"},
   };
   for (const auto& [text, reason] : cases) {

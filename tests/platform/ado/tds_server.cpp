@@ -13,10 +13,8 @@ namespace quillan::test {
 namespace {
 
 // Types of messages.
-constexpr std::uint8_t kBatch = 1;
 constexpr std::uint8_t kTabularResult = 4;
 constexpr std::uint8_t kAttention = 6;
-constexpr std::uint8_t kTransactionRequest = 14;
 constexpr std::uint8_t kLogin7 = 16;
 constexpr std::uint8_t kPreLogin = 18;
 
@@ -66,34 +64,15 @@ TdsServer::Login DecodeLogin(std::string_view message) {
           FromUtf16(bytes_at(48)), FromUtf16(bytes_at(52)), FromUtf16(bytes_at(68))};
 }
 
-// What a batch, a transaction's request or a remote call asks for. The headers come first.
-std::string DecodeRequest(std::uint8_t type, std::string_view message) {
-  size_t at = Word(message, 0);
-  if (type == kBatch) return FromUtf16(message.substr(at));
-  const size_t code = Word(message, at);
-  if (type == kTransactionRequest) return code == 5 ? "begin" : code == 7 ? "commit" : "rollback";
-  if (code != 0xFFFF) return FromUtf16(message.substr(at + 2, 2 * code));
-  // sp_executesql by its number: flags, then the statement as a parameter without a name.
-  at += 6 + 2;
-  const bool is_short = Byte(message, at++) == 0xE7;  // nvarchar, not ntext.
-  at += (is_short ? 2U : 4U) + 5;
-  return FromUtf16(message.substr(at + (is_short ? 2 : 4), Word(message, at)));
-}
-
 }  // namespace
 
-TdsReply& TdsReply::Columns(std::vector<Column> columns) {
-  columns_ = std::move(columns);
+TdsReply& TdsReply::Columns(const std::vector<std::pair<std::string_view, Type>>& columns) {
   Append(bytes_, std::uint8_t{0x81});
-  Append(bytes_, static_cast<std::uint16_t>(columns_.size()));
-  for (const auto& [name, type] : columns_) {
+  Append(bytes_, static_cast<std::uint16_t>(columns.size()));
+  for (const auto& [name, type] : columns) {
     bytes_ += std::string("\0\0\0\0\1\0", 6);  // No user type; nullable.
-    if (type == Type::kBigInt || type == Type::kDateTime) {
-      bytes_ += type == Type::kBigInt ? "\x26\x08" : "\x6F\x08";
-    } else {  // The most bytes, the collation.
-      bytes_ += type == Type::kNVarChar ? std::string("\xE7\xC8\0", 3) : "\xE7\xFF\xFF";
-      bytes_ += std::string("\x09\x04\xD0\x00\x34", 5);
-    }
+    // The type, the most bytes and a text's collation.
+    bytes_ += type == Type::kBigInt ? "\x26\x08" : std::string("\xE7\xC8\0\x09\x04\xD0\0\x34", 8);
     AppendText<std::uint8_t>(bytes_, name);
   }
   return *this;
@@ -101,22 +80,14 @@ TdsReply& TdsReply::Columns(std::vector<Column> columns) {
 
 TdsReply& TdsReply::Row(const std::vector<Value>& values) {
   Append(bytes_, std::uint8_t{0xD1});
-  for (size_t i = 0; i < values.size(); ++i) {
-    const Type type = columns_.at(i).second;
-    if (const auto* whole = std::get_if<std::int64_t>(&values[i])) {
+  for (const Value& value : values) {
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
       Append(bytes_, std::uint8_t{sizeof *whole});
       Append(bytes_, *whole);
-    } else if (const auto* text = std::get_if<std::string_view>(&values[i])) {
-      if (type == Type::kNVarChar) {
-        AppendText<std::uint16_t>(bytes_, *text, 2);
-      } else {  // Of a length not told; one chunk, and the mark of no further one.
-        Append(bytes_, ~std::uint64_t{1});
-        AppendText<std::uint32_t>(bytes_, *text, 2);
-        Append(bytes_, std::uint32_t{0});
-      }
-    } else {
-      const bool sized = type == Type::kBigInt || type == Type::kDateTime;
-      bytes_ += sized ? std::string(1, '\0') : std::string(type == Type::kNVarChar ? 2 : 8, '\xFF');
+    } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+      AppendText<std::uint16_t>(bytes_, *text, 2);
+    } else {  // Of a text.
+      Append(bytes_, std::uint16_t{0xFFFF});
     }
   }
   return *this;
@@ -146,13 +117,6 @@ TdsReply& TdsReply::LoginAccepted() {
   std::string body("\x01\x74\x00\x00\x04", 5);  // Transact-SQL, TDS 7.4.
   AppendText<std::uint8_t>(body, "Microsoft SQL Server");
   AppendToken(bytes_, 0xAD, body + std::string("\x10\x00\x03\xE8", 4));
-  return End(0, 0);
-}
-
-TdsReply& TdsReply::Transaction(bool begins) {
-  const std::string descriptor = "\x08TESTTRAN";
-  AppendToken(bytes_, 0xE3,
-              begins ? '\x08' + descriptor + '\0' : std::string("\x0A\0", 2) + descriptor);
   return End(0, 0);
 }
 
@@ -216,20 +180,19 @@ void TdsServer::ServeClient() {
       if (login_refusal_) return;
     } else if (type == kAttention) {
       Send(TdsReply().End(0x20, 0).bytes());
-    } else if (!AnswerRequest(type, message)) {
+    } else if (!AnswerBatch(message)) {
       return;
     }
   }
 }
 
-bool TdsServer::AnswerRequest(std::uint8_t type, const std::string& message) {
-  const std::string request = DecodeRequest(type, message);
+bool TdsServer::AnswerBatch(const std::string& message) {
+  const std::string statement = FromUtf16(std::string_view(message).substr(Word(message, 0)));
   {
     const std::lock_guard lock(mutex_);
-    statements_.push_back(request);
+    statements_.push_back(statement);
   }
-  const Answer answer =
-      type == kTransactionRequest ? TdsReply().Transaction(request == "begin") : script_(request);
+  const Answer answer = script_(statement);
   if (const auto* reply = std::get_if<TdsReply>(&answer)) Send(reply->bytes());
   return !std::holds_alternative<HangUp>(answer);
 }

@@ -17,13 +17,11 @@ namespace quillan::test {
 /// protocol description [MS-TDS].
 class TdsReply {
  public:
-  /// Null, a whole number (bigint; datetime: the days since 1900 and, from bit 32, the ticks of
-  /// 1/300 second since midnight) or a UTF-8 text.
+  /// The Null of a text, a whole number or a UTF-8 text.
   using Value = std::variant<std::monostate, std::int64_t, std::string_view>;
-  enum class Type { kBigInt, kDateTime, kNVarChar, kNVarCharMax };
-  using Column = std::pair<std::string_view, Type>;
+  enum class Type { kBigInt, kNVarChar };
 
-  TdsReply& Columns(std::vector<Column> columns);
+  TdsReply& Columns(const std::vector<std::pair<std::string_view, Type>>& columns);
   TdsReply& Row(const std::vector<Value>& values);
   /// An error of severity 16; a message without severity.
   TdsReply& Error(std::int32_t number, std::string_view text) {
@@ -34,9 +32,7 @@ class TdsReply {
   TdsReply& Done(std::uint64_t rows, bool more = false) { return End(more ? 0x11 : 0x10, rows); }
   /// The end of an answer with a status of its own (0x20: to a client that gave up waiting).
   TdsReply& End(std::uint16_t status, std::uint64_t rows);
-  /// The outcome of a login, and of a request that begins or ends a transaction.
   TdsReply& LoginAccepted();
-  TdsReply& Transaction(bool begins);
 
   const std::string& bytes() const { return bytes_; }
 
@@ -44,7 +40,6 @@ class TdsReply {
   TdsReply& Message(std::uint8_t token, std::int32_t number, std::string_view text);
 
   std::string bytes_;
-  std::vector<Column> columns_;
 };
 
 /// A database server of one connection at a time on an ephemeral port of the loopback interface,
@@ -68,8 +63,7 @@ class TdsServer {
   TdsServer& operator=(const TdsServer&) = delete;
 
   int port() const { return port_; }
-  /// The logins and the statements that came so far, in their order; a procedure by its name, a
-  /// transaction's request as "begin", "commit" or "rollback".
+  /// The logins and the statements that came so far, in their order.
   std::vector<Login> logins() const;
   std::vector<std::string> statements() const;
 
@@ -79,7 +73,7 @@ class TdsServer {
   bool Receive(std::uint8_t& type, std::string& message) const;
   void Send(const std::string& message) const;
   // Whether the connection goes on.
-  bool AnswerRequest(std::uint8_t type, const std::string& message);
+  bool AnswerBatch(const std::string& message);
 
   Script script_;
   std::optional<TdsReply> login_refusal_;
