@@ -69,6 +69,26 @@ TEST_F(SettingsFormTest, TheStyleDecidesWhetherClosingEndsTheProgram) {
   }
 }
 
+TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
+  Open();
+  const std::vector<std::string> load = {
+      "Select * From FlowEngines Where ServerName='collector'",
+      "Select * From ServicePorts Order By Port",
+      "Select * From IPAddressGroups Order By IPRangeStart",
+  };
+  const auto is_load = [&](size_t from) {
+    for (size_t i = 0; i < load.size(); ++i) EXPECT_EQ(script_.statements[from + i], load[i]);
+    EXPECT_THAT(script_.statements[from + 3], HasSubstr("FROM Interfaces i"));
+    EXPECT_EQ(script_.statements.size(), from + 4);
+  };
+  is_load(1);  // After the isolation level.
+  script_.statements.clear();
+  Click("CmdApply");
+  EXPECT_EQ(script_.statements[0], load[0]);
+  EXPECT_THAT(script_.statements[1], HasSubstr("insert into FlowEngines"));
+  is_load(2);
+}
+
 TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl) {
   Open();
   auto* tabs = Find<QTabWidget>("Tabs");

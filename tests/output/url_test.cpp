@@ -87,8 +87,8 @@ TEST(UrlTest, WhatCannotBeParsedLeavesNothingOfTheLastAddress) {
   const std::string too_long(1025, 'x');
   const std::pair<std::string, const char*> rows[] = {
       {" ", "empty"},
-      {"http://h:65536/", "port \"65536\""},
-      {"http://[::1]80/", "port \"80\""},
+      {"http://h:65536/", "no number from 0"},
+      {"http://[::1]80/", "no number from 0"},
       {"http://[::1/", "bracket"},
       {"http://h/" + too_long, "path of the address has 1026"},
   };

@@ -64,6 +64,8 @@ TEST(OdbcConnectionStringTest, WhatCannotBeTranslatedIsRefusedWithoutThePassword
       {"Data Source=db,70000", "port \"70000\""},
       {"Data Source=np:\\\\db\\pipe\\sql\\query", "not reached over TCP"},
       {"Data Source=db;Encrypt=perhaps", "\"Use Encryption for Data\" is neither"},
+      {"Data Source=db;Encrypt=strict", "FreeTDS cannot be told to check"},
+      {"Data Source=db;Encrypt=yes;TrustServerCertificate=no", "FreeTDS cannot be told to check"},
       {"Data Source=db;Password=\"sec}ret};\"", "value of PWD"},
       {"Data Source=db;Password='secret", "\"Password\" does not end"},
   };

@@ -137,6 +137,8 @@ TEST_F(OdbcDriverTest, ARefusedLoginSaysWhatTheServerSays) {
 TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
   const std::pair<const char*, const char*> refused[] = {
       {"Driver={No Such Driver};Server=x;PWD=secret", "\"No Such Driver\" is not installed"},
+      // What OLE DB would take for an open quote is an ordinary character to ODBC.
+      {"Driver=No Such Driver;stray;PWD=\"secret", "\"No Such Driver\" is not installed"},
       {"Driver={SQLite3};Database=/no/such/folder/x.db", "connect failed"},
       {"Provider=MSOLEDBSQL;Data Source=127.0.0.1,1;Password=secret", "Unable to connect"},
       {"Provider=SQLNCLI11;Data Source=no-such-host.invalid;Password=secret", "nknown host"},
