@@ -69,6 +69,7 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
   OpenAtComfortableSize();
   connect(tabs_, &QTabWidget::currentChanged, this, &SettingsForm::OnTabSelected);
   Sync();
+  OnTabSelected(tabs_->currentIndex());
 }
 
 // The pages show the lists, which go with the members, so they must go first.

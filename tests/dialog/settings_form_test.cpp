@@ -93,6 +93,7 @@ TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl)
   Open();
   auto* tabs = Find<QTabWidget>("Tabs");
   EXPECT_EQ(tabs->currentIndex(), 4);
+  EXPECT_TRUE(Find<QLineEdit>("ListenPort")->hasFocus());
   QStringList visible;
   for (int tab = 0; tab < tabs->count(); ++tab) {
     if (tabs->isTabVisible(tab)) visible += tabs->tabText(tab);
