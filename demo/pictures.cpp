@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include <QApplication>
+#include <QTabBar>
 #include <QTabWidget>
 
 #include "dialog/settings_form.h"
@@ -33,6 +34,7 @@ bool TakePictures(SettingsForm& form, const std::filesystem::path& folder) {
   for (int tab = 0; tab < tabs->count(); ++tab) {
     const bool hidden = !tabs->isTabVisible(tab);
     tabs->setTabVisible(tab, true);
+    tabs->tabBar()->setTabEnabled(tab, true);
     tabs->setCurrentIndex(tab);
     QApplication::processEvents();
     const std::filesystem::path file = folder / ToUtf8(PictureName(tab, tabs->tabText(tab)));
@@ -41,6 +43,7 @@ bool TakePictures(SettingsForm& form, const std::filesystem::path& folder) {
       return false;
     }
     tabs->setTabVisible(tab, !hidden);
+    tabs->tabBar()->setTabEnabled(tab, !hidden);
   }
   return true;
 }

@@ -86,8 +86,12 @@ void SettingsForm::AddPages() {
   tabs_->addTab(service_, tr("NetFlow Service"));
   lists_[2] =
       AddListPage(interfaces_, "NetFlowSourceFrame", "InterfacesList", tr("NetFlow Sources"));
-  tabs_->setTabVisible(kRetentionPage, false);
-  tabs_->setTabVisible(kCollapsePage, false);
+  for (const int page : {kRetentionPage, kCollapsePage}) {
+    tabs_->setTabVisible(page, false);
+    // The arrow keys pass over tabs that are disabled, not over those that are hidden. The page
+    // itself stays enabled.
+    tabs_->tabBar()->setTabEnabled(page, false);
+  }
   tabs_->setCurrentIndex(kServicePage);
 }
 
