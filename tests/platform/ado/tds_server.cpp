@@ -13,10 +13,7 @@ namespace quillan::test {
 namespace {
 
 // Types of messages.
-constexpr std::uint8_t kTabularResult = 4;
-constexpr std::uint8_t kAttention = 6;
-constexpr std::uint8_t kLogin7 = 16;
-constexpr std::uint8_t kPreLogin = 18;
+constexpr std::uint8_t kTabularResult = 4, kAttention = 6, kLogin7 = 16, kPreLogin = 18;
 
 // Numbers travel in the byte order of the machines that run these tests, lowest byte first.
 template <typename Number>
@@ -145,16 +142,6 @@ TdsServer::~TdsServer() {
   close(listener_);
 }
 
-std::vector<TdsServer::Login> TdsServer::logins() const {
-  const std::lock_guard lock(mutex_);
-  return logins_;
-}
-
-std::vector<std::string> TdsServer::statements() const {
-  const std::lock_guard lock(mutex_);
-  return statements_;
-}
-
 void TdsServer::Serve() {
   for (;;) {
     const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
@@ -174,8 +161,7 @@ void TdsServer::ServeClient() {
       // Version and encryption (2: there is none), each its place and length; then their values.
       Send(std::string("\0\0\x0B\0\x06\1\0\x11\0\1\xFF\x10\0\3\xE8\0\0\2", 18));
     } else if (type == kLogin7) {
-      const std::lock_guard lock(mutex_);
-      logins_.push_back(DecodeLogin(message));
+      Note(logins_, DecodeLogin(message));
       Send((login_refusal_ ? *login_refusal_ : TdsReply().LoginAccepted()).bytes());
       if (login_refusal_) return;
     } else if (type == kAttention) {
@@ -188,10 +174,7 @@ void TdsServer::ServeClient() {
 
 bool TdsServer::AnswerBatch(const std::string& message) {
   const std::string statement = FromUtf16(std::string_view(message).substr(Word(message, 0)));
-  {
-    const std::lock_guard lock(mutex_);
-    statements_.push_back(statement);
-  }
+  Note(statements_, statement);
   const Answer answer = script_(statement);
   if (const auto* reply = std::get_if<TdsReply>(&answer)) Send(reply->bytes());
   return !std::holds_alternative<HangUp>(answer);

@@ -59,15 +59,23 @@ class TdsServer {
 
   explicit TdsServer(Script script, std::optional<TdsReply> login_refusal = std::nullopt);
   ~TdsServer();
-  TdsServer(const TdsServer&) = delete;
-  TdsServer& operator=(const TdsServer&) = delete;
 
   int port() const { return port_; }
   /// The logins and the statements that came so far, in their order.
-  std::vector<Login> logins() const;
-  std::vector<std::string> statements() const;
+  std::vector<Login> logins() const { return Copy(logins_); }
+  std::vector<std::string> statements() const { return Copy(statements_); }
 
  private:
+  template <typename Notes>
+  Notes Copy(const Notes& notes) const {
+    const std::lock_guard lock(mutex_);
+    return notes;
+  }
+  template <typename Notes>
+  void Note(Notes& notes, const typename Notes::value_type& note) {
+    const std::lock_guard lock(mutex_);
+    notes.push_back(note);
+  }
   void Serve();
   void ServeClient();
   bool Receive(std::uint8_t& type, std::string& message) const;
