@@ -5,6 +5,7 @@
 #include "app/shared.h"
 #include "app/start_up.h"
 #include "dialog/settings_form.h"
+#include "platform/program.h"
 #include "platform/qt/appearance.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"

@@ -1,7 +1,8 @@
 #include "app/shared.h"
 
 #include "platform/ado/drivers.h"
-#include "shell/registry.h"
+#include "platform/program.h"
+#include "registry/registry.h"
 
 namespace quillan {
 namespace {

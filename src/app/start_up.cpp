@@ -1,6 +1,6 @@
 #include "app/start_up.h"
 
-#include "shell/display_name.h"
+#include "platform/program.h"
 
 namespace quillan {
 namespace {

@@ -3,10 +3,10 @@
 #include <QPushButton>
 
 #include "dialog/page_parts.h"
+#include "platform/program.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/twips.h"
-#include "shell/display_name.h"
-#include "shell/shell.h"
+#include "platform/text/date_time.h"
 
 namespace quillan {
 namespace {
@@ -105,8 +105,8 @@ void CollapsePage::AddLevel(int level, QWidget* parent, QVBoxLayout* layout) {
 
 void CollapsePage::ShowText(int level, int trigger) {
   const LevelDescription& description = Describe(level);
-  const std::string age =
-      description.trigger_in_days ? DurationText(trigger, 0, 0, 0) : DurationText(0, trigger, 0, 0);
+  const std::string age = description.trigger_in_days ? text::DurationText(trigger, 0, 0, 0)
+                                                      : text::DurationText(0, trigger, 0, 0);
   Level(level).text->setText(tr("Collapse statistics older than ") + ToQString(age) + tr(" into ") +
                              QString::number(settings_.CollapseInterval(level)) +
                              tr(description.interval_unit));

@@ -3,7 +3,7 @@
 #include <exception>
 
 #include "platform/message_box.h"
-#include "shell/display_name.h"
+#include "platform/program.h"
 
 namespace quillan {
 

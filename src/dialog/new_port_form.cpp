@@ -2,8 +2,8 @@
 
 #include "dialog/entry_form.h"
 #include "dialog/guarded.h"
+#include "platform/program.h"
 #include "platform/qt/qt_text.h"
-#include "shell/display_name.h"
 
 namespace quillan {
 

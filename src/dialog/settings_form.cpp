@@ -10,10 +10,9 @@
 
 #include "dialog/new_addr_group_form.h"
 #include "dialog/new_port_form.h"
+#include "platform/program.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/twips.h"
-#include "shell/display_name.h"
-#include "shell/shell.h"
 
 namespace quillan {
 namespace {

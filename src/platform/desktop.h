@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/message_box.h"
+
 namespace quillan {
 
 enum class OpenUrlResult { kOpened, kNoBrowser, kNotOpened };
@@ -33,5 +35,15 @@ class PosixDesktop : public Desktop {
   /// Without a toolkit no screen can be asked: 0.
   int ColorDepth() const override { return 0; }
 };
+
+/// Opens a web page in the user's browser; tells the user when there is none or it does not start.
+void OpenInBrowser(Desktop& desktop, MessageBox& messages, const std::string& url);
+
+/// The computer's name, by which the collector's row of this computer is found; without spaces and
+/// NUL characters at its ends.
+std::string LocalComputerName(const Desktop& desktop);
+
+/// Bits per pixel of the screen; 0 when it cannot be read.
+inline int ScreenColorDepth(const Desktop& desktop) { return desktop.ColorDepth(); }
 
 }  // namespace quillan

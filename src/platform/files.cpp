@@ -27,15 +27,20 @@ std::string DiskFiles::ReadTextFile(const std::filesystem::path& path) const {
   return text::DecodeText(bytes.str());
 }
 
-std::filesystem::path ProgramFolder() {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
 std::filesystem::path JoinPath(const std::filesystem::path& folder, std::string_view relative) {
   std::string with_slashes = text::ReplaceAll(relative, "\\", "/");
   const size_t start = with_slashes.find_first_not_of('/');
   with_slashes.erase(0, start == std::string::npos ? with_slashes.size() : start);
   return folder / with_slashes;
+}
+
+std::string FileNameFromPath(std::string_view path, FileExtension extension) {
+  const size_t separator = path.find_last_of("/\\");
+  if (separator != std::string_view::npos) path.remove_prefix(separator + 1);
+  const size_t colon = path.rfind(':');
+  if (colon != std::string_view::npos) path.remove_prefix(colon + 1);
+  if (extension == FileExtension::kDrop) path = path.substr(0, path.rfind('.'));
+  return std::string(path);
 }
 
 }  // namespace quillan

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace quillan {
 
@@ -29,11 +30,14 @@ class DiskFiles final : public Files {
   std::string ReadTextFile(const std::filesystem::path& path) const override;
 };
 
-/// The folder that holds the running executable.
-std::filesystem::path ProgramFolder();
-
 /// `folder` followed by `relative`, which may hold either separator: "\..\Help\x.chm" and
 /// "/../Help/x.chm" name the same file. The result is not normalised.
 std::filesystem::path JoinPath(const std::filesystem::path& folder, std::string_view relative);
+
+enum class FileExtension { kKeep, kDrop };
+
+/// The file name at the end of a path with either separator, without a drive letter; with kDrop
+/// also without its last dot and what follows it.
+std::string FileNameFromPath(std::string_view path, FileExtension extension);
 
 }  // namespace quillan

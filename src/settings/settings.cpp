@@ -4,10 +4,9 @@
 
 #include "db/sql_text.h"
 #include "platform/ado/error.h"
+#include "platform/program.h"
 #include "platform/text/ascii.h"
 #include "settings/option_text.h"
-#include "shell/display_name.h"
-#include "shell/shell.h"
 
 namespace quillan {
 namespace {
@@ -172,7 +171,7 @@ void Settings::RefreshDatabaseSettings() {
   try {
     const auto rows = OpenEngine(ado::LockType::kReadOnly);
     if (!rows || rows->Eof()) return;
-    const std::int64_t port = ado::ToWhole(NullToZero(rows->Fields("NetFlowPort").Value()));
+    const std::int64_t port = ado::ToWhole(ado::NullToZero(rows->Fields("NetFlowPort").Value()));
     // A number that is no 32-bit one can be no port either, and leaves the default.
     if (port == static_cast<std::int32_t>(port)) listen_port_ = static_cast<std::int32_t>(port);
   } catch (const ado::Error&) {

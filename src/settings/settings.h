@@ -12,8 +12,8 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/text/user_locale.h"
+#include "registry/registry.h"
 #include "settings/periods.h"
-#include "shell/registry.h"
 
 namespace quillan {
 

@@ -21,6 +21,11 @@ using OwnedValue = std::variant<Null, std::int64_t, double, std::string>;
 
 inline bool IsNull(const Value& value) { return std::holds_alternative<Null>(value); }
 
+/// The whole number 0 for Null; any other value unchanged.
+inline Value NullToZero(const Value& value) {
+  return IsNull(value) ? Value(std::int64_t{0}) : value;
+}
+
 /// The value as a number: a text by the number at its start, Null as 0.
 double ToNumber(const Value& value);
 

@@ -26,6 +26,8 @@ std::string_view TrimSpaces(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+std::string_view TrimAtNull(std::string_view text) { return text.substr(0, text.find('\0')); }
+
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
   std::string result;
   size_t start = 0;

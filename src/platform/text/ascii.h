@@ -22,6 +22,9 @@ bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
 /// `text` without the spaces (only the space character) at both ends.
 std::string_view TrimSpaces(std::string_view text);
 
+/// `text` up to its first NUL character, or all of it when it has none.
+std::string_view TrimAtNull(std::string_view text);
+
 /// `text` with every occurrence of `from` (not empty) replaced by `to`.
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <string>
 
 namespace quillan::text {
 
@@ -17,5 +19,11 @@ inline constexpr DateTime kZeroDate{
 constexpr double SerialDayNumber(DateTime value) {
   return static_cast<double>((value - kZeroDate).count()) / 86400.0;
 }
+
+/// A duration in words ("1 days, 2 hours"). A unit appears only when more than one of it is left,
+/// and always in the plural: one day reads "24 hours", 90 seconds "1 minutes, 30 seconds". Empty
+/// for a duration of 0 or less.
+std::string DurationText(std::int32_t days, std::int32_t hours, std::int32_t minutes,
+                         std::int32_t seconds);
 
 }  // namespace quillan::text

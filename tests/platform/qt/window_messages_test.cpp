@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QWindow>
 
-#include "shell/resize_handler.h"
+#include "suite/resize_handler.h"
 
 namespace quillan {
 namespace {

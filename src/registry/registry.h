@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "registry/registry_store.h"
+
+namespace quillan {
+
+/// Whose values are meant: the computer's or the current user's.
+enum class RegistryRoot { kLocalMachine, kCurrentUser };
+
+/// An open key of a Registry; 0 is none.
+using RegistryKey = std::uint32_t;
+
+/// The folder of the user's own configuration: $XDG_CONFIG_HOME where it is an absolute path, else
+/// ".config" in the home folder (the XDG base directories).
+std::filesystem::path UserConfigurationFolder();
+
+/// The registry: text options under keys of the form "Software\Tarrowby.Net\<product>\<section>".
+/// Only string values are read and written. Texts are UTF-8 and end at their first NUL, if they
+/// have one. Nothing here throws; writes that fail say so in their result or not at all.
+class Registry {
+ public:
+  /// The computer's values lie in "registry.reg" of `program_folder`, the current user's in
+  /// "tarrowby.net/registry.reg" of `user_folder` (see UserConfigurationFolder).
+  Registry(const std::filesystem::path& program_folder, const std::filesystem::path& user_folder);
+
+  /// The text of an option, as it stands in the file now; nothing when there is no such string
+  /// value, so that the caller's default can stand in with `value_or`.
+  std::optional<std::string> ReadRegistryString(
+      std::string_view product, std::string_view section, std::string_view name,
+      RegistryRoot root = RegistryRoot::kLocalMachine) const;
+  /// Writes an option, creating its key where it is missing. A failure is not reported.
+  void SaveRegistryString(std::string_view product, std::string_view section, std::string_view name,
+                          std::string_view value, RegistryRoot root = RegistryRoot::kLocalMachine);
+
+  /// Opens the key `path` ("Software\Tarrowby.Net"; empty for the root itself). On success `key` is
+  /// its handle, to be closed with RegistryCloseKey; else it is 0.
+  bool RegistryOpenKey(RegistryRoot root, std::string_view path, RegistryKey& key);
+  /// Opens the key `path`, creating it where it is missing; fails at once for an empty path.
+  bool RegistryCreateKey(RegistryRoot root, std::string_view path, RegistryKey& key);
+  /// Reads a string value of an open key; `text` is unchanged when there is none.
+  bool RegistryQueryString(RegistryKey key, std::string_view name, std::string& text) const;
+  /// Writes a string value of an open key.
+  bool RegistrySetString(RegistryKey key, std::string_view name, std::string_view text);
+  /// Closes an open key; false when `key` is none.
+  bool RegistryCloseKey(RegistryKey key);
+
+ private:
+  struct OpenKey {
+    RegistryRoot root;
+    std::string path;  // With the root's name.
+  };
+
+  RegistryStore& Store(RegistryRoot root);
+  const RegistryStore& Store(RegistryRoot root) const;
+  RegistryKey NewHandle(RegistryRoot root, std::string path);
+
+  RegistryStore local_machine_;
+  RegistryStore current_user_;
+  std::map<RegistryKey, OpenKey> open_keys_;
+  RegistryKey last_handle_ = 0;
+};
+
+}  // namespace quillan

@@ -1,0 +1,96 @@
+#include "suite/url.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "platform/text/ascii.h"
+
+namespace quillan {
+namespace {
+
+constexpr size_t kBufferSize = 1024;
+
+// A part arrives in a buffer of fixed length: its text ends at the first NUL, and where it fills
+// the buffer, the blanks at its ends are padding.
+std::string TakePart(std::string_view part) {
+  if (part.size() == kUrlPartLimit) part = text::TrimSpaces(part);
+  return std::string(part);
+}
+
+}  // namespace
+
+std::string URL::GetURL() {
+  last_error_.clear();
+  UrlParts parts = parts_;
+  parts.extra_info = ExtraInfo();
+
+  std::vector<char> buffer(kBufferSize);
+  size_t length = 0;
+  UrlStatus status = CreateUrl(parts, buffer, length);
+  if (status.error == kUrlBufferTooSmall) {
+    buffer.resize(length);
+    status = CreateUrl(parts, buffer, length);
+  }
+  if (!status.Ok()) {
+    last_error_ = std::move(status.text);
+    return {};
+  }
+  return {buffer.data(), length};
+}
+
+void URL::SetURL(std::string_view address) {
+  *this = URL();
+  std::string canonical;
+  UrlStatus status = CanonicalizeUrl(address, canonical);
+  if (status.Ok()) status = CrackUrl(canonical, parts_);
+  if (!status.Ok()) {
+    last_error_ = std::move(status.text);
+    return;
+  }
+  for (std::string* part : {&parts_.scheme_name, &parts_.host_name, &parts_.user_name,
+                            &parts_.password, &parts_.path, &parts_.extra_info}) {
+    *part = TakePart(*part);
+  }
+  internal_ = text::StartsWithIgnoringCase(canonical, "internal:");
+  scheme_ = internal_ ? "internal" : parts_.scheme_name;
+  ReadParameters();
+}
+
+std::string URL::ExtraInfo() const {
+  std::string extra;
+  for (const auto& [name, value] : parameters_.Entries()) {
+    extra.append(extra.empty() ? "?" : "&").append(name).append("=").append(value);
+  }
+  return extra.empty() ? parts_.extra_info : extra;
+}
+
+std::string URL::ParameterValue(std::string_view name) const {
+  const std::string* value = parameters_.Item(name);
+  if (value == nullptr) value = parameters_.Item(text::ToUpperAscii(name));
+  return value != nullptr ? *value : std::string();
+}
+
+void URL::SetPart(std::string& part, std::string_view text) {
+  part = text.substr(0, text.find('\0'));
+}
+
+void URL::ReadParameters() {
+  std::string_view rest = parts_.extra_info;
+  if (rest.size() < 2 || rest.front() != '?') return;
+  rest.remove_prefix(1);
+  for (bool more = true; more;) {
+    const std::string_view piece = rest.substr(0, rest.find('&'));
+    more = piece.size() < rest.size();
+    if (more) rest.remove_prefix(piece.size() + 1);
+    const size_t equals = std::min(piece.find('='), piece.size());
+    const std::string name = text::ToUpperAscii(piece.substr(0, equals));
+    if (!parameters_.Add(name, piece.substr(std::min(equals + 1, piece.size())))) {
+      parameters_.RemoveAll();
+      last_error_ = "The parameter \"" + name + "\" occurs twice in the address.";
+      return;
+    }
+  }
+}
+
+}  // namespace quillan

@@ -1,0 +1,264 @@
+#include "suite/url_routines.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <initializer_list>
+#include <optional>
+#include <utility>
+
+#include "platform/text/ascii.h"
+
+namespace quillan {
+namespace {
+
+constexpr int kLargestPort = 65535;
+constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+constexpr std::string_view kWhiteSpace = " \t\r\n\f\v";
+// The unsafe characters of RFC 1738, section 2.2, without those that addresses carry as they are
+// in practice ("%", "#", "~" and the square brackets).
+constexpr std::string_view kUnsafe = " \"<>\\^`{|}";
+// What would end a part early when it stood in it as it is.
+constexpr std::string_view kEndsUserName = ":/?#@[]";
+constexpr std::string_view kEndsPassword = "/?#@[]";
+constexpr std::string_view kEndsHost = "/?#@";
+constexpr std::string_view kEndsPath = "?#";
+
+struct KnownScheme {
+  std::string_view name;
+  UrlScheme scheme;
+  int port;  // Its own port; 0 for none.
+};
+constexpr std::array<KnownScheme, 7> kSchemes = {{{"ftp", UrlScheme::kFtp, 21},
+                                                  {"gopher", UrlScheme::kGopher, 70},
+                                                  {"http", UrlScheme::kHttp, 80},
+                                                  {"https", UrlScheme::kHttps, 443},
+                                                  {"file", UrlScheme::kFile, 0},
+                                                  {"news", UrlScheme::kNews, 0},
+                                                  {"mailto", UrlScheme::kMailto, 0}}};
+
+KnownScheme FindScheme(std::string_view name) {
+  const auto* const found = std::find_if(
+      kSchemes.begin(), kSchemes.end(),
+      [&](const KnownScheme& known) { return text::EqualsIgnoringCase(known.name, name); });
+  if (found != kSchemes.end()) return *found;
+  return {name, name.empty() ? UrlScheme::kPartial : UrlScheme::kUnknown, 0};
+}
+
+// The stretches of an address, each without the marks around it but the extra information's own.
+struct Stretches {
+  std::string_view scheme;
+  bool has_authority = false;
+  std::optional<std::string_view> user_info;
+  std::string_view host_and_port;
+  std::string_view path;
+  std::string_view extra;
+};
+
+bool IsLetter(char c) {
+  const char upper = text::ToUpperAscii(c);
+  return upper >= 'A' && upper <= 'Z';
+}
+
+// The length of the scheme at the start of `address`, as RFC 3986, section 3.1, spells it; 0
+// without one.
+size_t SchemeLength(std::string_view address) {
+  if (address.empty() || !IsLetter(address.front())) return 0;
+  for (size_t i = 1; i < address.size(); ++i) {
+    const char c = address[i];
+    if (c == ':') return i;
+    if (!IsLetter(c) && !(c >= '0' && c <= '9') && c != '+' && c != '-' && c != '.') return 0;
+  }
+  return 0;
+}
+
+Stretches Split(std::string_view address) {
+  Stretches result;
+  const size_t extra = std::min(address.find_first_of("?#"), address.size());
+  result.extra = address.substr(extra);
+  address = address.substr(0, extra);
+  if (const size_t length = SchemeLength(address); length > 0) {
+    result.scheme = address.substr(0, length);
+    address.remove_prefix(length + 1);
+  }
+  if (address.starts_with("//")) {
+    result.has_authority = true;
+    address.remove_prefix(2);
+    std::string_view authority = address.substr(0, address.find('/'));
+    address.remove_prefix(authority.size());
+    // The last one: a user name may hold the sign too.
+    if (const size_t at = authority.rfind('@'); at != std::string_view::npos) {
+      result.user_info = authority.substr(0, at);
+      authority.remove_prefix(at + 1);
+    }
+    result.host_and_port = authority;
+  }
+  result.path = address;
+  return result;
+}
+
+void AppendEscaped(std::string_view text, std::string_view also_unsafe, bool escape_non_ascii,
+                   std::string& address) {
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool unsafe = byte < 0x20 || byte == 0x7F || (byte >= 0x80 && escape_non_ascii) ||
+                        kUnsafe.find(c) != std::string_view::npos ||
+                        also_unsafe.find(c) != std::string_view::npos;
+    if (unsafe) {
+      address += {'%', kHexDigits[byte >> 4], kHexDigits[byte & 15]};
+    } else {
+      address += c;
+    }
+  }
+}
+
+std::string_view CutAtNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+UrlStatus Invalid(std::string text) { return {kUrlInvalid, std::move(text)}; }
+
+// Splits "host:port"; the port stays as it is where none is named.
+UrlStatus CrackHost(std::string_view text, bool takes_port, UrlParts& parts) {
+  size_t host_end = std::min(text.find(':'), text.size());
+  if (text.starts_with('[')) {
+    const size_t bracket = text.find(']');
+    if (bracket == std::string_view::npos) {
+      return Invalid("The host \"" + std::string(text) + "\" has no closing bracket.");
+    }
+    host_end = bracket + 1;
+  } else if (!takes_port) {
+    host_end = text.size();  // "C:" of a file on a drive.
+  }
+  parts.host_name = text.substr(0, host_end);
+  std::string_view port = text.substr(host_end);
+  if (port.empty()) return {};
+  const bool has_colon = port.front() == ':';
+  if (has_colon) port.remove_prefix(1);
+  if (has_colon && port.empty()) return {};
+  unsigned number = 0;
+  const auto read = std::from_chars(port.data(), port.data() + port.size(), number);
+  if (!has_colon || read.ec != std::errc() || read.ptr != port.data() + port.size() ||
+      number > kLargestPort) {
+    // What stands here may be part of a password that holds a "/", so it is not repeated.
+    return Invalid("The port is no number from 0 to 65535.");
+  }
+  parts.port = static_cast<int>(number);
+  return {};
+}
+
+using NamedText = std::pair<const char*, const std::string&>;
+
+// Refuses, as `error`, a part beyond `kUrlPartLimit`.
+UrlStatus CheckLengths(std::int32_t error, std::initializer_list<NamedText> texts) {
+  for (const auto& [name, text] : texts) {
+    if (text.size() > kUrlPartLimit) {
+      return {error, std::string("The ") + name + " of the address has " +
+                         std::to_string(text.size()) + " characters; at most " +
+                         std::to_string(kUrlPartLimit) + " are possible."};
+    }
+  }
+  return {};
+}
+
+UrlStatus CheckLengths(std::int32_t error, const UrlParts& parts) {
+  return CheckLengths(error, {{"scheme", parts.scheme_name},
+                              {"user name", parts.user_name},
+                              {"password", parts.password},
+                              {"host name", parts.host_name},
+                              {"path", parts.path}});
+}
+
+std::string Compose(const UrlParts& parts) {
+  std::string address;
+  if (!parts.scheme_name.empty()) address += parts.scheme_name + ":";
+  const bool has_user = !parts.user_name.empty() || !parts.password.empty();
+  const bool has_port = parts.port != 0 && parts.port != FindScheme(parts.scheme_name).port;
+  if (parts.has_authority || has_user || has_port || !parts.host_name.empty() ||
+      parts.path.starts_with("//")) {
+    address += "//";
+    if (has_user) {
+      AppendEscaped(parts.user_name, kEndsUserName, true, address);
+      if (!parts.password.empty()) {
+        address += ':';
+        AppendEscaped(parts.password, kEndsPassword, true, address);
+      }
+      address += '@';
+    }
+    const bool bare_ipv6 = std::count(parts.host_name.begin(), parts.host_name.end(), ':') > 1 &&
+                           !parts.host_name.starts_with('[');
+    if (bare_ipv6) address += '[';
+    AppendEscaped(parts.host_name, kEndsHost, false, address);
+    if (bare_ipv6) address += ']';
+    if (has_port) address += ":" + std::to_string(parts.port);
+    if (!parts.path.empty() && !parts.path.starts_with('/')) address += '/';
+  }
+  AppendEscaped(parts.path, kEndsPath, true, address);
+  AppendEscaped(parts.extra_info, {}, true, address);
+  return address;
+}
+
+}  // namespace
+
+UrlStatus CanonicalizeUrl(std::string_view address, std::string& canonical) {
+  address = CutAtNul(address);
+  address.remove_prefix(std::min(address.find_first_not_of(kWhiteSpace), address.size()));
+  if (address.find_first_of("?#") == std::string_view::npos) {
+    address = address.substr(0, address.find_last_not_of(kWhiteSpace) + 1);
+  }
+  if (address.empty()) return Invalid("The address is empty.");
+
+  const Stretches stretches = Split(address);
+  canonical.clear();
+  if (!stretches.scheme.empty()) {
+    for (const char c : stretches.scheme)
+      canonical += IsLetter(c) ? static_cast<char>(c | 0x20) : c;
+    canonical += ':';
+  }
+  if (stretches.has_authority) canonical += "//";
+  if (stretches.user_info) {
+    AppendEscaped(*stretches.user_info, "@", true, canonical);
+    canonical += '@';
+  }
+  AppendEscaped(stretches.host_and_port, {}, false, canonical);
+  AppendEscaped(stretches.path, {}, true, canonical);
+  canonical += stretches.extra;
+  return {};
+}
+
+UrlStatus CrackUrl(std::string_view canonical, UrlParts& parts) {
+  const Stretches stretches = Split(canonical);
+  const KnownScheme scheme = FindScheme(stretches.scheme);
+  UrlParts cracked;
+  cracked.scheme_name = stretches.scheme;
+  cracked.scheme = scheme.scheme;
+  cracked.port = scheme.port;
+  cracked.has_authority = stretches.has_authority;
+  const std::string_view user_info = stretches.user_info.value_or(std::string_view());
+  const size_t colon = std::min(user_info.find(':'), user_info.size());
+  cracked.user_name = user_info.substr(0, colon);
+  cracked.password = user_info.substr(std::min(colon + 1, user_info.size()));
+  cracked.path = stretches.path;
+  cracked.extra_info = stretches.extra;
+  UrlStatus status = CrackHost(stretches.host_and_port, scheme.scheme != UrlScheme::kFile, cracked);
+  if (status.Ok()) status = CheckLengths(kUrlBufferTooSmall, cracked);
+  if (status.Ok()) status = CheckLengths(kUrlBufferTooSmall, {{"query", cracked.extra_info}});
+  if (status.Ok()) parts = std::move(cracked);
+  return status;
+}
+
+UrlStatus CreateUrl(const UrlParts& parts, std::span<char> buffer, size_t& length) {
+  if (parts.port < 0 || parts.port > kLargestPort) {
+    return Invalid("The port " + std::to_string(parts.port) + " is no number from 0 to 65535.");
+  }
+  if (UrlStatus status = CheckLengths(kUrlInvalid, parts); !status.Ok()) return status;
+  const std::string address = Compose(parts);
+  if (address.empty()) return Invalid("The address has no parts.");
+  if (address.size() >= buffer.size()) {
+    length = address.size() + 1;
+    return {kUrlBufferTooSmall, "The address needs " + std::to_string(length) + " characters."};
+  }
+  length = address.size();
+  *std::copy(address.begin(), address.end(), buffer.begin()) = '\0';
+  return {};
+}
+
+}  // namespace quillan

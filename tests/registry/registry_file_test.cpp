@@ -1,0 +1,114 @@
+#include "registry/registry_file.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace quillan {
+namespace {
+
+constexpr std::string_view kKey = "HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\Quillan\\Settings";
+
+const std::string kHeading = "[" + std::string(kKey) + "]\n";
+
+std::optional<std::string> Read(const std::string& lines, std::string_view name = "x") {
+  return RegistryFile("REGEDIT4\n\n" + kHeading + lines).StringValue(kKey, name);
+}
+
+TEST(RegistryFileTest, StringValuesAreReadInEveryForm) {
+  EXPECT_EQ(Read("\"x\"=\"C:\\\\Web \\\"Root\\\"\""), "C:\\Web \"Root\"");
+  EXPECT_EQ(Read("\"x\"=\"C:\\Web\"\n"), "C:\\Web");
+  EXPECT_EQ(Read("  \"X\" = \"y\"  ; comment\n"), "y");
+  EXPECT_EQ(Read("\"x\"=\"two\r\nlines\"\r\n\"z\"=\"1\"\r\n"), "two\r\nlines");
+  EXPECT_EQ(Read("@=\"own\"\n", ""), "own");
+  EXPECT_EQ(Read("\"a \\\\ \\\"b\\\"\"=\"1\"\n", "A \\ \"B\""), "1");
+  EXPECT_EQ(Read("\"x\"=\"\"\n"), "");
+  EXPECT_EQ(Read("\"x\"=\"1\"\n\"X\"=\"2\"\n"), "2");
+}
+
+TEST(RegistryFileTest, WhatIsNoStringIsAbsent) {
+  for (const char* lines :
+       {"", "\"x\"=dword:000000fa\n", "\"x\"=hex(2):25,00,\\\n  31,00\n", "\"x\"=\n", "\"x\"\n",
+        "\"x\"=\"1\"\n\"x\"=-\n", "\"x\"=\"1\"\n[-HKEY_LOCAL_MACHINE\\software]\n",
+        ";\"x\"=\"1\"\n", "[HKEY_LOCAL_MACHINE\\Other]\n\"x\"=\"1\"\n",
+        "[cut sho\n\"x\"=\"1\"\n"}) {
+    EXPECT_EQ(Read(lines), std::nullopt) << lines;
+  }
+}
+
+TEST(RegistryFileTest, AMissingQuoteHidesNoMoreThanItsOwnLine) {
+  EXPECT_EQ(Read("\"a\"=\"open\n\"x\"=\"1\"\n"), "1");
+  EXPECT_EQ(Read("\"a\"=\"open\n\n" + kHeading + "\"x\"=\"1\"\n"), "1");
+  EXPECT_EQ(Read("\"x\"=\"1\"\n\"a\"=\"two\nlines, open"), "1");
+  EXPECT_EQ(Read("\"a\"=hex:01,\\\n\"x\"=\"1\"\n"), "1");
+}
+
+TEST(RegistryFileTest, AnEditChangesNothingButItsOwnValue) {
+  const std::string before =
+      "Windows Registry Editor Version 5.00\r\n\r\n; kept\r\n[HKEY_LOCAL_MACHINE\\A]\r\n"
+      "\"n\"=dword:00000001\r\n\"Path\"=hex(2):25,00,\\\r\n  31,00\r\n garbage \r\n"
+      "\"max\"=\"5\" ; why  \r\n\"twice\"=\"1\"\r\n\"twice\"=\"2\"\r\n\"gone\"=-\r\n\r\n"
+      "[-HKEY_LOCAL_MACHINE\\B]\r\n\r\n[HKEY_LOCAL_MACHINE\\C]\r\n@=\"c\"\r\n";
+  const auto edited = [&](std::string_view from, std::string_view to) {
+    std::string text = before;
+    return text.replace(text.find(from), from.size(), to);
+  };
+  struct {
+    const char* key;
+    const char* name;
+    std::string expected;
+  } const rows[] = {
+      {"hkey_local_machine\\a", "Max", edited("\"5\"", "\"v\"")},
+      {"HKEY_LOCAL_MACHINE\\A", "twice", edited("\"2\"", "\"v\"")},
+      {"HKEY_LOCAL_MACHINE\\A", "n", edited("dword:00000001", "\"v\"")},
+      {"HKEY_LOCAL_MACHINE\\A", "path", edited("hex(2):25,00,\\\r\n  31,00", "\"v\"")},
+      {"HKEY_LOCAL_MACHINE\\A", "gone", edited("=-", "=-\r\n\"gone\"=\"v\"")},
+      {"HKEY_LOCAL_MACHINE\\C", "", edited("\"c\"", "\"v\"")},
+      {"HKEY_LOCAL_MACHINE\\B", "b", before + "\r\n[HKEY_LOCAL_MACHINE\\B]\r\n\"b\"=\"v\"\r\n"},
+  };
+  for (const auto& row : rows) {
+    RegistryFile file(before);
+    EXPECT_TRUE(file.SetStringValue(row.key, row.name, "v"));
+    EXPECT_EQ(file.text(), row.expected) << row.name;
+    EXPECT_EQ(file.StringValue(row.key, row.name), "v");
+  }
+}
+
+// Whereever a file breaks off, what is written comes back, and every byte before it stays.
+TEST(RegistryFileTest, AFileCutShortAnywhereTakesNewValues) {
+  const std::string whole = "REGEDIT4\r\n\r\n[" + std::string(kKey) +
+                            "]\r\n\"a\"=\"1\\\\2\"\r\n\"h\"=hex:25,00,\\\r\n  31,00\r\n"
+                            "\"two\"=\"first\r\nsecond\"\r\n\"z\"=\"\\\"\"\r\n";
+  for (size_t length = 0; length <= whole.size(); ++length) {
+    const std::string cut = whole.substr(0, length);
+    RegistryFile file(cut);
+    ASSERT_TRUE(file.SetStringValue(kKey, "new", "a \"b\" \\ \r\nc"));
+    ASSERT_TRUE(file.SetStringValue("HKEY_LOCAL_MACHINE\\Other", "", ""));
+    const RegistryFile again(file.text());
+    EXPECT_EQ(again.StringValue(kKey, "NEW"), "a \"b\" \\ \r\nc") << file.text();
+    EXPECT_EQ(again.StringValue("HKEY_LOCAL_MACHINE\\Other", ""), "") << file.text();
+    if (length > whole.find("\"h\"")) {
+      EXPECT_EQ(again.StringValue(kKey, "a"), "1\\2");
+    }
+    size_t kept = 0;  // The cut text is a subsequence of the new one.
+    for (const char c : file.text()) kept += kept < cut.size() && c == cut[kept] ? 1 : 0;
+    EXPECT_EQ(kept, cut.size());
+  }
+}
+
+TEST(RegistryFileTest, KeysExistWithTheirAncestorsUntilTheyAreDeleted) {
+  RegistryFile file("");
+  EXPECT_TRUE(file.AddKey("HKEY_LOCAL_MACHINE\\A\\B"));
+  EXPECT_TRUE(file.HasKey("hkey_local_machine\\a"));
+  EXPECT_FALSE(file.HasKey("HKEY_LOCAL_MACHINE\\A\\B\\C"));
+  EXPECT_FALSE(RegistryFile(file.text() + "[-HKEY_LOCAL_MACHINE\\a]").HasKey("HKEY_LOCAL_MACHINE"));
+  for (const char* key : {"", "-HKEY_LOCAL_MACHINE", "a\nb", "a];b"}) {
+    EXPECT_FALSE(file.AddKey(key) || file.SetStringValue(key, "x", "1")) << key;
+  }
+  EXPECT_FALSE(file.SetStringValue("HKEY_LOCAL_MACHINE\\A", "a\nb", "1"));
+  EXPECT_EQ(file.text(), "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A\\B]\n");
+}
+
+}  // namespace
+}  // namespace quillan

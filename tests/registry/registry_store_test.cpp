@@ -1,0 +1,113 @@
+#include "registry/registry_store.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "support/temporary_folder.h"
+
+namespace quillan {
+namespace {
+
+constexpr std::string_view kKey = "HKEY_LOCAL_MACHINE\\A";
+
+TEST(RegistryStoreTest, AMissingFileIsEmptyAndTheFirstWriteMakesItWithItsFolder) {
+  const test::TemporaryFolder folder;
+  RegistryStore store(folder / "tarrowby.net/registry.reg");
+  EXPECT_EQ(store.ReadString(kKey, "x"), std::nullopt);
+  EXPECT_FALSE(std::filesystem::exists(folder / "tarrowby.net"));
+  EXPECT_TRUE(store.WriteString(kKey, "x", "Zürich"));
+  EXPECT_EQ(folder.Read("tarrowby.net/registry.reg"),
+            "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"Zürich\"\n");
+  EXPECT_EQ(store.ReadString(kKey, "X"), "Zürich");
+}
+
+TEST(RegistryStoreTest, ExportsInOtherEncodingsAreReadAndRewrittenAsUtf8) {
+  const test::TemporaryFolder folder;
+  const std::string utf8 = "REGEDIT4\n[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"é\"\n\"y\"=\"1\"\n";
+  std::string utf16 = "\xFF\xFE";
+  for (const char c :
+       std::string("REGEDIT4\n[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"\xE9\"\n\"y\"=\"1\"\n")) {
+    utf16 += {c, '\0'};
+  }
+  const std::vector<std::string> exports = {
+      utf16, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"\xE9\"\n\"y\"=\"1\"\n",
+      "\xEF\xBB\xBF" + utf8};
+  for (const std::string& bytes : exports) {
+    RegistryStore store(folder.Write("registry.reg", bytes));
+    EXPECT_EQ(store.ReadString(kKey, "x"), "é");
+    EXPECT_TRUE(store.WriteString(kKey, "y", "1"));
+    EXPECT_EQ(folder.Read("registry.reg"), bytes) << "nothing changed";
+    EXPECT_TRUE(store.WriteString(kKey, "y", "2"));
+    EXPECT_EQ(folder.Read("registry.reg").substr(0, utf8.size() - 3) + "1\"\n", utf8);
+  }
+  // Cut inside the second of two characters, the first one must not change.
+  RegistryStore cut(folder.Write("registry.reg", utf8 + "\"z\"=\"\xE2\x82"));
+  EXPECT_EQ(cut.ReadString(kKey, "x"), "é");
+}
+
+TEST(RegistryStoreTest, PermissionsAndSymbolicLinksOutlastAWrite) {
+  const test::TemporaryFolder folder;
+  const auto file = folder.Write("real/registry.reg", "REGEDIT4\n");
+  ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+  std::filesystem::create_symlink("real/registry.reg", folder / "link.reg");
+  EXPECT_TRUE(RegistryStore(folder / "link.reg").WriteString(kKey, "x", "1"));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.reg"));
+  EXPECT_EQ(RegistryStore(file).ReadString(kKey, "x"), "1");
+  struct stat status {};
+  ASSERT_EQ(stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
+}
+
+TEST(RegistryStoreTest, AWriteThatCannotBeMadeIsRefusedAndLeavesEverything) {
+  const test::TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "registry.reg");
+  EXPECT_FALSE(RegistryStore(folder / "registry.reg").WriteString(kKey, "x", "1"));
+  EXPECT_EQ(RegistryStore(folder / "registry.reg").ReadString(kKey, "x"), std::nullopt);
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(RegistryStore(folder / "pipe").WriteString(kKey, "x", "1"));
+}
+
+TEST(RegistryStoreTest, ProgramsThatWriteAtTheSameTimeKeepEachOthersValues) {
+  const test::TemporaryFolder folder;
+  constexpr int kPrograms = 4;
+  constexpr int kValues = 25;
+  std::vector<pid_t> programs;
+  for (int program = 0; program < kPrograms; ++program) {
+    programs.push_back(fork());
+    ASSERT_GE(programs.back(), 0);
+    if (programs.back() != 0) continue;
+    RegistryStore store(folder / "registry.reg");
+    bool written = true;
+    for (int value = 0; value < kValues; ++value) {
+      const std::string name = std::to_string(program) + "." + std::to_string(value);
+      written = store.WriteString(kKey, name, name) && written;
+    }
+    _exit(written ? 0 : 1);
+  }
+  // Every reading in between finds a whole file: once a value is there it never goes away.
+  const RegistryStore store(folder / "registry.reg");
+  bool seen = false;
+  for (size_t running = programs.size(); running > 0;) {
+    const bool found = store.ReadString(kKey, "0.0").has_value();
+    EXPECT_TRUE(found || !seen);
+    seen = seen || found;
+    int status = 0;
+    if (waitpid(programs[running - 1], &status, WNOHANG) == 0) continue;
+    EXPECT_EQ(status, 0);
+    --running;
+  }
+  for (int program = 0; program < kPrograms; ++program) {
+    for (int value = 0; value < kValues; ++value) {
+      const std::string name = std::to_string(program) + "." + std::to_string(value);
+      EXPECT_EQ(store.ReadString(kKey, name), name);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,128 @@
+#include "suite/search_context.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+
+class SearchContextTest : public testing::Test {
+ protected:
+  // A header that every search would match, rows 1..5 below it; the middle column is hidden.
+  SearchContextTest() {
+    grid_.Reset(6, {{"", Alignment::kLeft, false},
+                    {"", Alignment::kLeft, true},
+                    {"", Alignment::kLeft, false}});
+    for (int column = 0; column < 3; ++column) grid_.SetText(0, column, "net NET");
+    search_.SetGrid(&grid_);
+    search_.SetSearchString("net");
+  }
+
+  // The cells found until there are no more, "row,column" each.
+  std::vector<std::string> FindAll() {
+    std::vector<std::string> cells;
+    while (search_.FindNext()) {
+      cells.push_back(std::to_string(grid_.CurrentRow()) + "," +
+                      std::to_string(grid_.CurrentColumn()));
+    }
+    return cells;
+  }
+
+  Grid grid_;
+  SearchContext search_;
+};
+
+TEST_F(SearchContextTest, DirectionAndColumnsBoundTheSearch) {
+  for (int row = 1; row < 6; ++row) {
+    for (int column = 0; column < 3; ++column) grid_.SetText(row, column, "internet");
+  }
+  search_.SetAllColumns(false);
+  grid_.SelectOnly(5, 0);
+  search_.SetDirection("Up");
+  EXPECT_THAT(FindAll(), ElementsAre("5,0", "4,0", "3,0", "2,0", "1,0"));
+  grid_.SelectOnly(4, 0);
+  search_.SetDirection("Down");
+  search_.SetColumnIndex(2);
+  EXPECT_THAT(FindAll(), ElementsAre("4,2", "5,2"));
+  search_.SetAllColumns(true);
+  EXPECT_THAT(FindAll(), ElementsAre("5,0", "5,2"));
+  grid_.SelectOnly(0, 0);
+  EXPECT_EQ(FindAll().size(), 10U);
+  EXPECT_THAT(grid_.SelectedRows(), ElementsAre(5));
+  EXPECT_TRUE(search_.Reset());
+  search_.SetDirection("Up");
+  grid_.SelectOnly(0, 0);
+  EXPECT_THAT(FindAll(), ElementsAre());
+}
+
+TEST_F(SearchContextTest, AnotherTextRestartsTheSearchButAnotherCaseRuleDoesNot) {
+  grid_.SetText(1, 0, "net");
+  grid_.SetText(2, 0, "NET");
+  grid_.SetText(3, 0, "net");
+  EXPECT_TRUE(search_.FindNext());
+  search_.SetMatchCase(true);
+  search_.SetSearchString("net");
+  EXPECT_TRUE(search_.FindNext());
+  EXPECT_EQ(grid_.CurrentRow(), 3);
+  search_.SetSearchString("NET");
+  EXPECT_TRUE(search_.FindNext());
+  EXPECT_EQ(grid_.CurrentRow(), 2);
+}
+
+TEST_F(SearchContextTest, ReplacesInTheCellThatWasFoundAndGoesOn) {
+  grid_.SetText(1, 0, "Net, net and NETWORK");
+  grid_.SetText(2, 2, "net");
+  search_.SetReplaceString("flow");
+  EXPECT_TRUE(search_.FindNext());
+  EXPECT_TRUE(search_.ReplaceNext());
+  EXPECT_EQ(grid_.Text(1, 0), "flow, flow and flowWORK");
+  EXPECT_EQ(grid_.CurrentRow(), 1);
+  EXPECT_TRUE(search_.ReplaceNext());
+  EXPECT_EQ(grid_.Text(2, 2), "flow");
+  EXPECT_FALSE(search_.ReplaceNext());
+  EXPECT_EQ(grid_.Text(0, 0), "net NET");
+}
+
+TEST_F(SearchContextTest, ReplacesBeyondAsciiWhereFoldedLettersHaveOtherLengths) {
+  struct Row {
+    std::string text, from, to, replaced;
+    bool match_case;
+  };
+  // The capital I with a dot shrinks when it is folded, the A with a stroke grows.
+  for (const Row& row :
+       {Row{"Züri ZÜRI züri", "züRI", "Genf", "Genf Genf Genf", false},
+        Row{"Züri ZÜRI züri", "ZÜRI", "Genf", "Züri Genf züri", true},
+        Row{"İİstanbul İst", "istan", "K", "İKbul İst", false},
+        Row{"ȺȺx Ⱥx!", "ⱥx", "é", "Ⱥé é!", false}, Row{"ΣΊΣΥΦΟΣ", "ς", "s", "sΊsΥΦΟs", false},
+        Row{"\xFFpart\xC3", "PART", "", "\xFF\xC3", false}}) {
+    grid_.SetText(1, 0, row.text);
+    search_.SetMatchCase(row.match_case);
+    search_.SetSearchString(row.from);
+    search_.SetReplaceString(row.to);
+    EXPECT_TRUE(search_.ReplaceNext()) << row.text;
+    EXPECT_EQ(grid_.Text(1, 0), row.replaced);
+  }
+}
+
+TEST_F(SearchContextTest, WithNothingToSearchNothingIsFound) {
+  search_.SetAllColumns(false);
+  for (const int column : {-1, 3}) {
+    search_.SetColumnIndex(column);
+    EXPECT_FALSE(search_.FindNext() || search_.ReplaceNext());
+  }
+  search_.SetAllColumns(true);
+  EXPECT_FALSE(SearchContext().FindNext());
+  grid_.SetText(1, 0, "net");
+  EXPECT_TRUE(search_.FindNext());
+  grid_.Reset(0, {});
+  EXPECT_FALSE(search_.ReplaceNext());
+  for (const char* direction : {"All", "Up", "Down"}) {
+    search_.SetDirection(direction);
+    EXPECT_FALSE(search_.FindNext());
+  }
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,116 @@
+#include "suite/url.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+
+TEST(UrlTest, RealAddressesComeBackAsTheyWere) {
+  const std::string longest(1024, 'x');
+  std::string all_longest = "http://";
+  all_longest.append(longest).append(":").append(longest).append("@").append(longest).append("/");
+  std::vector<std::string> addresses = {"http://www.example.com/a/b.htm?A=1&B=2",
+                                        "https://me%40corp:p%3Aw:x@example.com:81/",
+                                        "http://h/100%?Q=50%25%zz",
+                                        "http://münchen.example/?Q=%C3%BC#top",
+                                        "/only/a/path?X=",
+                                        "page.htm#top",
+                                        "http://h?",
+                                        "mailto:a@example.com?SUBJECT=x",
+                                        "file://C:/dir/x",
+                                        "internal:reports?ID=7",
+                                        "localhost:8080/x"};
+  addresses.push_back("http://h/?A=" + longest.substr(3));
+  addresses.push_back(all_longest);
+  for (const std::string& address : addresses) {
+    URL url;
+    url.SetURL(address);
+    EXPECT_EQ(url.LastError(), "") << address;
+    EXPECT_EQ(url.GetURL(), address);
+  }
+}
+
+TEST(UrlTest, AddressesAreBroughtIntoOneForm) {
+  const std::pair<const char*, const char*> rows[] = {
+      {" HTTP://Host:80/a b\r\n", "http://Host/a%20b"},
+      {"http://:@host/", "http://host/"},
+      {"http://me@corp:pw@host", "http://me%40corp:pw@host"},
+      {"http://h/ü<>?q=ü", "http://h/%C3%BC%3C%3E?Q=%C3%BC"},
+      {"http://h:/?a=1&b", "http://h/?A=1&B="},
+      {"https://h:443", "https://h"},
+  };
+  for (const auto& [address, built] : rows) {
+    URL url;
+    url.SetURL(address);
+    EXPECT_EQ(url.GetURL(), built);
+  }
+}
+
+TEST(UrlTest, PartsAreReadAndChanged) {
+  URL url;
+  url.SetURL("https://me:pw@[::1]/p/q.htm?a=1&b&C=x=y");
+  EXPECT_EQ(url.Scheme(), "https");
+  EXPECT_EQ(url.HostName(), "[::1]");
+  EXPECT_EQ(url.Port(), 443);
+  EXPECT_EQ(url.UserName(), "me");
+  EXPECT_EQ(url.Password(), "pw");
+  EXPECT_EQ(url.URLPath(), "/p/q.htm");
+  EXPECT_FALSE(url.Internal());
+  EXPECT_THAT(url.Parameters().Entries(),
+              ElementsAre(Pair("A", "1"), Pair("B", ""), Pair("C", "x=y")));
+  EXPECT_EQ(url.ParameterValue("c"), "x=y");
+
+  url.SetHostName("2001:db8::2");
+  url.SetPort(8080);
+  url.SetUserName("a/b@c");
+  url.SetPassword("");
+  url.SetURLPath("new?path");
+  url.Parameters().Remove("A");
+  url.Parameters().Set("B", "two words");
+  url.Parameters().Set("d", "é");
+  EXPECT_EQ(url.GetURL(),
+            "https://a%2Fb%40c@[2001:db8::2]:8080/new%3Fpath?B=two%20words&C=x=y&d=%C3%A9");
+  url.SetPort(65536);
+  EXPECT_EQ(url.GetURL(), "");
+  EXPECT_THAT(url.LastError(), HasSubstr("65536"));
+  url.SetURL("InterNAL:page");
+  EXPECT_TRUE(url.Internal());
+}
+
+TEST(UrlTest, WhatCannotBeParsedLeavesNothingOfTheLastAddress) {
+  const std::string too_long(1025, 'x');
+  const std::pair<std::string, const char*> rows[] = {
+      {" ", "empty"},
+      {"http://h:65536/", "no number from 0"},
+      {"http://[::1]80/", "no number from 0"},
+      {"http://[::1/", "bracket"},
+      {"http://h/" + too_long, "path of the address has 1026"},
+  };
+  for (const auto& [address, reason] : rows) {
+    URL url;
+    url.SetURL("internal://me:pw@host:1/path?a=1");
+    url.SetURL(address);
+    EXPECT_THAT(url.LastError(), HasSubstr(reason));
+    EXPECT_EQ(url.HostName() + url.UserName() + url.Password() + url.URLPath() + url.Scheme(), "");
+    EXPECT_EQ(url.Port(), 0);
+    EXPECT_THAT(url.Parameters().Entries(), IsEmpty());
+    EXPECT_EQ(url.GetURL(), "");
+  }
+}
+
+TEST(UrlTest, ANameThatOccursTwiceIsAnErrorThatLosesNothing) {
+  URL url;
+  url.SetURL("http://h/?tag=1&TAG=2");
+  EXPECT_THAT(url.LastError(), HasSubstr("\"TAG\""));
+  EXPECT_THAT(url.Parameters().Entries(), IsEmpty());
+  EXPECT_EQ(url.GetURL(), "http://h/?tag=1&TAG=2");
+}
+
+}  // namespace
+}  // namespace quillan
