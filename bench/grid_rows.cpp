@@ -39,7 +39,7 @@ class ListCheck final : public Side {
     Checksum sum;
     for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
       sum.Add(grid.Check(row, 0) == CheckState::kChecked ? 1U : 0U);
-      sum.Add(static_cast<std::uint64_t>(grid.RowData(row)));
+      sum.Add(static_cast<std::uint64_t>(grid.RowData(row).state));
       for (int column = 1; column < grid.Columns(); ++column) sum.Add(grid.ForeColor(row, column));
     }
     return sum.Text();

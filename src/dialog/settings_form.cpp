@@ -261,6 +261,4 @@ void SettingsForm::OnTabSelected(int tab) {
   }
 }
 
-std::string_view SettingsForm::Title() const { return kDisplayName; }
-
 }  // namespace quillan

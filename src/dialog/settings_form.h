@@ -71,7 +71,6 @@ class SettingsForm final : public QDialog, private ListHost {
 
   void ShowBusyPointer() override { setCursor(Qt::WaitCursor); }
   void ShowDefaultPointer() override { unsetCursor(); }
-  std::string_view Title() const override;
 
   SettingsFormServices services_;
   PortList ports_;

@@ -1,6 +1,7 @@
 #include "lists/address_group_list.h"
 
 #include <array>
+#include <limits>
 
 #include "db/sql_text.h"
 #include "ip/ip_functions.h"
@@ -10,9 +11,7 @@ namespace quillan {
 namespace {
 
 constexpr std::string_view kAddressWidth = "XXXXXXXXXXXXXX";
-constexpr std::string_view kNoIdentifier = "_";
-// Kept with the name of a stored group whose range is no range of addresses.
-constexpr std::string_view kNoRange = "no range";
+constexpr std::int32_t kNoIdentifier = 0;
 
 std::string FormatAddress(const ado::Value& value) {
   return SortValueToIPAddress(ado::ToNumber(value));
@@ -72,8 +71,7 @@ void AddressGroupList::Add() {
   const auto group = add_new_group_(grid);
   if (!group) return;
   const int top_row = grid.TopRow();
-  const int added = AddRow({group->start, group->end, group->description});
-  grid.SetHiddenData(added, kGroupEndColumn, kNoIdentifier);
+  AddRow({group->start, group->end, group->description});
   grid.SetTopRow(top_row);
   for (int row = 0; row < grid.Rows(); ++row) {
     if (grid.Text(row, kGroupStartColumn) == group->start) {
@@ -84,24 +82,20 @@ void AddressGroupList::Add() {
 }
 
 void AddressGroupList::OnRowLoaded(ado::Recordset& rows, int row) {
-  Grid& grid = Table();
+  GridRowData& data = Table().RowData(row);
   const std::int64_t id = ado::ToWhole(rows.Fields("IPAddressGroupID").Value());
-  grid.SetHiddenData(row, kGroupEndColumn, id > 0 ? std::to_string(id) : kNoIdentifier);
-  if (!HoldsRange(rows.Fields("IPRangeStart").Value(), rows.Fields("IPRangeEnd").Value())) {
-    grid.SetHiddenData(row, kGroupNameColumn, kNoRange);
-  }
-}
-
-bool AddressGroupList::HasRange(int row) const {
-  return Table().HiddenData(row, kGroupNameColumn) != kNoRange;
+  data.id = id > 0 && id <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int32_t>(id)
+                                                                     : kNoIdentifier;
+  data.has_range =
+      HoldsRange(rows.Fields("IPRangeStart").Value(), rows.Fields("IPRangeEnd").Value());
 }
 
 GroupRange AddressGroupList::RangeOf(int row) const {
   const Grid& grid = Table();
-  const std::string_view id = grid.HiddenData(row, kGroupEndColumn);
+  const std::int32_t id = grid.RowData(row).id;
   return {IPAddressToSortValue(grid.Text(row, kGroupStartColumn)),
           IPAddressToSortValue(grid.Text(row, kGroupEndColumn)), IsChecked(row),
-          id == kNoIdentifier ? std::nullopt : text::ReadLeadingWhole(id)};
+          id == kNoIdentifier ? std::nullopt : std::optional(id)};
 }
 
 // Finds the stored group: by its range, and by its identifier where that is known; a group without
@@ -116,7 +110,7 @@ std::string AddressGroupList::Condition(int row) const {
 }
 
 void AddressGroupList::OnSyncBegins() {
-  regrouping_.emplace(services().database, services().messages, services().host);
+  regrouping_.emplace(services().database, services().messages);
 }
 
 void AddressGroupList::OnSyncEnds() {

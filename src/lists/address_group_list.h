@@ -38,7 +38,7 @@ class AddressGroupList final : public EditableList {
 
  private:
   GroupRange RangeOf(int row) const;
-  bool HasRange(int row) const;
+  bool HasRange(int row) const { return Table().RowData(row).has_range; }
   std::string Condition(int row) const;
 
   Settings& settings_;

@@ -5,12 +5,6 @@
 #include "db/sql_text.h"
 
 namespace quillan {
-namespace {
-
-constexpr std::string_view kSystemFlag = "1";
-
-}  // namespace
-
 CheckableList::CheckableList(const ListDescription& description, const ListServices& services)
     : description_(description), services_(services) {
   grid_.SetListener(this);
@@ -65,14 +59,13 @@ void CheckableList::LoadRow(ado::Recordset& rows, std::vector<ado::Field>& field
 }
 
 void CheckableList::Sync() {
-  services_.host.ShowBusyPointer();
+  const BusyPointer busy(services_.host);
   OnSyncBegins();
   bool written = false;
   const int rows = grid_.Rows();
   for (int row = Grid::kFixedRows; row < rows; ++row) written |= WriteRow(row);
   if (written) RecordLastUpdate();
   OnSyncEnds();
-  services_.host.ShowDefaultPointer();
 }
 
 bool CheckableList::WriteRow(int row) {
@@ -128,7 +121,7 @@ void CheckableList::MarkChanged(int row) {
 }
 
 void CheckableList::SetSystem(int row, bool system) {
-  grid_.SetHiddenData(row, 1, system ? kSystemFlag : std::string_view());
+  grid_.RowData(row).system = system;
   for (int column = 1; column < grid_.Columns(); ++column) grid_.SetBold(row, column, !system);
 }
 

@@ -57,12 +57,14 @@ class CheckableList : public GridListener {
   void SetSelectedChecked(bool checked);
   void ToggleSelected();
 
-  RowState State(int row) const { return static_cast<RowState>(grid_.RowData(row)); }
-  void SetState(int row, RowState state) { grid_.SetRowData(row, static_cast<int>(state)); }
+  RowState State(int row) const { return static_cast<RowState>(grid_.RowData(row).state); }
+  void SetState(int row, RowState state) {
+    grid_.RowData(row).state = static_cast<std::int8_t>(state);
+  }
   bool IsChecked(int row) const { return grid_.Check(row, 0) == CheckState::kChecked; }
   /// The check state as it stands in a statement: "1" or "0".
   std::string_view Enabled(int row) const { return IsChecked(row) ? "1" : "0"; }
-  bool IsSystem(int row) const { return !grid_.HiddenData(row, 1).empty(); }
+  bool IsSystem(int row) const { return grid_.RowData(row).system; }
   /// Sets the system flag of the row, and the bold type of one that the user defined.
   void SetSystem(int row, bool system);
   void SetRowColor(int row, Color color);

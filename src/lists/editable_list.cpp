@@ -1,5 +1,7 @@
 #include "lists/editable_list.h"
 
+#include "platform/program.h"
+
 namespace quillan {
 
 std::vector<ListCommand> EditableList::Commands() {
@@ -33,7 +35,7 @@ int EditableList::AddRow(std::initializer_list<std::string_view> texts) {
 
 void EditableList::DeleteSelected() {
   MessageBox& messages = services().messages;
-  if (messages.Show(texts_.delete_question, services().host.Title(), MessageButtons::kYesNo,
+  if (messages.Show(texts_.delete_question, kDisplayName, MessageButtons::kYesNo,
                     MessageIcon::kQuestion) != MessageAnswer::kYes) {
     return;
   }
@@ -61,7 +63,7 @@ bool EditableList::WarnOfSystemRow(int row, bool several) {
                      "\r\r";
   if (several) text += texts_.system_ask_again;
   const MessageAnswer answer = services().messages.Show(
-      text, services().host.Title(), several ? MessageButtons::kYesNo : MessageButtons::kOk,
+      text, kDisplayName, several ? MessageButtons::kYesNo : MessageButtons::kOk,
       several ? MessageIcon::kQuestion : MessageIcon::kNone);
   return answer != MessageAnswer::kNo;
 }

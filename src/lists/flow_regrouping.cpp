@@ -7,6 +7,7 @@
 #include "ip/ip_functions.h"
 #include "ip/ip_groups.h"
 #include "platform/ado/error.h"
+#include "platform/program.h"
 #include "platform/text/number.h"
 
 namespace quillan {
@@ -96,7 +97,7 @@ void FlowRegrouping::WarnLargeRegroup(const GroupRange& range, bool overlapping)
           : "You've selected a group operation that impacts a significant number of IP "
             "addresses.\r\nPlease be patient as these IP addresses are assigned to the proper "
             "group.",
-      host_.Title(), MessageButtons::kOk, MessageIcon::kNone);
+      kDisplayName, MessageButtons::kOk, MessageIcon::kNone);
 }
 
 void FlowRegrouping::AssignRange(const GroupRange& range, std::int32_t id) {

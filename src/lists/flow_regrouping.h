@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "db/flow_database.h"
-#include "lists/list_host.h"
 #include "platform/message_box.h"
 
 namespace quillan {
@@ -28,8 +27,8 @@ bool HoldsRange(const ado::Value& start, const ado::Value& end);
 /// passed over.
 class FlowRegrouping {
  public:
-  FlowRegrouping(FlowDatabase& database, MessageBox& messages, const ListHost& host)
-      : database_(database), messages_(messages), host_(host) {}
+  FlowRegrouping(FlowDatabase& database, MessageBox& messages)
+      : database_(database), messages_(messages) {}
 
   // Before the row's own statement.
   void BeforeChange(const GroupRange& group);
@@ -52,7 +51,6 @@ class FlowRegrouping {
 
   FlowDatabase& database_;
   MessageBox& messages_;
-  const ListHost& host_;
   bool overlap_seen_ = false;
 };
 

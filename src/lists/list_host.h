@@ -1,18 +1,33 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
 namespace quillan {
 
-/// What a list asks of the window that it stands in.
+/// What a list asks of the window, or the command, that drives it. Each member does nothing, and
+/// goes on, unless it is overridden.
 class ListHost {
  public:
   virtual ~ListHost() = default;
   /// Shows the busy mouse pointer, or the usual one again.
-  virtual void ShowBusyPointer() = 0;
-  virtual void ShowDefaultPointer() = 0;
-  /// The title of message boxes.
-  virtual std::string_view Title() const = 0;
+  virtual void ShowBusyPointer() {}
+  virtual void ShowDefaultPointer() {}
+  /// A save has written `done` of `total` rows; false stops it before the next one.
+  virtual bool OnProgress(int /*done*/, int /*total*/) { return true; }
+  /// The first time-out of a save expired; false stops it before the next row.
+  virtual bool OnTimeout(const std::string& /*message*/) { return true; }
+};
+
+/// Shows the busy pointer during its life.
+class BusyPointer {
+ public:
+  explicit BusyPointer(ListHost& host) : host_(host) { host_.ShowBusyPointer(); }
+  ~BusyPointer() { host_.ShowDefaultPointer(); }
+  BusyPointer(const BusyPointer&) = delete;
+  BusyPointer& operator=(const BusyPointer&) = delete;
+
+ private:
+  ListHost& host_;
 };
 
 }  // namespace quillan

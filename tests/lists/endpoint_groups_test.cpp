@@ -69,14 +69,13 @@ class EndpointsTest : public test::GroupEditsTest {
   /// for the two deviations, which have tests of their own below.
   void Expect(int row) {
     const Grid& grid = list_.Table();
-    const auto state = static_cast<RowState>(grid.RowData(row));
+    const auto state = static_cast<RowState>(grid.RowData(row).state);
     if (state == RowState::kUnchanged) return;
     const int start = Distance(grid.Text(row, 1));
     const int end = Distance(grid.Text(row, 2));
     const bool checked = grid.Check(row, 0) == CheckState::kChecked;
-    const auto stored = std::ranges::find_if(groups_, [&](const Group& group) {
-      return std::to_string(group.id) == grid.HiddenData(row, 2);
-    });
+    const auto stored = std::ranges::find_if(
+        groups_, [&](const Group& group) { return group.id == grid.RowData(row).id; });
     const int id = stored != groups_.end() ? stored->id : -1;
     overlap_seen_ |= std::ranges::count_if(groups_, [&](const Group& group) {
                        return group.Overlaps(start, end);

@@ -111,7 +111,7 @@ TEST_F(FlowRegroupingTest, ALargeRangeIsAnnouncedBeforeItsStatements) {
   for (const int start : {200000, 300000}) Toggle(start);
   Add(199990, 200000);
   list_.Table().SortByKey(1, SortDirection::kAscending,
-                          [&](int row) { return list_.Table().RowData(row) == 2 ? 0 : row; });
+                          [&](int row) { return list_.Table().RowData(row).state == 2 ? 0 : row; });
   for (const std::string& expected : {overlapping, alone}) {
     messages_.messages.clear();
     list_.Sync();

@@ -46,7 +46,7 @@ class ListTest : public ProgramTest {
       for (int column = 1; column < grid.Columns(); ++column) {
         text += "|" + std::string(grid.Text(row, column));
       }
-      rows.push_back(text + "|" + std::to_string(grid.RowData(row)));
+      rows.push_back(text + "|" + std::to_string(grid.RowData(row).state));
     }
     return rows;
   }

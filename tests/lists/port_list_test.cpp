@@ -37,7 +37,7 @@ TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed
   EXPECT_FALSE(Edit(list_, 1, 1, "81") || Edit(list_, 0, 2, "header"));
   EXPECT_TRUE(Edit(list_, 1, 2, "http"));  // Changed, but not red.
   EXPECT_TRUE(Edit(list_, 2, 2, "HTTPS"));
-  EXPECT_EQ(list_.Table().RowData(1), 1);
+  EXPECT_EQ(list_.Table().RowData(1).state, 1);
   EXPECT_EQ(list_.Table().ForeColor(1, 2) + list_.Table().ForeColor(2, 1), 0U);
   EXPECT_EQ(list_.Table().ForeColor(2, 2), Rgb(255, 0, 0));
   TakeDatabaseAway();

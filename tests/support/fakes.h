@@ -69,7 +69,6 @@ class FakeListHost final : public ListHost {
  public:
   void ShowBusyPointer() override { ++busy_shown, busy = true; }
   void ShowDefaultPointer() override { busy = false; }
-  std::string_view Title() const override { return "Quillan"; }
 
   int busy_shown = 0;
   bool busy = false;

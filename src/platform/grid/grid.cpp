@@ -12,7 +12,6 @@ void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   std::vector<Cell>(static_cast<size_t>(rows) * columns_.size()).swap(cells_);
   std::vector<Row>(static_cast<size_t>(rows)).swap(rows_);
   texts_.Clear();
-  hidden_data_.clear();
   current_row_ = 0;
   current_column_ = 0;
   top_row_ = kFixedRows;
@@ -29,6 +28,32 @@ int Grid::AppendRow() {
   return Rows() - 1;
 }
 
+void Grid::RemoveRows(const std::vector<int>& rows) {
+  if (rows.empty()) return;
+  const Batch batch(*this);
+  const size_t width = columns_.size();
+  auto next = rows.begin();
+  int kept = 0;
+  int current = 0;
+  for (int row = 0; row < Rows(); ++row) {
+    if (next != rows.end() && *next == row) {
+      ++next;
+      continue;
+    }
+    if (row == current_row_) current = kept;
+    if (kept != row) {
+      rows_[static_cast<size_t>(kept)] = rows_[static_cast<size_t>(row)];
+      std::copy_n(&At(row, 0), width, &At(kept, 0));
+    }
+    ++kept;
+  }
+  rows_.resize(static_cast<size_t>(kept));
+  cells_.resize(static_cast<size_t>(kept) * width);
+  current_row_ = current;
+  reset_ = true;
+  selection_set_ = true;
+}
+
 void Grid::SetText(int row, int column, std::string_view text) {
   if (row >= kFixedRows) TouchSortKey(column);
   At(row, column).text = texts_.Add(text);
@@ -36,13 +61,12 @@ void Grid::SetText(int row, int column, std::string_view text) {
 }
 
 Alignment Grid::CellAlignment(int row, int column) const {
-  const std::uint32_t own = At(row, column).extra & kAlignmentMask;
+  const std::uint32_t own = At(row, column).alignment;
   return own == 0 ? Column(column).alignment : static_cast<Alignment>(own);
 }
 
 void Grid::SetCellAlignment(int row, int column, Alignment alignment) {
-  Cell& cell = At(row, column);
-  cell.extra = (cell.extra & ~kAlignmentMask) | static_cast<std::uint32_t>(alignment);
+  At(row, column).alignment = static_cast<std::uint32_t>(alignment);
   Touch(row);
 }
 
@@ -67,22 +91,6 @@ void Grid::SetBold(int row, int column, bool bold) {
   Cell& cell = At(row, column);
   cell.look = bold ? cell.look | kBoldBit : cell.look & ~kBoldBit;
   Touch(row);
-}
-
-std::string_view Grid::HiddenData(int row, int column) const {
-  const std::uint32_t number = At(row, column).extra >> kDataShift;
-  return number == 0 ? std::string_view() : hidden_data_[number - 1];
-}
-
-void Grid::SetHiddenData(int row, int column, std::string_view data) {
-  Cell& cell = At(row, column);
-  std::uint32_t number = 0;
-  if (!data.empty()) {
-    // Flags repeat from row to row, so the last text serves again.
-    if (hidden_data_.empty() || hidden_data_.back() != data) hidden_data_.emplace_back(data);
-    number = static_cast<std::uint32_t>(hidden_data_.size());
-  }
-  cell.extra = (cell.extra & kAlignmentMask) | number << kDataShift;
 }
 
 void Grid::SelectOnly(int row, int column) {

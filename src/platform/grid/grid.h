@@ -30,9 +30,18 @@ struct GridColumn {
   bool hidden = false;
 };
 
+/// What the owner of a grid keeps with a row. The grid moves it with the row and does not use it.
+struct GridRowData {
+  std::int8_t state = 0;       ///< The list's row state.
+  bool system = false;         ///< The system defined the row, not the user.
+  bool has_range = true;       ///< The row's two addresses are a range.
+  std::int32_t id = 0;         ///< The identifier of the stored row; 0: not known.
+  std::uint32_t original = 0;  ///< 1 + the position of the row's loaded values; 0: not kept.
+};
+
 /// A table of cells without a toolkit: one fixed header row (row 0) with the data rows below it, a
-/// current cell, a selection of whole rows, one number of row data kept with each row. Made for a
-/// million rows: a row of four columns takes 72 bytes beside its texts, appending is amortised
+/// current cell, a selection of whole rows, data of the owner kept with each row. Made for a
+/// million rows: a row of four columns takes 80 bytes beside its strings, appending is amortised
 /// constant, and changes within one `Batch` are reported to the view once.
 ///
 /// Rows and columns must exist wherever a member takes one; only `Rows()`-like reads are total.
@@ -66,6 +75,9 @@ class Grid {
   void Reset(int rows, std::vector<GridColumn> columns);
   /// Adds an empty row at the end; returns its number.
   int AppendRow();
+  /// Removes data rows; `rows` is ascending. The selection of the others stays; the header becomes
+  /// the current row if the current row is removed.
+  void RemoveRows(const std::vector<int>& rows);
   int Rows() const { return static_cast<int>(rows_.size()); }
   int Columns() const { return static_cast<int>(columns_.size()); }
   const GridColumn& Column(int column) const { return columns_[static_cast<size_t>(column)]; }
@@ -80,12 +92,9 @@ class Grid {
   void SetForeColor(int row, int column, Color color);
   bool Bold(int row, int column) const { return (At(row, column).look & kBoldBit) != 0; }
   void SetBold(int row, int column, bool bold);
-  /// A text kept with the cell and not shown; empty until it is set.
-  std::string_view HiddenData(int row, int column) const;
-  void SetHiddenData(int row, int column, std::string_view data);
-  /// The number kept with the row; 0 until it is set.
-  int RowData(int row) const { return rows_[static_cast<size_t>(row)].data; }
-  void SetRowData(int row, int data) { rows_[static_cast<size_t>(row)].data = data; }
+  /// What the owner keeps with the row.
+  const GridRowData& RowData(int row) const { return rows_[static_cast<size_t>(row)].data; }
+  GridRowData& RowData(int row) { return rows_[static_cast<size_t>(row)].data; }
 
   /// The current cell; row 0 when no data row is current.
   int CurrentRow() const { return current_row_; }
@@ -121,12 +130,12 @@ class Grid {
 
  private:
   struct Cell {
-    const char* text = nullptr;  // In texts_.
-    std::uint32_t look = 0;      // Colour, check state, bold.
-    std::uint32_t extra = 0;     // Alignment and the number of the hidden data.
+    const char* text = nullptr;   // In texts_.
+    std::uint32_t look = 0;       // Colour, check state, bold.
+    std::uint32_t alignment = 0;  // Of the cell's own; 0: the column's.
   };
   struct Row {
-    std::int32_t data = 0;
+    GridRowData data;
     bool selected = false;
   };
 
@@ -134,8 +143,6 @@ class Grid {
   static constexpr unsigned kCheckShift = 24;
   static constexpr std::uint32_t kCheckMask = 3U << kCheckShift;
   static constexpr std::uint32_t kBoldBit = 1U << 26;
-  static constexpr std::uint32_t kAlignmentMask = 0xF;
-  static constexpr unsigned kDataShift = 4;
 
   const Cell& At(int row, int column) const {
     return cells_[static_cast<size_t>(row) * columns_.size() + static_cast<size_t>(column)];
@@ -160,7 +167,6 @@ class Grid {
   std::vector<Cell> cells_;  // Row by row.
   std::vector<Row> rows_;
   TextArena texts_;
-  std::vector<std::string> hidden_data_;  // A cell holds the position plus one; 0 is none.
   int current_row_ = 0;
   int current_column_ = 0;
   int top_row_ = kFixedRows;

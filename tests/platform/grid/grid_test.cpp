@@ -61,21 +61,21 @@ TEST_F(GridTest, NumbersSortByValueBeforeOtherTextsAndEqualRowsKeepTheirOrder) {
 TEST_F(GridTest, EverythingOfARowFollowsItWhenSorted) {
   Fill({"c", "a", "b"});
   grid_.SetText(0, 1, "header");
-  grid_.SetRowData(1, 2);
+  grid_.RowData(1).state = 2;
   grid_.SetCheck(1, 0, CheckState::kChecked);
   grid_.SetBold(1, 2, true);
-  grid_.SetHiddenData(1, 2, "7");
-  grid_.SetHiddenData(2, 2, "8");
+  grid_.RowData(1).id = 7;
+  grid_.RowData(2).id = 8;
   grid_.MoveCurrent(1, 2);
   grid_.SetSelected(1, 2, true);
   grid_.SortByKey(1, SortDirection::kDescending, [](int row) { return row == 1 ? 0 : 1; });
   EXPECT_THAT(Texts(), ElementsAre("a", "b", "c"));
   EXPECT_EQ(grid_.Text(0, 1), "header");
-  EXPECT_EQ(grid_.RowData(3), 2);
+  EXPECT_EQ(grid_.RowData(3).state, 2);
   EXPECT_EQ(grid_.Check(3, 0), CheckState::kChecked);
   EXPECT_TRUE(grid_.Bold(3, 2) && !grid_.Bold(1, 2));
-  EXPECT_EQ(grid_.HiddenData(3, 2), "7");
-  EXPECT_EQ(grid_.HiddenData(1, 2), "8");
+  EXPECT_EQ(grid_.RowData(3).id, 7);
+  EXPECT_EQ(grid_.RowData(1).id, 8);
   EXPECT_EQ(grid_.CurrentRow(), 3);
   EXPECT_EQ(grid_.CurrentColumn(), 2);
   EXPECT_THAT(grid_.SelectedRows(), ElementsAre(1, 3));
