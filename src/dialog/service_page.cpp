@@ -46,6 +46,8 @@ void ServicePage::Load(const Settings& settings) {
 }
 
 void ServicePage::Save(Settings& settings) const {
+  // A port that could not be read and that the user left alone must not be stored.
+  if (!settings.ListenPortError().empty() && !listen_port_->isModified()) return;
   const std::string text = ToUtf8(listen_port_->text());
   const auto port = text::ReadLeadingWhole(text);
   if (!port) {

@@ -1,6 +1,8 @@
 #include "settings/settings.h"
 
 #include <algorithm>
+#include <exception>
+#include <stdexcept>
 
 #include "db/sql_text.h"
 #include "platform/ado/error.h"
@@ -135,7 +137,10 @@ void Settings::SetCurrentStatusColumns(std::string_view columns) {
   Store(kCurrentStatusColumns, current_status_columns_, std::string(columns));
 }
 
-void Settings::SetListenPort(std::int32_t port) { listen_port_ = std::max(port, 1); }
+void Settings::SetListenPort(std::int32_t port) {
+  listen_port_ = std::max(port, 1);
+  listen_port_known_ = true;
+}
 
 void Settings::SetPortList(std::string_view ports) {
   port_list_ = ports.empty() ? "1-1024" : ports;
@@ -155,9 +160,24 @@ void Settings::SetGUIStyle(std::string_view style) { gui_style_ = text::ToUpperA
 bool Settings::HighColorIcons() const { return ScreenColorDepth(desktop_) >= 16; }
 
 std::unique_ptr<ado::Recordset> Settings::OpenEngine(ado::LockType lock_type) {
-  return database_.OpenRecordset(
+  auto rows = database_.OpenRecordset(
       "Select * From FlowEngines Where ServerName=" + SqlText(LocalComputerName(desktop_)),
       lock_type);
+  if (rows) return rows;
+  const std::string& reason = database_.LastError();
+  throw ado::Error(ado::kObjectClosed, "",
+                   reason.empty() ? "Could not read the table FlowEngines." : reason);
+}
+
+std::int32_t Settings::ReadListenPort() {
+  const auto rows = OpenEngine(ado::LockType::kReadOnly);
+  if (rows->Eof()) return kDefaultListenPort;
+  const std::int64_t port = ado::ToWhole(ado::NullToZero(rows->Fields("NetFlowPort").Value()));
+  if (port != static_cast<std::int32_t>(port)) {
+    throw std::out_of_range("The stored port " + std::to_string(port) +
+                            " is not a 32-bit integer.");
+  }
+  return static_cast<std::int32_t>(port);
 }
 
 void Settings::RefreshDatabaseSettings() {
@@ -168,30 +188,24 @@ void Settings::RefreshDatabaseSettings() {
   collapse_trigger_ = {0, 1, 24, 7};
   collapse_interval_ = {0, 15, 60, 24};
 
+  listen_port_error_.clear();
   try {
-    const auto rows = OpenEngine(ado::LockType::kReadOnly);
-    if (!rows || rows->Eof()) return;
-    const std::int64_t port = ado::ToWhole(ado::NullToZero(rows->Fields("NetFlowPort").Value()));
-    // A number that is no 32-bit one can be no port either, and leaves the default.
-    if (port == static_cast<std::int32_t>(port)) listen_port_ = static_cast<std::int32_t>(port);
-  } catch (const ado::Error&) {
-    // A table without that column leaves the default as well.
+    listen_port_ = ReadListenPort();
+  } catch (const std::exception& failure) {
+    listen_port_error_ = failure.what();
   }
+  listen_port_known_ = listen_port_error_.empty();
 }
 
 void Settings::SaveDatabaseSettings() {
-  try {
-    const auto rows = OpenEngine(ado::LockType::kOptimistic);
-    if (!rows) return;
-    if (rows->Eof()) {
-      rows->AddNew();
-      rows->Fields("ServerName").SetValue(LocalComputerName(desktop_));
-    }
-    rows->Fields("NetFlowPort").SetValue(std::int64_t{listen_port_});
-    rows->Update();
-  } catch (const ado::Error&) {
-    // The row stays as it was.
+  if (!listen_port_known_) return;
+  const auto rows = OpenEngine(ado::LockType::kOptimistic);
+  if (rows->Eof()) {
+    rows->AddNew();
+    rows->Fields("ServerName").SetValue(LocalComputerName(desktop_));
   }
+  rows->Fields("NetFlowPort").SetValue(std::int64_t{listen_port_});
+  rows->Update();
 }
 
 }  // namespace quillan

@@ -82,10 +82,13 @@ class Settings {
   const std::string& CurrentStatusColumns() const { return current_status_columns_; }
   void SetCurrentStatusColumns(std::string_view columns);
 
-  /// The UDP port of this computer's NetFlow receiver, at least 1; stored by
+  /// The UDP port of this computer's NetFlow receiver, set to at least 1; stored by
   /// `SaveDatabaseSettings`.
   std::int32_t ListenPort() const { return listen_port_; }
   void SetListenPort(std::int32_t port);
+  /// Why the last `RefreshDatabaseSettings` could not read the listening port; empty if it could.
+  /// Until a caller sets the port, it is then unknown and is not stored.
+  const std::string& ListenPortError() const { return listen_port_error_; }
 
   /// Ports and port ranges, comma-separated; an empty text becomes "1-1024". Not stored.
   const std::string& PortList() const { return port_list_; }
@@ -126,19 +129,21 @@ class Settings {
   /// Writes an option to the registry as text and reports the change, even where writing fails.
   void SaveOption(std::string_view name, const OptionValue& value);
 
-  /// Resets the memory options to their defaults and reads the listening port of this computer; it
-  /// stays 2055 where the database
-  /// cannot be asked or has no row for it, and is 0 where the row holds Null.
+  /// Resets the memory options to their defaults and reads the listening port of this computer:
+  /// 2055 if the table has no row for it, 0 if the row holds Null. If the port cannot be read, it
+  /// is 2055 and `ListenPortError` gives the reason. Raises nothing.
   void RefreshDatabaseSettings();
 
-  /// Stores the listening port in this computer's row of FlowEngines, which is made when it is
-  /// missing. A failure changes nothing and is not reported.
+  /// Stores the listening port in this computer's row of FlowEngines and creates the row if it does
+  /// not exist. Does nothing while the port is unknown. Throws `ado::Error` if the port cannot be
+  /// stored; the database is then unchanged.
   void SaveDatabaseSettings();
 
  private:
   static constexpr size_t kSlots = 4;  // Levels 1..3; slot 0 is not used.
   static size_t Slot(int level);
   std::unique_ptr<ado::Recordset> OpenEngine(ado::LockType lock_type);
+  std::int32_t ReadListenPort();
 
   template <typename Option>
   Option Read(std::string_view name, const Option& default_value) const;
@@ -166,6 +171,8 @@ class Settings {
   std::int32_t max_events_ = 0;
   std::string current_status_columns_;
   std::int32_t listen_port_ = 0;
+  bool listen_port_known_ = false;  // Read from the database, or set since.
+  std::string listen_port_error_;
   std::string port_list_;
   std::int16_t current_period_ = 0;
   float traffic_details_split_ = 0;

@@ -29,92 +29,150 @@ class SettingsTest : public test::ProgramTest {
   std::string Get(std::string_view name) const {
     return registry_.ReadRegistryString("Quillan", "Settings", name).value_or("(none)");
   }
-  static std::string Numbers(const Settings& settings) {
-    std::string numbers;
-    for (const int number : {settings.MaxEvents(), settings.RefreshInterval(),
-                             settings.RetainDays(), int{settings.CurrentPeriod()}}) {
-      numbers += std::to_string(number) + " ";
-    }
-    return numbers + std::to_string(settings.TrafficDetailsSplit()).substr(0, 6);
+  std::vector<std::string> Engines() {
+    return program_.suite.Rows("Select * From FlowEngines Order By ServerName");
   }
 
   std::vector<std::string> changed_;
 };
 
-TEST_F(SettingsTest, AnEmptyRegistryGivesDefaultsAndGetsTwoOfThem) {
-  Settings settings = Load();
-  EXPECT_EQ(Numbers(settings), "250 10 21 5 6000.0");
-  EXPECT_TRUE(settings.IncludeDNS() && !settings.AutoRefreshStatus());
-  EXPECT_EQ(settings.GUIStyle(), "DIALOG");
-  EXPECT_EQ(settings.CurrentStatusColumns(), "InterfaceTypeIcon,InterfaceSpeed,OutBps,InBps");
-  EXPECT_EQ(settings.WebImagesFolder(), "");
+TEST_F(SettingsTest, EveryRegistryOptionHasADefaultIsReadAndIsStoredWhereItsSetterSaysSo) {
+  using S = Settings;
+  const auto word = [](bool on) { return on ? "True" : "False"; };
+  struct Row {
+    const char* name;
+    std::function<std::string(const S&)> get;
+    const char *default_value, *stored, *loaded;
+    std::function<void(S&)> set;
+    const char *value, *stored_again;
+  } const rows[] = {
+      {"Current Status Columns", [](const S& s) { return s.CurrentStatusColumns(); },
+       "InterfaceTypeIcon,InterfaceSpeed,OutBps,InBps", "OutBps", "OutBps",
+       [](S& s) { s.SetCurrentStatusColumns("outbps"); }, "outbps", "outbps"},
+      {"Retain Data", [](const S& s) { return std::to_string(s.RetainDays()); }, "21", "40", "40",
+       [](S& s) { s.SetRetainDays(30); }, "30", "40"},
+      {"Max Events", [](const S& s) { return std::to_string(s.MaxEvents()); }, "250", "300", "300",
+       [](S& s) { s.SetMaxEvents(9); }, "10", "10"},
+      {"GUI Style", [](const S& s) { return s.GUIStyle(); }, "DIALOG", "advanced", "ADVANCED",
+       [](S& s) { s.SetGUIStyle("minimal"); }, "MINIMAL", "advanced"},
+      {"Auto Refresh Status", [&](const S& s) { return word(s.AutoRefreshStatus()); }, "False",
+       "True", "True", [](S& s) { s.SetAutoRefreshStatus(false); }, "False", "False"},
+      {"Auto Refresh Events", [&](const S& s) { return word(s.AutoRefreshEvents()); }, "False",
+       "-1", "True", [](S& s) { s.SetAutoRefreshEvents(false); }, "False", "False"},
+      {"Auto Refresh Details", [&](const S& s) { return word(s.AutoRefreshDetails()); }, "False",
+       " tRUE ", "True", [](S& s) { s.SetAutoRefreshDetails(false); }, "False", "False"},
+      {"Refresh Interval", [](const S& s) { return std::to_string(s.RefreshInterval()); }, "10",
+       "60", "60", [](S& s) { s.SetRefreshInterval(0); }, "1", "1"},
+      {"Include DNS", [&](const S& s) { return word(s.IncludeDNS()); }, "True", "0.0", "False",
+       [](S& s) { s.SetIncludeDNS(true); }, "True", "True"},
+      {"Current Traffic Period", [](const S& s) { return std::to_string(s.CurrentPeriod()); }, "5",
+       "61", "61", [](S& s) { s.SetCurrentPeriod(61); }, "60", "60"},
+      {"Traffic Details Split", [](const S& s) { return std::to_string(s.TrafficDetailsSplit()); },
+       "6000.000000", "-2.5", "-2.500000", [](S& s) { s.SetTrafficDetailsSplit(-0.5F); },
+       "0.000000", "0"},
+  };
+  Settings defaults = Load();
   EXPECT_THAT(changed_, ElementsAre("Max Events=250", "Refresh Interval=10"));
-
-  Put("GUI Style", "advanced");
-  registry_.SaveRegistryString("Tarrowby 2002", "Zephram", "Web Root Dir", "C:\\Wéb");
-  settings.Refresh();
-  EXPECT_EQ(settings.GUIStyle(), "ADVANCED");
-  EXPECT_EQ(settings.WebImagesFolder(), "C:\\Wéb\\Kelvora\\Images");
-  EXPECT_EQ(changed_.size(), 2U);
+  for (const Row& row : rows) {
+    EXPECT_EQ(row.get(defaults), row.default_value) << row.name;
+    Put(row.name, row.stored);
+    Settings settings = Load();
+    EXPECT_EQ(row.get(settings), row.loaded) << row.name;
+    for (int twice = 0; twice < 2; ++twice) row.set(settings);
+    EXPECT_EQ(row.get(settings), row.value) << row.name;
+    EXPECT_EQ(Get(row.name), row.stored_again) << row.name;
+    const int reports = row.stored_again == std::string(row.stored) ? 0 : 1;
+    EXPECT_EQ(std::count(changed_.begin() + 2, changed_.end(),
+                         std::string(row.name) + "=" + row.stored_again),
+              reports)
+        << row.name;
+    Put(row.name, "word");
+    if (row.default_value == std::string("DIALOG")) continue;  // Any text will do for the style.
+    if (row.stored == std::string("OutBps")) continue;
+    EXPECT_EQ(row.get(Load()), row.default_value) << row.name;
+  }
 }
 
-TEST_F(SettingsTest, StoredNumbersAreBroughtIntoRangeOrCountAsTheirDefaults) {
-  const std::string rows[][2] = {
-      {"5", "10 5 5 5 5.0000"},
-      {"20000", "10000 3600 3650 20000 20000."},
-      {" 40000 ", "10000 3600 3650 5 40000."},
-      {"12.5", "12 12 12 12 12.500"},
-      {"1e39", "250 10 21 5 6000.0"},
-      {"12 events", "250 10 21 5 6000.0"},
-      {"", "250 10 21 5 6000.0"},
+TEST_F(SettingsTest, StoredNumbersAreClampedOrCountAsTheirDefaults) {
+  struct Row {
+    const char* text;
+    int events, interval, days, period;
+    float split;
+  } const rows[] = {
+      {"0", 10, 1, 1, 0, 0},
+      {"20000", 10000, 3600, 3650, 20000, 20000},
+      {" 40000 ", 10000, 3600, 3650, 5, 40000},
+      {"12.5", 12, 12, 12, 12, 12.5},
+      {"1e39", 250, 10, 21, 5, 6000},
+      {"12 events", 250, 10, 21, 5, 6000},
+      {"", 250, 10, 21, 5, 6000},
   };
-  for (const auto& [text, numbers] : rows) {
+  for (const Row& row : rows) {
     for (const char* name : {"Max Events", "Refresh Interval", "Retain Data",
-                             "Current Traffic Period", "Traffic Details Split", "Include DNS"}) {
-      Put(name, text);
+                             "Current Traffic Period", "Traffic Details Split"}) {
+      Put(name, row.text);
     }
     const Settings settings = Load();
-    EXPECT_EQ(Numbers(settings), numbers) << text;
-    EXPECT_TRUE(settings.IncludeDNS()) << text;
-    EXPECT_EQ(Get("Max Events"), std::to_string(settings.MaxEvents()));
-    EXPECT_EQ(Get("Retain Data"), text);
+    EXPECT_EQ(settings.MaxEvents(), row.events) << row.text;
+    EXPECT_EQ(settings.RefreshInterval(), row.interval) << row.text;
+    EXPECT_EQ(settings.RetainDays(), row.days) << row.text;
+    EXPECT_EQ(settings.CurrentPeriod(), row.period) << row.text;
+    EXPECT_EQ(settings.TrafficDetailsSplit(), row.split) << row.text;
+    EXPECT_EQ(Get("Max Events"), std::to_string(row.events));
+    EXPECT_EQ(Get("Retain Data"), row.text);
   }
 }
 
-TEST_F(SettingsTest, BooleansAreWordsOrNumbers) {
-  for (const std::string text : {"True", " tRUE ", "-1", "0.1", "FALSE", "0.0", "yes", ""}) {
-    const bool value = text != "FALSE" && text != "0.0" && text != "yes" && !text.empty();
-    Put("Auto Refresh Events", text);
+TEST_F(SettingsTest, TheWizardMayCompleteWhileTheProgramRuns) {
+  const Settings settings = Load();
+  EXPECT_FALSE(settings.WizardCompleted());
+  for (const char* text : {"True", "FALSE", "1", "0", "True", "yes"}) {
     registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", text);
-    const Settings settings = Load();
-    EXPECT_EQ(settings.AutoRefreshEvents(), value) << text;
-    EXPECT_EQ(settings.WizardCompleted(), value) << text;
-    // The wizard may complete while the program runs.
-    registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", value ? "False" : "True");
-    EXPECT_EQ(settings.WizardCompleted(), !value) << text;
+    EXPECT_EQ(settings.WizardCompleted(), *text == 'T' || *text == '1') << text;
   }
 }
 
-TEST_F(SettingsTest, SettersClampAndStoreOnlyWhatChanges) {
+TEST_F(SettingsTest, OptionsInMemoryHaveTheirDefaultsAfterARefreshFromTheDatabase) {
   Settings settings = Load();
-  changed_.clear();
-  settings.SetMaxEvents(1);
-  settings.SetRefreshInterval(10);
-  settings.SetIncludeDNS(false);
-  settings.SetCurrentPeriod(99);
-  settings.SetTrafficDetailsSplit(-0.5F);
+  EXPECT_EQ(settings.CollapseTrigger(1), 0);
+  settings.SetRetainDays(9);
+  settings.SetPortList("1");
+  settings.SetCollapseEnable(1, false);
+  settings.RefreshDatabaseSettings();
+  EXPECT_EQ(settings.RetainDays(), 21);
+  EXPECT_EQ(settings.PortList(), "1-1024,8080,2055,9100");
+  struct Row {
+    int level, trigger, interval;
+  };
+  // A level outside 1..3 means the nearest.
+  for (const Row& row :
+       {Row{-9, 1, 15}, Row{1, 1, 15}, Row{2, 24, 60}, Row{3, 7, 24}, Row{99, 7, 24}}) {
+    EXPECT_EQ(settings.CollapseTrigger(row.level), row.trigger) << row.level;
+    EXPECT_EQ(settings.CollapseInterval(row.level), row.interval) << row.level;
+    EXPECT_TRUE(settings.CollapseEnable(row.level)) << row.level;
+  }
+  settings.SetCollapseTrigger(0, 0);
+  settings.SetCollapseInterval(7, -1);
+  settings.SetCollapseEnable(4, false);
+  EXPECT_EQ(settings.CollapseTrigger(1), 1);
+  EXPECT_EQ(settings.CollapseInterval(3), 1);
+  EXPECT_FALSE(settings.CollapseEnable(3));
+  settings.SetPortList("");
+  EXPECT_EQ(settings.PortList(), "1-1024");
   settings.SetTrafficDetailsSplit(std::numeric_limits<float>::quiet_NaN());
-  settings.SetCurrentStatusColumns("interfacetypeicon");
-  settings.SetRetainDays(9999);
-  settings.SetGUIStyle("minimal");
-  settings.SetListenPort(-7);
-  EXPECT_THAT(changed_,
-              ElementsAre("Max Events=10", "Include DNS=False", "Current Traffic Period=60",
-                          "Traffic Details Split=0", "Current Status Columns=interfacetypeicon"));
-  EXPECT_EQ(Get("Retain Data") + Get("GUI Style"), "(none)(none)");
-  EXPECT_EQ(settings.RetainDays(), 3650);
-  EXPECT_EQ(settings.GUIStyle(), "MINIMAL");
-  EXPECT_EQ(settings.ListenPort(), 1);
+  EXPECT_EQ(settings.TrafficDetailsSplit(), 0);
+}
+
+TEST_F(SettingsTest, TheImagesFolderAndTheIconsFollowTheSystem) {
+  Settings settings = Load();
+  EXPECT_EQ(settings.WebImagesFolder(), "");
+  registry_.SaveRegistryString("Tarrowby 2002", "Zephram", "Web Root Dir", "C:\\Wéb");
+  settings.Refresh();
+  EXPECT_EQ(settings.WebImagesFolder(), "C:\\Wéb\\Kelvora\\Images");
+  for (const int depth : {15, 16, 24}) {
+    desktop_.color_depth = depth;
+    EXPECT_EQ(settings.HighColorIcons(), depth >= 16) << depth;
+  }
 }
 
 TEST_F(SettingsTest, DecimalsFollowTheUsersLocale) {
@@ -127,45 +185,75 @@ TEST_F(SettingsTest, DecimalsFollowTheUsersLocale) {
   EXPECT_EQ(Get("Traffic Details Split"), "1234,1");
 }
 
-TEST_F(SettingsTest, CollapseLevelsOutsideTheirRangeMeanTheNearest) {
-  Settings settings = Load();
-  settings.RefreshDatabaseSettings();
-  settings.SetCollapseTrigger(-9, 0);
-  settings.SetCollapseInterval(7, -1);
-  settings.SetCollapseEnable(4, false);
-  std::string levels;
-  for (const int level : {0, 1, 2, 3, 99}) {
-    levels += std::to_string(settings.CollapseTrigger(level)) + "/" +
-              std::to_string(settings.CollapseInterval(level)) +
-              (settings.CollapseEnable(level) ? " on, " : " off, ");
-  }
-  EXPECT_EQ(levels, "1/15 on, 1/15 on, 24/60 on, 7/1 off, 7/1 off, ");
-}
-
 TEST_F(SettingsTest, TheListeningPortIsThisComputersRow) {
   Settings settings = Load();
   program_.suite.Run("Insert Into FlowEngines Values ('another',9)");
   settings.RefreshDatabaseSettings();
   EXPECT_EQ(settings.ListenPort(), 2055);
-  for (const int port : {9995, 9996}) {
+  for (const int port : {2055, 9996, -7}) {
     settings.SetListenPort(port);
     settings.SaveDatabaseSettings();
-    EXPECT_THAT(program_.suite.Rows("Select * From FlowEngines Order By 1"),
-                ElementsAre("another|9", "collector|" + std::to_string(port)));
+    EXPECT_THAT(Engines(),
+                ElementsAre("another|9", "collector|" + std::to_string(std::max(port, 1))));
   }
-  const std::string rows[][2] = {
-      {"NULL", "0"}, {"2056.5", "2056"}, {"-1", "-1"}, {"99999999999", "2055"}};
+  const std::string rows[][2] = {{"NULL", "0"}, {"2056.5", "2056"}, {"-1", "-1"}};
   for (const auto& [stored, loaded] : rows) {
     program_.suite.Run("Update FlowEngines Set ServerName=upper(ServerName), NetFlowPort=" +
                        stored);
     settings.RefreshDatabaseSettings();
     EXPECT_EQ(std::to_string(settings.ListenPort()), loaded) << stored;
+    EXPECT_EQ(settings.ListenPortError(), "") << stored;
   }
-  settings.SetListenPort(1);
-  std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
-  settings.SaveDatabaseSettings();
-  settings.RefreshDatabaseSettings();
-  EXPECT_EQ(settings.ListenPort(), 2055);
+}
+
+TEST_F(SettingsTest, AListeningPortThatCouldNotBeReadIsStoredOnlyOnceItIsSet) {
+  program_.suite.Run("Insert Into FlowEngines Values ('collector',9995)");
+  struct Row {
+    const char *fault, *repair, *reason;
+  } const rows[] = {
+      {"Alter Table FlowEngines Rename To Away", "Alter Table Away Rename To FlowEngines",
+       "FlowEngines"},
+      {"Alter Table FlowEngines Rename NetFlowPort To P",
+       "Alter Table FlowEngines Rename P To NetFlowPort", "NetFlowPort"},
+      {"Update FlowEngines Set NetFlowPort=99999999999", "Update FlowEngines Set NetFlowPort=9995",
+       "99999999999"},
+  };
+  for (const Row& row : rows) {
+    Settings settings = Load();
+    program_.suite.Run(row.fault);
+    program_.database.CloseMainDatabase();  // A new session sees the new columns at once.
+    settings.RefreshDatabaseSettings();
+    EXPECT_EQ(settings.ListenPort(), 2055) << row.fault;
+    EXPECT_THAT(settings.ListenPortError(), testing::HasSubstr(row.reason));
+    settings.SaveDatabaseSettings();
+    program_.suite.Run(row.repair);
+    program_.database.CloseMainDatabase();
+    settings.SaveDatabaseSettings();
+    EXPECT_THAT(Engines(), ElementsAre("collector|9995")) << row.fault;
+    settings.SetListenPort(2055);
+    settings.SaveDatabaseSettings();
+    EXPECT_THAT(Engines(), ElementsAre("collector|2055")) << row.fault;
+    program_.suite.Run("Update FlowEngines Set NetFlowPort=9995");
+    settings.RefreshDatabaseSettings();
+    EXPECT_EQ(settings.ListenPortError(), "") << row.fault;
+  }
+}
+
+TEST_F(SettingsTest, AListeningPortThatCannotBeStoredIsAnError) {
+  Settings settings = Load();
+  settings.SaveDatabaseSettings();  // Never read: nothing to store.
+  EXPECT_THAT(Engines(), testing::IsEmpty());
+  program_.suite.Run("Insert Into FlowEngines Values ('collector',9995)");
+  const char* faults[] = {
+      "Create Trigger Refuse Before Update On FlowEngines Begin Select Raise(Abort,'refused'); End",
+      "Alter Table FlowEngines Rename NetFlowPort To P", "Drop Table FlowEngines"};
+  for (const char* fault : faults) {
+    settings.RefreshDatabaseSettings();
+    settings.SetListenPort(9996);
+    program_.suite.Run(fault);
+    program_.database.CloseMainDatabase();
+    EXPECT_THROW(settings.SaveDatabaseSettings(), ado::Error) << fault;
+  }
 }
 
 }  // namespace

@@ -58,8 +58,9 @@ class FakeDesktop final : public Desktop {
     return OpenUrlResult::kOpened;
   }
   std::string ComputerName() const override { return "collector"; }
-  int ColorDepth() const override { return 24; }
+  int ColorDepth() const override { return color_depth; }
 
+  int color_depth = 24;
   std::vector<std::filesystem::path> started;
   std::vector<std::string> opened;
 };
