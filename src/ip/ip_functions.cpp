@@ -3,86 +3,114 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
-
-#include "platform/text/number.h"
 
 namespace quillan {
 namespace {
 
-constexpr std::uint32_t kThousand = 1000;
-constexpr std::uint32_t kMillion = 1000000;
-constexpr std::uint32_t kBillion = 1000000000;
+constexpr double kNoAddress = -1;
 
-struct PartText {
-  std::array<char, 4> text;  // The digits, then a dot, then whatever fills the four characters.
-  std::uint8_t digits;
-};
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// The texts of 0..999: writing one is a single copy.
-constexpr std::array<PartText, kThousand> MakePartTexts() {
-  std::array<PartText, kThousand> texts{};
-  for (std::uint32_t number = 0; number < kThousand; ++number) {
-    PartText& part = texts[number];
-    for (std::uint32_t power = 100; power > 0; power /= 10) {
-      if (number < power && power > 1) continue;
-      part.text[part.digits++] = static_cast<char>('0' + number / power % 10);
-    }
-    part.text[part.digits] = '.';
+// Whether `part` is an integer 0..255, with an optional sign and with blanks around it.
+bool IsValidPart(std::string_view part) {
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+  while (!part.empty() && is_blank(part.front())) part.remove_prefix(1);
+  while (!part.empty() && is_blank(part.back())) part.remove_suffix(1);
+  const bool negative = part.starts_with('-');
+  if (negative || part.starts_with('+')) part.remove_prefix(1);
+  if (part.empty()) return false;
+  int number = 0;
+  for (const char c : part) {
+    if (!IsDigit(c)) return false;
+    number = number * 10 + (c - '0');
+    if (number > 255) return false;
   }
-  return texts;
+  return !negative || number == 0;
 }
 
-constexpr std::array<PartText, kThousand> kPartTexts = MakePartTexts();
-
-[[gnu::noinline]] std::string IPAddressOfAnyValue(double value) {
-  if (!std::isfinite(value)) return "0.0.0.0";
-  value = std::floor(value);
-  std::string text;
-  for (int part = 0; part < 3; ++part) {
-    double rest = std::fmod(value, kThousand);
-    if (rest < 0) rest += kThousand;
-    text.insert(0, text::FormatDigits(rest)).insert(0, 1, '.');
-    value = std::floor(value / kThousand);
+bool IsValidWithSignsAndBlanks(std::string_view text) {
+  for (int part = 1; part < 4; ++part) {
+    const size_t dot = text.find('.');
+    if (dot == std::string_view::npos || !IsValidPart(text.substr(0, dot))) return false;
+    text.remove_prefix(dot + 1);
   }
-  return text::FormatDigits(std::fmod(value, kThousand)) + text;
+  return IsValidPart(text);  // A further dot is not a digit.
 }
 
 }  // namespace
 
-std::string SortValueToIPAddress(double value) {
-  if (!(value >= 0 && value < kBillion * 1000.0)) return IPAddressOfAnyValue(value);
-  const auto whole = static_cast<std::uint64_t>(value);
-  const auto high = static_cast<std::uint32_t>(whole / kMillion);
-  const auto low = static_cast<std::uint32_t>(whole % kMillion);
-  std::array<char, 16> buffer;  // NOLINT(cppcoreguidelines-init-variables): its use is counted.
-  char* end = buffer.data();
-  const auto append = [&](std::uint32_t number) {
-    const PartText& part = kPartTexts[number];
-    std::memcpy(end, part.text.data(), part.text.size());
-    end += part.digits + 1;
+double ReadIPAddress(const char* text, std::size_t size) noexcept {
+  std::int64_t value = 0;
+  int number = 0;
+  int digits = 0;
+  int dots = 0;
+  for (const char c : std::string_view(text, size)) {
+    if (IsDigit(c)) {
+      number = number * 10 + (c - '0');
+      if (number > 255) return kNoAddress;
+      ++digits;
+    } else if (c == '.' && digits > 0 && dots < 3) {
+      value = value * 1000 + number;
+      number = 0;
+      digits = 0;
+      ++dots;
+    } else {
+      // Rarely an address; if it is one, signs and blanks do not count.
+      return IsValidWithSignsAndBlanks({text, size}) ? IPSortValueOfAnyText(text, size)
+                                                     : kNoAddress;
+    }
+  }
+  return digits > 0 && dots == 3 ? static_cast<double>(value * 1000 + number) : kNoAddress;
+}
+
+double IPSortValueOfAnyText(const char* text, std::size_t size) {
+  double value = 0;
+  double number = 0;
+  bool has_digits = false;
+  int parts = 1;
+  const auto take_part = [&] {
+    // A part of hundreds of digits, which a double cannot hold, is skipped like an empty one.
+    const double next = value * 1000 + number;
+    if (has_digits && std::isfinite(next)) value = next;
+    number = 0;
+    has_digits = false;
   };
-  append(high / kThousand);
-  append(high % kThousand);
-  append(low / kThousand);
-  append(low % kThousand);
-  return {buffer.data(), static_cast<size_t>(end - buffer.data()) - 1};
+  for (const char c : std::string_view(text, size)) {
+    if (IsDigit(c)) {
+      number = number * 10 + (c - '0');
+      has_digits = true;
+    } else if (c == '.') {
+      take_part();
+      if (++parts > 4) return value;
+    }
+  }
+  take_part();
+  return parts == 4 ? value : 0;
+}
+
+std::string SortValueToIPAddress(double value) {
+  constexpr double kLimit = 1e18;  // Fits 64 bits.
+  if (!(std::abs(value) < kLimit)) return "0.0.0.0";
+  auto rest = static_cast<std::int64_t>(std::floor(value));
+  std::array<std::int64_t, 3> last_parts{};
+  for (std::int64_t& part : last_parts) {
+    part = (rest % 1000 + 1000) % 1000;
+    rest = (rest - part) / 1000;
+  }
+  std::string text = std::to_string(rest % 1000);
+  for (auto part = last_parts.rbegin(); part != last_parts.rend(); ++part) {
+    text.append(".").append(std::to_string(*part));
+  }
+  return text;
 }
 
 double SortValueToAddressNumber(double value) {
-  constexpr double kBound = 1e15;  // Below it the quotients of doubles are exact enough to floor.
-  if (value >= 0 && value < kBound) {
-    const auto whole = static_cast<std::int64_t>(value);
-    const std::int64_t number = whole / kBillion * 16777216 + whole % kBillion / kMillion * 65536 +
-                                whole % kMillion / kThousand * 256 + whole % kThousand;
-    return static_cast<double>(number);
-  }
-  const auto part = [value](double divisor, double above) {
-    const double rest = value - std::floor(value / above) * above;
-    return std::floor(std::floor(rest) / divisor);
+  // The part of the address that counts in units of `divisor`.
+  const auto part = [value](double divisor) {
+    const double above = divisor * 1000;
+    return std::floor((value - std::floor(value / above) * above) / divisor);
   };
-  return std::floor(value / 1e9) * 16777216 + part(1e6, 1e9) * 65536 + part(1e3, 1e6) * 256 +
-         part(1, 1e3);
+  return std::floor(value / 1e9) * 16777216 + part(1e6) * 65536 + part(1e3) * 256 + part(1);
 }
 
 }  // namespace quillan

@@ -8,10 +8,10 @@
 namespace quillan {
 
 void IPGroups::Add(Group group) {
-  if (group == nullptr) throw std::invalid_argument("there is no group to add");
+  if (group == nullptr) throw std::invalid_argument("No group was given.");
   if (!ids_.insert(group->GroupID).second) {
-    throw std::invalid_argument("the group " + std::to_string(group->GroupID) +
-                                " is in the collection already");
+    throw std::invalid_argument("The collection already has the group " +
+                                std::to_string(group->GroupID) + ".");
   }
   const auto place = std::partition_point(groups_.begin(), groups_.end(), [&](const Group& held) {
     return group->RangeValue <= held->RangeValue;
@@ -40,7 +40,7 @@ void IPGroups::Remove(int position) {
 
 void IPGroups::Remove(std::string_view key) { Remove(PositionOf(key)); }
 
-// The position of the group with `key`; 0 when there is none.
+// The position of the group with `key`; 0 if there is none.
 int IPGroups::PositionOf(std::string_view key) const {
   const auto found = std::find_if(groups_.begin(), groups_.end(), [&](const Group& group) {
     return std::to_string(group->GroupID) == key;
