@@ -1,6 +1,8 @@
 #include "db/flow_database.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/ado/error.h"
 #include "platform/text/ascii.h"
@@ -12,6 +14,14 @@ namespace {
 // The name order comes before the place order.
 constexpr std::array<std::string_view, 4> kConnectionFiles = {
     "\\TBKelvora.DB", "\\..\\TBKelvora.DB", "\\QuillanGUI.DB", "\\..\\QuillanGUI.DB"};
+
+// Statements that one call of a driver runs.
+constexpr size_t kBatchStatements = 256;
+
+ado::Error AsError(const std::exception& failure) {
+  const auto* error = dynamic_cast<const ado::Error*>(&failure);
+  return error != nullptr ? *error : ado::Error(0, "", failure.what());
+}
 
 // Pieces that begin with a blank, or that spell the key PWD, stay as they are.
 std::string MaskPasswords(std::string_view connection_string) {
@@ -37,9 +47,56 @@ FlowDatabase::FlowDatabase(const Files& files, std::filesystem::path program_fol
 void FlowDatabase::Execute(std::string_view statement) {
   try {
     ExecuteChecked(statement);
-  } catch (const ado::Error&) {
-    // Its callers go on with the next statement.
+  } catch (const std::exception&) {
+    // Its callers go on with the next statement; the report has the failure.
   }
+}
+
+void FlowDatabase::ExecuteChecked(std::string_view statement) {
+  if (reporting_) ++report_.statements;
+  try {
+    connection_.Execute(statement);
+  } catch (const std::exception& failure) {
+    NoteFailure(statement, failure);
+    throw;
+  }
+}
+
+std::vector<ado::Outcome> FlowDatabase::ExecuteBatch(std::span<const std::string> statements,
+                                                     ado::BatchMode mode) {
+  std::vector<ado::Outcome> outcomes;
+  outcomes.reserve(statements.size());
+  while (outcomes.size() < statements.size()) {
+    const auto batch = statements.subspan(outcomes.size());
+    std::vector<ado::Outcome> ran;
+    try {
+      ran = connection_.ExecuteBatch(batch.first(std::min(batch.size(), kBatchStatements)), mode);
+    } catch (const std::exception& failure) {
+      ran.emplace_back(AsError(failure));
+    }
+    for (ado::Outcome& outcome : ran) {
+      if (reporting_) ++report_.statements;
+      if (outcome) NoteFailure(statements[outcomes.size()], *outcome);
+      outcomes.push_back(std::move(outcome));
+    }
+    if (mode == ado::BatchMode::kStopAtFailure && outcomes.back()) break;
+  }
+  return outcomes;
+}
+
+void FlowDatabase::BeginReport() {
+  report_ = {};
+  reporting_ = true;
+}
+
+StatementReport FlowDatabase::EndReport() {
+  reporting_ = false;
+  return std::exchange(report_, {});
+}
+
+void FlowDatabase::NoteFailure(std::string_view statement, const std::exception& failure) {
+  if (!reporting_) return;
+  report_.failures.push_back({report_.statements - 1, std::string(statement), AsError(failure)});
 }
 
 bool FlowDatabase::OpenDatabase() {
@@ -56,12 +113,15 @@ bool FlowDatabase::OpenDatabase() {
                   ConnectionString(PasswordDisplay::kHidden) + "\r\n\r\nError=" + error.what();
     return false;
   }
+  // Twice, as a driver may know only one of the two; neither is a reason to refuse the session.
   try {
     connection_.ReadUncommitted();
   } catch (const ado::Error&) {
-    // The statement below asks for the same.
   }
-  Execute("SET TRANSACTION ISOLATION LEVEL READ UNCOMMITTED");
+  try {
+    connection_.Execute("SET TRANSACTION ISOLATION LEVEL READ UNCOMMITTED");
+  } catch (const ado::Error&) {
+  }
   return true;
 }
 
@@ -102,13 +162,20 @@ bool FlowDatabase::GetDatabaseConnection() {
 
 std::unique_ptr<ado::Recordset> FlowDatabase::OpenRecordset(std::string_view query,
                                                             ado::LockType lock_type) {
+  if (reporting_) ++report_.statements;
+  const auto fail = [&](const std::exception& failure) {
+    last_error_ = failure.what();
+    NoteFailure(query, failure);
+    return nullptr;
+  };
   for (bool retried = false;; retried = true) {
-    if (!OpenDatabase()) return nullptr;
+    if (!OpenDatabase()) return fail(ado::Error(ado::kObjectClosed, "", last_error_));
     try {
       return connection_.OpenRecordset(query, lock_type);
     } catch (const ado::Error& error) {
-      last_error_ = error.what();
-      if (error.IsTimeout() || retried) return nullptr;
+      if (error.IsTimeout() || retried) return fail(error);
+    } catch (const std::exception& failure) {  // Out of memory.
+      return fail(failure);
     }
     CloseMainDatabase();
   }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "db/connection_file.h"
+#include "db/statement_report.h"
 #include "platform/ado/connection.h"
 #include "platform/files.h"
 #include "platform/text/date_time.h"
@@ -27,12 +31,31 @@ class FlowDatabase {
   /// Whether the session is open.
   bool Connected() const { return connection_.state() == ado::ConnectionState::kOpen; }
 
-  /// Runs `statement` and discards its rows. Reports nothing: a statement that fails, or that finds
-  /// the session closed, has no effect.
+  /// Runs `statement` and discards its rows. Raises nothing: a statement that fails, or that finds
+  /// the session closed, has no effect and is noted in the report.
   void Execute(std::string_view statement);
 
   /// Like `Execute`, for a caller that must stop at a failure: throws `ado::Error`.
-  void ExecuteChecked(std::string_view statement) { connection_.Execute(statement); }
+  void ExecuteChecked(std::string_view statement);
+
+  /// Runs `statements` in order, several to a round trip where the server takes them, and notes
+  /// each in the report. Raises nothing. Returns the outcome of each that ran: a statement that
+  /// failed is followed by the rest, or with kStopAtFailure is the last.
+  std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                         ado::BatchMode mode = ado::BatchMode::kRunAll);
+
+  /// Makes the call under way on another thread, if there is one, fail soon.
+  void Cancel() { connection_.Cancel(); }
+
+  /// Starts a new report on the statements and queries that follow. A query that succeeds at its
+  /// second attempt counts as one that succeeded; a statement that touches no row did not fail.
+  void BeginReport();
+
+  /// Ends the report under way and returns it.
+  StatementReport EndReport();
+
+  /// The report under way; empty when there is none.
+  const StatementReport& Report() const { return report_; }
 
   /// Makes sure that the session is open: reads the connection file and connects when it is not.
   /// False when it cannot, with the reason in `LastError`; the text stays empty where the file
@@ -76,11 +99,15 @@ class FlowDatabase {
   bool TableExists(std::string_view table);
 
  private:
+  void NoteFailure(std::string_view statement, const std::exception& failure);
+
   const Files& files_;
   std::filesystem::path program_folder_;
   ConnectionValues values_;
   ado::Connection connection_;
   std::string last_error_;
+  StatementReport report_;
+  bool reporting_ = false;
 };
 
 }  // namespace quillan

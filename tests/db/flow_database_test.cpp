@@ -13,6 +13,7 @@ namespace quillan {
 namespace {
 
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -108,6 +109,39 @@ TEST_F(FlowDatabaseTest, ExecuteReportsNothingAndOpensNothing) {
   // An open session is not opened again, whatever became of its file.
   std::filesystem::remove(program_.folder / "program/TBKelvora.DB");
   EXPECT_TRUE(database_.OpenDatabase());
+}
+
+TEST_F(FlowDatabaseTest, AReportHasTheOutcomeOfEveryStatementInOrder) {
+  script_.before = [](const std::string& text) {
+    if (text == "slow") throw ado::Error(ado::kTimeoutExpired, "HYT00", "too slow");
+  };
+  ASSERT_TRUE(database_.OpenDatabase());
+  database_.Execute("not reported");
+  database_.BeginReport();
+  database_.Execute("Delete From Nodes");
+  database_.Execute("slow");
+  EXPECT_THROW(database_.ExecuteChecked("first"), ado::Error);
+  EXPECT_EQ(database_.OpenRecordset("Select * From Missing"), nullptr);
+  const std::string batch[] = {"slow", "Insert Into Nodes (NodeID) Values (1)", "second",
+                               "Insert Into Nodes (NodeID) Values (2)"};
+  EXPECT_EQ(database_.ExecuteBatch(batch).size(), 4U);
+  EXPECT_EQ(database_.ExecuteBatch(std::span(batch).last(2), ado::BatchMode::kStopAtFailure).size(),
+            1U);
+  EXPECT_EQ(database_.Report().failures.size(), 6U);
+  const StatementReport report = database_.EndReport();
+  EXPECT_EQ(report.statements, 9U);
+  std::string failures;
+  for (const StatementFailure& failure : report.failures) {
+    failures += std::to_string(failure.index) + " " + failure.statement +
+                (failure.error.IsTimeout() ? " (time-out)" : "") + "; ";
+    EXPECT_STRNE(failure.error.what(), "");
+  }
+  EXPECT_EQ(failures,
+            "1 slow (time-out); 2 first; 3 Select * From Missing; 4 slow (time-out); 6 second; "
+            "8 second; ");
+  EXPECT_THAT(program_.suite.Rows("Select NodeID From Nodes"), ElementsAre("1", "2"));
+  database_.Execute("not reported");
+  EXPECT_EQ(database_.Report().statements, 0U);
 }
 
 TEST_F(FlowDatabaseTest, ComesBackOnceTheDatabaseIsBack) {

@@ -12,6 +12,10 @@ class ScriptedDriver final : public ado::Driver {
     Pass(statement);
     driver_->Execute(statement);
   }
+  std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                         ado::BatchMode mode) override {
+    return ado::ExecuteOneByOne(*this, statements, mode);
+  }
   ado::RowStore Query(std::string_view query) override {
     Pass(query);
     return driver_->Query(query);
@@ -25,6 +29,7 @@ class ScriptedDriver final : public ado::Driver {
     driver_->ChangeOneRow(statement, values);
   }
   std::string Property(std::string_view name) override { return driver_->Property(name); }
+  void Cancel() override { driver_->Cancel(); }
 
  private:
   void Pass(std::string_view statement) {

@@ -40,6 +40,14 @@ class Connection {
   void ReadUncommitted() { driver().ReadUncommitted(); }
   /// Runs `statement` and discards its rows. Throws `Error`.
   void Execute(std::string_view statement) { driver().Execute(statement); }
+  /// Runs `statements` and returns the outcome of each that ran. Throws `Error` when closed.
+  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements, BatchMode mode) {
+    return driver().ExecuteBatch(statements, mode);
+  }
+  /// Makes the call under way on another thread, if there is one, fail soon.
+  void Cancel() {
+    if (driver_) driver_->Cancel();
+  }
   /// Runs `query`; the recordset stands on its first row. Throws `Error`.
   std::unique_ptr<Recordset> OpenRecordset(std::string_view query, LockType lock_type);
   /// One of the dynamic properties "DBMS Name", "Current Catalog", "Data Source Name". Throws

@@ -2,11 +2,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/ado/error.h"
 #include "platform/ado/row_store.h"
 #include "platform/ado/value.h"
 
@@ -19,15 +21,30 @@ struct ConnectOptions {
   int command_timeout = 0;
 };
 
+/// How one statement of a batch ended: nothing after a success, else its error.
+using Outcome = std::optional<Error>;
+
+enum class BatchMode {
+  kRunAll,         ///< A failed statement is followed by the rest.
+  kStopAtFailure,  ///< The first failed statement ends the batch.
+};
+
 /// One open session with a database engine; closing is destruction. Every member may throw
 /// `ado::Error`. Statements are Transact-SQL in UTF-8; a driver for an engine that speaks another
-/// dialect translates them.
+/// dialect translates them. Calls come one at a time but may come from different threads; `Cancel`
+/// may come during another call.
 class Driver {
  public:
   virtual ~Driver() = default;
 
   /// Runs `statement` and discards its rows. Touching no row is no failure.
   virtual void Execute(std::string_view statement) = 0;
+
+  /// Runs `statements` in order, in as few round trips as the engine allows, and discards their
+  /// rows. Returns the outcome of each that ran. The last one is a failure when it ended the call:
+  /// with kStopAtFailure any does, else an expired time-out or a lost connection.
+  virtual std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                            BatchMode mode) = 0;
 
   /// Runs `query` and returns all its rows; a statement without a result gives no columns.
   virtual RowStore Query(std::string_view query) = 0;
@@ -44,7 +61,18 @@ class Driver {
 
   /// "DBMS Name", "Current Catalog" or "Data Source Name"; any other name throws.
   virtual std::string Property(std::string_view name) = 0;
+
+  /// Makes the call under way, if there is one, fail soon. Safe on any thread.
+  virtual void Cancel() = 0;
 };
+
+/// Whether `error` ends a batch in any mode.
+bool EndsBatch(const Error& error);
+
+/// Runs `statements` through `Execute`, one after the other: `ExecuteBatch` for engines that gain
+/// nothing from sending several at once.
+std::vector<Outcome> ExecuteOneByOne(Driver& driver, std::span<const std::string> statements,
+                                     BatchMode mode);
 
 /// Opens a session. Throws `ado::Error` with the text for the user when it cannot.
 using DriverFactory = std::function<std::unique_ptr<Driver>(const ConnectOptions&)>;

@@ -23,6 +23,8 @@ class Error : public std::runtime_error {
   const std::string& state() const { return state_; }
   /// Whether a statement ran into its time-out.
   bool IsTimeout() const { return number_ == kTimeoutExpired; }
+  /// Whether the connection to the server is lost: the session can only be opened again.
+  bool IsConnectionLost() const { return state_.starts_with("08"); }
 
  private:
   std::int32_t number_;

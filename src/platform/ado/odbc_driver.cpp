@@ -1,6 +1,7 @@
 #include "platform/ado/odbc_driver.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "platform/ado/error.h"
 #include "platform/ado/odbc_rows.h"
@@ -72,13 +73,20 @@ class OdbcDriver final : public Driver {
         command_(session_, command_timeout_) {}
 
   void Execute(std::string_view statement) override {
+    const Running running(*this, command_);
     Run(command_, statement);
     while (command_.NextResult()) {
     }
   }
 
+  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                    BatchMode mode) override {
+    return ExecuteOneByOne(*this, statements, mode);
+  }
+
   RowStore Query(std::string_view query) override {
     OdbcStatement statement(session_, command_timeout_);
+    const Running running(*this, statement);
     Run(statement, query);
     // Counts of touched rows may come before the rows.
     do {
@@ -127,6 +135,7 @@ class OdbcDriver final : public Driver {
     Transaction transaction(session_);
     {
       OdbcStatement statement(session_, command_timeout_);
+      const Running running(*this, statement);
       statement.Execute(text, parameters);
       // A trigger's counts come before the statement's own.
       SQLLEN changed = statement.RowCount();
@@ -153,7 +162,30 @@ class OdbcDriver final : public Driver {
     throw Error(kUnknownField, "", "There is no property \"" + std::string(name) + "\".");
   }
 
+  void Cancel() override {
+    const std::lock_guard lock(running_mutex_);
+    if (running_ != nullptr) SQLCancel(running_->handle());
+  }
+
  private:
+  // The statement that `Cancel` reaches, while this lives.
+  class Running {
+   public:
+    Running(OdbcDriver& driver, const OdbcStatement& statement) : driver_(driver) {
+      const std::lock_guard lock(driver_.running_mutex_);
+      driver_.running_ = &statement;
+    }
+    ~Running() {
+      const std::lock_guard lock(driver_.running_mutex_);
+      driver_.running_ = nullptr;
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+   private:
+    OdbcDriver& driver_;
+  };
+
   void Run(OdbcStatement& statement, std::string_view text) const {
     if (session_.is_sqlite()) {
       statement.Execute(TranslateToSqlite(text));
@@ -166,6 +198,8 @@ class OdbcDriver final : public Driver {
   int command_timeout_;
   std::string data_source_;
   OdbcStatement command_;
+  std::mutex running_mutex_;
+  const OdbcStatement* running_ = nullptr;
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "platform/ado/sqlite_driver.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <system_error>
 
@@ -31,15 +32,6 @@ struct FinalizeStatement {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-[[noreturn]] void Fail(sqlite3* database) {
-  const int code = sqlite3_extended_errcode(database);
-  const int primary = code & 0xFF;
-  if (primary == SQLITE_INTERRUPT || primary == SQLITE_BUSY) {
-    throw Error(kTimeoutExpired, sqlite3_errstr(code), "The statement's time-out expired.");
-  }
-  throw Error(code, sqlite3_errstr(code), sqlite3_errmsg(database));
-}
-
 void AddColumn(sqlite3_stmt* statement, int column, RowStore& rows) {
   switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER:
@@ -67,9 +59,7 @@ class SqliteDriver final : public Driver {
         file_(std::move(file)),
         command_timeout_(std::chrono::seconds(command_timeout)) {
     sqlite3_busy_handler(database_.get(), &WaitForWriter, this);
-    if (command_timeout > 0) {
-      sqlite3_progress_handler(database_.get(), kOperationsBetweenChecks, &TimeIsUp, this);
-    }
+    sqlite3_progress_handler(database_.get(), kOperationsBetweenChecks, &MustStop, this);
     // With the write-ahead log a commit then survives the process without a wait for the disk; it
     // survives a power failure from the end of the session on, when the log is folded back.
     Run("pragma synchronous = normal");
@@ -81,6 +71,11 @@ class SqliteDriver final : public Driver {
     // Thousands of statements may follow one another; the file is looked at between bursts of them.
     if (SteadyClock::now() >= next_check_) CheckFile();
     Run(TranslateToSqlite(statement));
+  }
+
+  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                    BatchMode mode) override {
+    return ExecuteOneByOne(*this, statements, mode);
   }
 
   RowStore Query(std::string_view query) override {
@@ -156,19 +151,36 @@ class SqliteDriver final : public Driver {
     throw Error(kUnknownField, "", "There is no property \"" + std::string(name) + "\".");
   }
 
+  void Cancel() override {
+    cancelled_ = true;
+    sqlite3_interrupt(database_.get());
+  }
+
  private:
-  static int TimeIsUp(void* driver) {
-    return SteadyClock::now() >= static_cast<SqliteDriver*>(driver)->deadline_ ? 1 : 0;
+  static int MustStop(void* driver) {
+    const auto& self = *static_cast<SqliteDriver*>(driver);
+    return self.cancelled_ || SteadyClock::now() >= self.deadline_ ? 1 : 0;
+  }
+
+  [[noreturn]] void Fail() const {
+    const int code = sqlite3_extended_errcode(database_.get());
+    const int primary = code & 0xFF;
+    if (primary == SQLITE_INTERRUPT || primary == SQLITE_BUSY) {
+      if (cancelled_) throw Error(code, sqlite3_errstr(code), "The statement was cancelled.");
+      throw Error(kTimeoutExpired, sqlite3_errstr(code), "The statement's time-out expired.");
+    }
+    throw Error(code, sqlite3_errstr(code), sqlite3_errmsg(database_.get()));
   }
 
   static int WaitForWriter(void* driver, int tries) {
     constexpr int kLongestWait = 50;  // Milliseconds.
-    if (TimeIsUp(driver) != 0) return 0;
+    if (MustStop(driver) != 0) return 0;
     sqlite3_sleep(std::min(tries + 1, kLongestWait));
     return 1;
   }
 
   void StartTimer() {
+    cancelled_ = false;
     if (command_timeout_.count() > 0) deadline_ = SteadyClock::now() + command_timeout_;
   }
 
@@ -192,7 +204,7 @@ class SqliteDriver final : public Driver {
     const char* tail = nullptr;
     if (sqlite3_prepare_v2(database_.get(), text.data(), static_cast<int>(text.size()), &statement,
                            &tail) != SQLITE_OK) {
-      Fail(database_.get());
+      Fail();
     }
     if (rest != nullptr) *rest = text.substr(static_cast<size_t>(tail - text.data()));
     return Statement(statement);
@@ -204,7 +216,7 @@ class SqliteDriver final : public Driver {
     const int result = sqlite3_step(statement);
     if (result == SQLITE_ROW) return true;
     if (result == SQLITE_DONE) return false;
-    Fail(database_.get());
+    Fail();
   }
 
   void Run(std::string_view text) {
@@ -234,6 +246,7 @@ class SqliteDriver final : public Driver {
   std::filesystem::path file_;
   std::chrono::seconds command_timeout_;
   SteadyClock::time_point next_check_ = SteadyClock::time_point::min();
+  std::atomic<bool> cancelled_ = false;
   SteadyClock::time_point deadline_ = SteadyClock::time_point::max();
 };
 
@@ -246,7 +259,9 @@ std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& file, int comman
                 "The database file " + file.string() + " does not exist.");
   }
   sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+  // One thread at a time uses a session, so that the engine needs no locks of its own.
+  const int result =
+      sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   Database database(opened);
   if (result != SQLITE_OK) {
     throw Error(result, sqlite3_errstr(result),

@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
 #include <sstream>
+#include <thread>
 
 #include "platform/ado/connection.h"
 #include "platform/ado/drivers.h"
@@ -291,6 +293,25 @@ TEST_P(EmbeddedTest, AFileThatIsTakenAwayIsNoticed) {
   std::filesystem::rename(folder_ / "süite.db", folder_ / "away.db");
   EXPECT_THROW(connection_.Execute("Delete From Nodes"), Error);
   EXPECT_THROW(Rows("Select * From Nodes"), Error);
+}
+
+TEST_P(EmbeddedTest, ACallCanBeCancelledFromAnotherThread) {
+  connection_.Close();
+  connection_.set_command_timeout(60);
+  connection_.Open();
+  file_->Run("begin immediate");
+  for (const char* statement :
+       {"Delete From Nodes",  // Waits for the other writer.
+        "with recursive n(i) as (select 1 union all select i + 1 from n) select count(*) from n"}) {
+    std::atomic<bool> done = false;
+    std::thread canceller([&] {
+      for (; !done; std::this_thread::yield()) connection_.Cancel();
+    });
+    EXPECT_NE(ErrorNumberOf([&] { connection_.Execute(statement); }), kTimeoutExpired);
+    done = true;
+    canceller.join();
+  }
+  connection_.Execute("Select 1");
 }
 
 }  // namespace

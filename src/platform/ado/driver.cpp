@@ -1,0 +1,23 @@
+#include "platform/ado/driver.h"
+
+namespace quillan::ado {
+
+bool EndsBatch(const Error& error) { return error.IsTimeout() || error.IsConnectionLost(); }
+
+std::vector<Outcome> ExecuteOneByOne(Driver& driver, std::span<const std::string> statements,
+                                     BatchMode mode) {
+  std::vector<Outcome> outcomes;
+  outcomes.reserve(statements.size());
+  for (const std::string& statement : statements) {
+    try {
+      driver.Execute(statement);
+      outcomes.emplace_back();
+    } catch (const Error& error) {
+      outcomes.emplace_back(error);
+      if (mode == BatchMode::kStopAtFailure || EndsBatch(error)) break;
+    }
+  }
+  return outcomes;
+}
+
+}  // namespace quillan::ado
