@@ -27,6 +27,8 @@ class AddressGroupList final : public EditableList {
   /// serves both of them.
   bool OnSortRequest(int column) override;
 
+  ImportPlan PlanImport(std::string_view bytes, ImportMode mode) override;
+
  protected:
   void Add() override;
   void OnRowLoaded(ado::Recordset& rows, int row) override;

@@ -63,7 +63,12 @@ void CheckableList::Sync() {
   OnSyncBegins();
   bool written = false;
   const int rows = grid_.Rows();
-  for (int row = Grid::kFixedRows; row < rows; ++row) written |= WriteRow(row);
+  for (const bool first : {true, false}) {
+    for (int row = Grid::kFixedRows; row < rows; ++row) {
+      const bool goes_first = State(row) == RowState::kDeleted && grid_.RowData(row).deleted_first;
+      if (goes_first == first) written |= WriteRow(row);
+    }
+  }
   if (written) RecordLastUpdate();
   OnSyncEnds();
 }

@@ -68,6 +68,7 @@ class CheckableList : public GridListener {
   /// Sets the system flag of the row, and the bold type of one that the user defined.
   void SetSystem(int row, bool system);
   void SetRowColor(int row, Color color);
+  int EditableColumn() const { return description_.editable_column; }
   const ListServices& services() const { return services_; }
 
   /// Called for each row that was loaded, while `rows` stands on its record.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "lists/checkable_list.h"
+#include "lists/list_import.h"
 
 namespace quillan {
 
@@ -35,14 +36,26 @@ class EditableList : public CheckableList {
 
   std::vector<ListCommand> Commands() override;
 
+  /// Judges the file `bytes` (see ReadImport) line by line against the rows as they stand, pending
+  /// edits included, by the rules for new rows.
+  virtual ImportPlan PlanImport(std::string_view bytes, ImportMode mode) = 0;
+  /// Makes the accepted lines and the deletions of a plan pending edits. Refused lines are passed
+  /// over.
+  void ApplyImport(const ImportPlan& plan);
+
  protected:
   /// Asks the user for a new row and adds it.
   virtual void Add() = 0;
   /// Adds a checked, user-defined row of state kNew with `texts` from column 1 on, makes it the
   /// current row and returns its number.
   int AddRow(std::initializer_list<std::string_view> texts);
+  /// Called after an import has changed the rows.
+  virtual void OnImported() {}
 
  private:
+  int AppendNewRow(std::initializer_list<std::string_view> texts, bool checked);
+  // `first`: written before the list's insertions.
+  void DeleteRow(int row, bool first);
   void DeleteSelected();
   bool WarnOfSystemRow(int row, bool several);
 

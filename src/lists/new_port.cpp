@@ -11,7 +11,7 @@ std::variant<NewPort, Refusal<NewPortField>> ValidateNewPort(std::string_view po
     return Refusal<NewPortField>{message, NewPortField::kPortNumber, select_text};
   };
   const auto number = text::ReadLeadingWhole(port_number);
-  if (!number || *number < 1 || *number > 65536) {
+  if (!number || *number < kLowestPort || *number > kHighestPort) {
     return refuse("Please enter a Port Number from 1 to 65536.", false);
   }
   const std::string digits = std::to_string(*number);

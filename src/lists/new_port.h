@@ -10,9 +10,16 @@
 
 namespace quillan {
 
+inline constexpr std::int32_t kLowestPort = 1;
+inline constexpr std::int32_t kHighestPort = 65536;
+
+/// Where the rows of a port grid hold the number and its name.
+inline constexpr int kPortColumn = 1;
+inline constexpr int kPortDescriptionColumn = 2;
+
 /// A port to be added.
 struct NewPort {
-  std::int32_t number;  ///< 1..65536.
+  std::int32_t number;  ///< kLowestPort..kHighestPort.
   std::string description;
 };
 

@@ -8,9 +8,6 @@
 namespace quillan {
 namespace {
 
-constexpr int kPort = 1;
-constexpr int kDescription = 2;
-
 constexpr std::array<ListColumn, 3> kColumns = {{
     {"Monitored", "XXXXXXXXX", Alignment::kCenter, "Enabled"},
     {"Port  ", "XXXXXXX", Alignment::kCenter, "Port"},
@@ -21,7 +18,7 @@ constexpr ListDescription kPorts = {
     .columns = kColumns,
     .query = "Select * From ServicePorts Order By Port",
     .system_field = "System",
-    .editable_column = kDescription,
+    .editable_column = kPortDescriptionColumn,
     .last_update_setting = "LastServicePortUpdate",
 };
 
@@ -32,7 +29,7 @@ constexpr EditableListTexts kTexts = {
     .delete_name = "cmdDeletePort",
     .delete_question = "Delete the selected ports ?",
     .system_before = "Port (",
-    .system_name_column = kPort,
+    .system_name_column = kPortColumn,
     .system_after = ") is a system-defined port and cannot be deleted.",
     .system_uncheck = "You may still uncheck the 'Monitored' box for this port.",
     .system_ask_again =
@@ -50,35 +47,37 @@ void PortList::Add() {
   Grid& grid = Table();
   const int top_row = grid.TopRow();
   AddRow({std::to_string(port->number), port->description});
-  grid.Sort(kPort, SortDirection::kAscending);
+  grid.Sort(kPortColumn, SortDirection::kAscending);
   grid.SetTopRow(top_row);
   for (int row = 0; row < grid.Rows(); ++row) {
-    if (text::ReadLeadingNumber(grid.Text(row, kPort)) == port->number) {
-      grid.ShowCell(row, kPort);
+    if (text::ReadLeadingNumber(grid.Text(row, kPortColumn)) == port->number) {
+      grid.ShowCell(row, kPortColumn);
       break;
     }
   }
 }
 
+void PortList::OnImported() { Table().Sort(kPortColumn, SortDirection::kAscending); }
+
 void PortList::WriteChanged(int row) {
   const Grid& grid = Table();
   services().database.Execute(
-      "Update ServicePorts Set ServiceName=" + SqlText(grid.Text(row, kDescription)) +
+      "Update ServicePorts Set ServiceName=" + SqlText(grid.Text(row, kPortDescriptionColumn)) +
       ", Enabled=" + std::string(Enabled(row)) +
-      " Where Port=" + std::string(grid.Text(row, kPort)));
+      " Where Port=" + std::string(grid.Text(row, kPortColumn)));
 }
 
 void PortList::WriteNew(int row) {
   const Grid& grid = Table();
   services().database.Execute(
       "Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values (" +
-      std::string(grid.Text(row, kPort)) + "," + SqlText(grid.Text(row, kDescription)) + ",0," +
-      std::string(Enabled(row)) + ")");
+      std::string(grid.Text(row, kPortColumn)) + "," +
+      SqlText(grid.Text(row, kPortDescriptionColumn)) + ",0," + std::string(Enabled(row)) + ")");
 }
 
 void PortList::WriteDeleted(int row) {
   services().database.Execute("Delete From ServicePorts Where Port=" +
-                              std::string(Table().Text(row, kPort)));
+                              std::string(Table().Text(row, kPortColumn)));
 }
 
 }  // namespace quillan

@@ -16,8 +16,11 @@ class PortList final : public EditableList {
 
   PortList(const ListServices& services, AddNewPort add_new_port);
 
+  ImportPlan PlanImport(std::string_view bytes, ImportMode mode) override;
+
  protected:
   void Add() override;
+  void OnImported() override;
   void WriteChanged(int row) override;
   void WriteNew(int row) override;
   void WriteDeleted(int row) override;

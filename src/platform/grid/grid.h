@@ -35,6 +35,7 @@ struct GridRowData {
   std::int8_t state = 0;       ///< The list's row state.
   bool system = false;         ///< The system defined the row, not the user.
   bool has_range = true;       ///< The row's two addresses are a range.
+  bool deleted_first = false;  ///< A deletion that is written before the other rows.
   std::int32_t id = 0;         ///< The identifier of the stored row; 0: not known.
   std::uint32_t original = 0;  ///< 1 + the position of the row's loaded values; 0: not kept.
 };

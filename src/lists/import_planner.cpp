@@ -1,0 +1,144 @@
+#include "lists/import_planner.h"
+
+#include <map>
+
+#include "lists/list_description.h"
+
+namespace quillan {
+namespace {
+
+bool IsDeleted(const Grid& grid, int row) {
+  return grid.RowData(row).state == static_cast<int>(RowState::kDeleted);
+}
+
+// One line with what is known of it while the plan is made.
+struct Candidate {
+  ImportRecord record;
+  std::optional<ImportKey> key;
+};
+
+class Planner {
+ public:
+  Planner(const Grid& grid, ImportRules& rules) : grid_(grid), rules_(rules) {
+    for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
+      const auto key = rules.KeyOf(row);
+      if (!key) continue;
+      // Of several rows with one key the first that is to stay counts.
+      const auto [place, added] = rows_.try_emplace(*key, row);
+      if (!added && IsDeleted(grid, place->second)) place->second = row;
+    }
+  }
+
+  ImportPlan Plan(std::vector<ImportRecord> records, ImportMode mode) {
+    for (ImportRecord& record : records) {
+      ImportLine line;
+      line.line = record.line;
+      line.key = record.key;
+      line.end = record.end;
+      auto key = rules_.ReadKey(record, line);
+      if (!record.fault.empty()) line.reason = record.fault;
+      plan_.lines.push_back(std::move(line));
+      candidates_.push_back({std::move(record), key});
+    }
+    if (mode == ImportMode::kReplace) DeleteMissingRows();
+    if (!PrepareRules()) return std::move(plan_);
+    for (size_t i = 0; i < candidates_.size(); ++i) Judge(candidates_[i], plan_.lines[i]);
+    return std::move(plan_);
+  }
+
+ private:
+  int RowOf(const ImportKey& key) const {
+    const auto place = rows_.find(key);
+    return place == rows_.end() ? 0 : place->second;
+  }
+
+  // The row of a refused line stays: the file has it, if not in a form that can be used.
+  void DeleteMissingRows() {
+    std::vector<bool> named(static_cast<size_t>(grid_.Rows()));
+    for (const Candidate& candidate : candidates_) {
+      if (candidate.key) named[static_cast<size_t>(RowOf(*candidate.key))] = true;
+    }
+    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+      if (named[static_cast<size_t>(row)] || IsDeleted(grid_, row)) continue;
+      (grid_.RowData(row).system ? plan_.kept_rows : plan_.deleted_rows).push_back(row);
+    }
+  }
+
+  bool PrepareRules() {
+    std::vector<int> remaining;
+    auto deleted = plan_.deleted_rows.begin();
+    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+      if (deleted != plan_.deleted_rows.end() && *deleted == row) {
+        ++deleted;
+      } else if (!IsDeleted(grid_, row)) {
+        remaining.push_back(row);
+      }
+    }
+    std::vector<ImportKey> keys;
+    for (const Candidate& candidate : candidates_) {
+      if (!candidate.key) continue;
+      const int row = RowOf(*candidate.key);
+      if (row == 0 || IsDeleted(grid_, row)) keys.push_back(*candidate.key);
+    }
+    if (keys.empty()) return true;
+    const std::string error = rules_.Prepare(remaining, keys);
+    if (error.empty()) return true;
+    plan_ = {};
+    plan_.error = error;
+    return false;
+  }
+
+  void Judge(const Candidate& candidate, ImportLine& line) {
+    if (!candidate.key || !candidate.record.fault.empty()) return;
+    const auto seen = lines_.find(*candidate.key);
+    if (seen != lines_.end()) {
+      line.reason = "Line " + std::to_string(seen->second) + " has the same key.";
+      return;
+    }
+    line.row = RowOf(*candidate.key);
+    const bool stays = line.row != 0 && !IsDeleted(grid_, line.row);
+    if (!stays) {
+      const std::string refusal = rules_.AddNew(*candidate.key, line.line);
+      if (!refusal.empty()) {
+        line.reason = refusal;
+        return;
+      }
+    }
+    lines_[*candidate.key] = line.line;
+    if (line.row == 0) {
+      line.verdict = ImportVerdict::kNew;
+      line.name = candidate.record.name.value_or("");
+      line.enabled = candidate.record.enabled.value_or(true);
+      return;
+    }
+    const std::string_view name = grid_.Text(line.row, rules_.NameColumn());
+    const bool enabled = grid_.Check(line.row, 0) != CheckState::kUnchecked;
+    line.name = candidate.record.name.value_or(std::string(name));
+    line.enabled = candidate.record.enabled.value_or(enabled);
+    const bool same = stays && line.name == name && line.enabled == enabled;
+    line.verdict = same ? ImportVerdict::kUnchanged : ImportVerdict::kChanged;
+  }
+
+  const Grid& grid_;
+  ImportRules& rules_;
+  ImportPlan plan_;
+  std::vector<Candidate> candidates_;
+  std::map<ImportKey, int> rows_;   // Of the list.
+  std::map<ImportKey, int> lines_;  // Accepted so far.
+};
+
+}  // namespace
+
+ImportPlan PlanImport(std::string_view bytes, ImportMode mode, const Grid& grid,
+                      ImportRules& rules) {
+  std::string error;
+  auto records = ReadImport(bytes, rules.Columns(), error);
+  if (!error.empty()) {
+    ImportPlan plan;
+    plan.error = error;
+    return plan;
+  }
+  return Planner(grid, rules).Plan(std::move(records), mode);
+}
+
+}  // namespace quillan

@@ -1,0 +1,262 @@
+#include "lists/list_import.h"
+
+#include <random>
+
+#include "lists/group_edits.h"
+#include "lists/port_list.h"
+
+namespace quillan {
+namespace {
+
+using test::Dotted;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+// The verdicts as "line: +key-end name", with + for new, ~ for changed, = for unchanged, and ! for
+// refused, and "(off)" or "*" where a row is to be disabled or has a note.
+std::vector<std::string> Verdicts(const ImportPlan& plan) {
+  std::vector<std::string> lines;
+  for (const ImportLine& line : plan.lines) {
+    std::string text = std::to_string(line.line) + ": ";
+    if (line.verdict == ImportVerdict::kRefused) {
+      lines.push_back(text + "!" + line.reason);
+      continue;
+    }
+    text += line.verdict == ImportVerdict::kNew       ? "+"
+            : line.verdict == ImportVerdict::kChanged ? "~"
+                                                      : "=";
+    text += line.key + (line.end.empty() ? "" : "-" + line.end) + " " + line.name;
+    lines.push_back(text + (line.enabled ? "" : " (off)") + (line.reason.empty() ? "" : "*"));
+  }
+  return lines;
+}
+
+class PortImportTest : public test::ListTest {
+ protected:
+  PortImportTest() {
+    program_.suite.Run(
+        "Insert Into ServicePorts Values (80,'http',1,1), (443,'https',1,0), (8080,'proxy',0,1), "
+        "(9000,'gone',0,1)");
+    list_.Refresh();
+    Select(list_, {4});
+    Press(list_, "cmdDeletePort");
+    messages_.messages.clear();
+  }
+  ImportPlan Plan(std::string_view bytes, ImportMode mode = ImportMode::kMerge) {
+    return list_.PlanImport(bytes, mode);
+  }
+
+  PortList list_{Services(), [] { return std::optional<NewPort>(); }};
+};
+
+TEST_F(PortImportTest, EveryFormOfAFileIsUnderstood) {
+  const std::vector<std::string> rows = {"+81 a", "=443 https (off)", "~80 web (off)"};
+  const struct {
+    const char* what;
+    std::string file;
+    int first_line;
+  } files[] = {
+      {"without a header", "81,a\n443,https\n80,web,no", 1},
+      {"semicolons", "81;a;yes\r\n443;https;\r\n80;web;False\r\n", 1},
+      {"as a list shows it", "yes\t81\ta\nno\t443\thttps\nno\t80\tweb", 1},
+      {"another order of columns",
+       "Description,PORT,Comment,Enabled\na,81,,1\nhttps,443,x,\nweb,80,,0\n", 2},
+      {"the header of an export", "Monitored,Port,Description\nyes,81,a\nno,443,https\nno,80,web\n",
+       2},
+  };
+  for (const auto& [what, file, first_line] : files) {
+    std::vector<std::string> expected;
+    for (size_t i = 0; i < rows.size(); ++i) {
+      expected.push_back(std::to_string(first_line + static_cast<int>(i)) + ": " + rows[i]);
+    }
+    EXPECT_EQ(Verdicts(Plan(file)), expected) << what;
+  }
+  EXPECT_THAT(Verdicts(Plan("Port\n81\n443\n80\n")),
+              ElementsAre("2: +81 ", "3: =443 https (off)", "4: =80 http"));
+}
+
+TEST_F(PortImportTest, LinesAreRefusedOneByOneWithAReason) {
+  program_.suite.Run("Insert Into ServicePorts Values (7,'other',0,1)");
+  EXPECT_THAT(
+      Verdicts(Plan("81,a\n0,zero\n65536,top\n65537,x\n80abc,x\n,x\n81,again\n82,a,maybe\n"
+                    "83,a,yes,more\n7,stored\n9000,back\n1,first,1,\n8080,proxy\n8080,proxy\n")),
+      ElementsAre("1: +81 a", "2: !\"0\" is not a port number from 1 to 65536.", "3: +65536 top",
+                  "4: !\"65537\" is not a port number from 1 to 65536.",
+                  "5: !\"80abc\" is not a port number from 1 to 65536.",
+                  "6: !\"\" is not a port number from 1 to 65536.", "7: !Line 1 has the same key.",
+                  "8: !\"maybe\" is neither yes nor no.",
+                  "9: !The line has more fields than there are columns.",
+                  "10: !Port number 7 already exists as other. Reload the list.", "11: ~9000 back",
+                  "12: +1 first", "13: =8080 proxy", "14: !Line 13 has the same key."));
+  const ImportPlan broken = Plan("81,a\n82,\"b\n");
+  EXPECT_THAT(broken.error, HasSubstr("Line 2: "));
+  EXPECT_THAT(broken.lines, IsEmpty());
+  TakeDatabaseAway();
+  EXPECT_THAT(Plan("81,a").error, HasSubstr("suite.db"));
+  EXPECT_EQ(Plan("80,a").error, "");  // Nothing to ask.
+}
+
+TEST_F(PortImportTest, AcceptedLinesBecomePendingEditsAndNothingElseDoes) {
+  list_.ApplyImport(Plan("81,a\n0,zero\n443,https\n80,it's,no\n9000,\n22,ssh,no"));
+  EXPECT_THAT(Rows(list_), ElementsAre("-|22|ssh|2", "-|80|it's|1", "x|81|a|2", "-|443|https|0",
+                                       "x|8080|proxy|0", "x|9000||1"));
+  EXPECT_EQ(list_.Table().ForeColor(2, 2), CheckableList::kChangedColor);
+  EXPECT_THAT(Saved(list_),
+              ElementsAre("Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values "
+                          "(22,'ssh',0,0)",
+                          "Update ServicePorts Set ServiceName='it''s', Enabled=0 Where Port=80",
+                          "Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values "
+                          "(81,'a',0,1)",
+                          "Update ServicePorts Set ServiceName='', Enabled=1 Where Port=9000",
+                          HasSubstr("LastServicePortUpdate")));
+}
+
+TEST_F(PortImportTest, AReplacingFileDeletesWhatItLacksFirst) {
+  const ImportPlan plan = Plan("81,a\n80,http", ImportMode::kReplace);
+  EXPECT_THAT(plan.deleted_rows, ElementsAre(3));  // 8080; 9000 is to be deleted already.
+  EXPECT_THAT(plan.kept_rows, ElementsAre(2));     // 443, a port of the system.
+  list_.ApplyImport(plan);
+  const auto statements = Saved(list_);
+  EXPECT_THAT(
+      statements,
+      ElementsAre("Delete From ServicePorts Where Port=8080", HasSubstr("(81,'a',0,1)"),
+                  "Delete From ServicePorts Where Port=9000", HasSubstr("LastServicePortUpdate")));
+  list_.Refresh();
+  EXPECT_TRUE(Plan("81,a\n80,http", ImportMode::kReplace).ChangesNothing());
+  // A line that is refused does not delete the row that it names.
+  EXPECT_THAT(Plan("81,a,maybe", ImportMode::kReplace).deleted_rows, IsEmpty());
+}
+
+TEST_F(PortImportTest, TheWellKnownPortsAndEveryExportCanBeImported) {
+  program_.suite.Run("Delete From ServicePorts");
+  list_.Refresh();
+  const std::string file = DiskFiles().ReadTextFile(std::filesystem::path(QUILLAN_SOURCE_DIR) /
+                                                    "data/well_known_ports.csv");
+  list_.ApplyImport(Plan(file));
+  Edit(list_, 1, 2, "a \"quoted\", name;\twith é\r\n");
+  list_.OnClick(2, 0);
+  list_.Sync();
+  list_.Refresh();
+  EXPECT_EQ(list_.Table().Rows(), 1 + 261);
+  const std::string exported = ExportList(list_.Table(), ';');
+  EXPECT_THAT(exported, testing::StartsWith("Monitored;Port;Description\r\nyes;1;\"a \"\"quoted"));
+  const ImportPlan again = Plan(exported, ImportMode::kReplace);
+  EXPECT_EQ(again.Count(ImportVerdict::kUnchanged), 261);
+  EXPECT_TRUE(again.ChangesNothing());
+}
+
+class GroupImportTest : public test::GroupEditsTest {
+ protected:
+  ImportPlan Plan(std::string_view bytes, ImportMode mode = ImportMode::kMerge) {
+    return list_.PlanImport(bytes, mode);
+  }
+};
+
+TEST_F(GroupImportTest, RangesComeInEveryFormAndMayNotNest) {
+  Store({{1, 0, 255, true}, {2, 512, 767, false}, {3, 1024, 1279, true}});
+  Delete(1024);
+  program_.suite.Run("Insert Into IPAddressGroups Values (9,20000000000,20000000255,'other',0,1)");
+  EXPECT_THAT(
+      Verdicts(Plan("10.0.0.0,10.0.0.255,name\n"
+                    "10.0.2.0/24,renamed\n"
+                    "10.0.0.128 - 10.0.1.127,overlaps,no\n"
+                    "10.0.0.0/25,inside\n"
+                    "10.0.4.0/22,around the deleted one\n"
+                    "10.0.4.0/24,name\n"
+                    "10.0.6.0,10.0.8.0,past line 5\n"
+                    "20.0.0.7,host\n"
+                    "30.1.2.3/16,host bits\n"
+                    "10.0.0.0,10.0.0.999,x\n"
+                    "x,y\n")),
+      ElementsAre("1: =10.0.0.0-10.0.0.255 name", "2: ~10.0.2.0-10.0.2.255 renamed (off)",
+                  "3: +10.0.0.128-10.0.1.127 overlaps (off)",
+                  "4: !The range is nested with the group name (10.0.0.0-10.0.0.255).",
+                  "5: +10.0.4.0-10.0.7.255 around the deleted one",
+                  "6: !The range is nested with line 5.", "7: +10.0.6.0-10.0.8.0 past line 5",
+                  "8: !The range is nested with the group other (20.0.0.0-20.0.0.255), which the "
+                  "database holds and the list does not show.",
+                  "9: +30.1.0.0-30.1.255.255 host bits*",
+                  "10: !\"10.0.0.999\" is not a valid IP address.",
+                  "11: !\"x\" is neither an IP address nor a range of addresses."));
+  EXPECT_THAT(Verdicts(Plan("Name;Start;End\na;10.0.2.0;10.0.2.255\nb;10.0.9.0/24;\n")),
+              ElementsAre("2: ~10.0.2.0-10.0.2.255 a (off)", "3: +10.0.9.0-10.0.9.255 b"));
+}
+
+TEST_F(GroupImportTest, AReplacementIsCheckedAgainstWhatStaysAndWritesItsDeletionsFirst) {
+  Store({{1, 0, 255, true}, {2, 512, 767, true}});
+  program_.suite.Run(
+      "Insert Into IPAddressGroups Values (3,10000008000,10000008255,'system',1,1); "
+      "Insert Into FlowCorrelation Values ('10.0.0.7',10000000007,NULL,1)");
+  list_.Refresh();
+  const ImportPlan plan =
+      Plan("10.0.0.0/23,wider\n10.0.2.0/24,name\n10.0.8.0/25,in system\n", ImportMode::kReplace);
+  EXPECT_THAT(Verdicts(plan),
+              ElementsAre("1: +10.0.0.0-10.0.1.255 wider", "2: =10.0.2.0-10.0.2.255 name",
+                          "3: !The range is nested with the group system "
+                          "(10.0.8.0-10.0.8.255)."));
+  list_.ApplyImport(plan);
+  list_.OnSortRequest(1);  // The new row now stands above the deleted one.
+  list_.OnSortRequest(1);
+  SaveAndLoad();
+  EXPECT_THAT(program_.suite.Rows("Select IPRangeEnd, IPAddressGroupName From IPAddressGroups"),
+              UnorderedElementsAre("10000001255|wider", "10000002255|name", "10000008255|system"));
+  EXPECT_THAT(program_.suite.Rows("Select IPAddressGroupName From FlowCorrelation c Join "
+                                  "IPAddressGroups g On g.IPAddressGroupID=c.IPAddressGroupID"),
+              ElementsAre("wider"));
+  size_t deleted = script_.statements.size();
+  size_t inserted = deleted;
+  for (size_t i = 0; i < script_.statements.size(); ++i) {
+    if (script_.statements[i].starts_with("Delete")) deleted = i;
+    if (script_.statements[i].starts_with("Insert")) inserted = i;
+  }
+  EXPECT_LT(deleted, inserted);
+}
+
+// Compares the verdicts with those of trying each pair of ranges.
+TEST_F(GroupImportTest, NestingIsFoundAsByComparingEveryPair) {
+  std::mt19937 random(7);
+  const auto number = [&](int below) {
+    return static_cast<int>(random() % static_cast<unsigned>(below));
+  };
+  for (int round = 0; round < 20; ++round) {
+    program_.suite.Run("Delete From IPAddressGroups");
+    std::vector<std::pair<int, int>> held;
+    std::vector<test::Group> stored;
+    for (int i = 0; i < 10; ++i) {
+      const int start = number(200);
+      held.emplace_back(start, start + number(60));
+      stored.push_back({i + 1, held.back().first, held.back().second, true});
+    }
+    Store(stored);
+    std::string file;
+    std::vector<ImportVerdict> expected;
+    for (int i = 0; i < 40; ++i) {
+      const int start = number(250);
+      const int end = start + number(60);
+      file += Dotted(start) + "," + Dotted(end) + ",name\n";
+      const bool nests = std::any_of(held.begin(), held.end(), [&](const auto& range) {
+        return (start >= range.first && end <= range.second) ||
+               (range.first >= start && range.second <= end);
+      });
+      const bool same = std::any_of(stored.begin(), stored.end(), [&](const auto& group) {
+        return group.start == start && group.end == end;
+      });
+      expected.push_back(same    ? ImportVerdict::kUnchanged
+                         : nests ? ImportVerdict::kRefused
+                                 : ImportVerdict::kNew);
+      if (!nests) held.emplace_back(start, end);
+    }
+    const ImportPlan plan = Plan(file);
+    ASSERT_EQ(plan.lines.size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i) {
+      // A second line of a stored range is refused for its key.
+      if (plan.lines[i].reason.find("same key") != std::string::npos) continue;
+      EXPECT_EQ(plan.lines[i].verdict, expected[i]) << round << ": " << file;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillan
