@@ -2,10 +2,10 @@
 
 #include <QPushButton>
 
+#include "dialog/lengths.h"
 #include "dialog/page_parts.h"
 #include "platform/program.h"
 #include "platform/qt/qt_text.h"
-#include "platform/qt/twips.h"
 #include "platform/text/date_time.h"
 
 namespace quillan {
@@ -47,9 +47,10 @@ QString Indexed(const char* name, int level) {
 
 }  // namespace
 
-CollapsePage::CollapsePage(const Settings& settings, MessageBox& messages, QWidget* parent)
-    : QWidget(parent), settings_(settings), messages_(messages) {
-  setObjectName(QStringLiteral("SSActiveTabPanel3"));
+CollapsePage::CollapsePage(Settings& settings, MessageBox& messages, QWidget* parent)
+    : SettingsPage("SSActiveTabPanel3", tr("Data Collapsing"), parent),
+      settings_(settings),
+      messages_(messages) {
   QFrame* frame = NewPageFrame(this);
   auto* layout = new QVBoxLayout(frame);
   layout->addWidget(NewParagraph(
@@ -131,22 +132,25 @@ void CollapsePage::RestoreDefaults() {
   }
 }
 
-void CollapsePage::Load(const Settings& settings) {
+void CollapsePage::LoadOptions() {
   for (int level = 1; level <= kLevels; ++level) {
     const LevelControls& controls = Level(level);
-    controls.enable->setChecked(settings.CollapseEnable(level));
-    SetScrollValue(*controls.trigger, settings.CollapseTrigger(level));
+    controls.enable->setChecked(settings_.CollapseEnable(level));
+    SetScrollValue(*controls.trigger, settings_.CollapseTrigger(level));
     controls.frame->setEnabled(controls.enable->isChecked());
   }
 }
 
-void CollapsePage::Save(Settings& settings) const {
+SaveResult CollapsePage::SaveOptions() {
+  if (!ConfirmSave()) return SaveResult::kCancelled;
   for (int level = 1; level <= kLevels; ++level) {
-    settings.SetCollapseEnable(level, Level(level).enable->isChecked());
-    settings.SetCollapseTrigger(level, Level(level).trigger->value());
+    settings_.SetCollapseEnable(level, Level(level).enable->isChecked());
+    settings_.SetCollapseTrigger(level, Level(level).trigger->value());
   }
+  return SaveResult::kDone;
 }
 
+// Asks about the first level that is switched off; false when the user cancels the save.
 bool CollapsePage::ConfirmSave() {
   int level = 2;
   if (Level(level).enable->isChecked()) level = 3;

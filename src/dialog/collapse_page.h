@@ -7,8 +7,8 @@
 #include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
-#include <QWidget>
 
+#include "dialog/settings_page.h"
 #include "platform/message_box.h"
 #include "settings/settings.h"
 
@@ -16,22 +16,17 @@ namespace quillan {
 
 /// How older statistics are grouped into coarser intervals, in three levels of which the first
 /// cannot be switched off.
-class CollapsePage final : public QWidget {
+class CollapsePage final : public SettingsPage {
   Q_OBJECT
 
  public:
-  /// `settings` tell the interval lengths that the texts name.
-  CollapsePage(const Settings& settings, MessageBox& messages, QWidget* parent);
+  CollapsePage(Settings& settings, MessageBox& messages, QWidget* parent);
 
-  /// Shows what `settings` hold, and puts what is shown into them.
-  void Load(const Settings& settings);
-  void Save(Settings& settings) const;
-
-  /// Asks once about the first level that is switched off: false when the user cancels the save.
-  bool ConfirmSave();
-
-  /// What the page gives the focus to.
-  QWidget* FirstControl() const { return Level(1).enable; }
+  bool Reachable() const override { return false; }
+  QWidget* FirstControl() const override { return Level(1).enable; }
+  void LoadOptions() override;
+  /// Asks first about a level that is switched off, whereby the user may cancel the save.
+  SaveResult SaveOptions() override;
 
  private:
   struct LevelControls {
@@ -47,8 +42,9 @@ class CollapsePage final : public QWidget {
   void ShowText(int level, int trigger);
   void OnEnableToggled(int level, bool checked);
   void RestoreDefaults();
+  bool ConfirmSave();
 
-  const Settings& settings_;
+  Settings& settings_;
   MessageBox& messages_;
   std::array<LevelControls, kLevels> levels_{};
 };

@@ -3,33 +3,36 @@
 #include <limits>
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
+
+#include "dialog/failures.h"
 
 namespace quillan {
 namespace {
 
 constexpr int kBoxWidth = 260;
 
-QPushButton* NewButton(const QString& name, const QString& caption, QDialog& dialog) {
-  auto* button = new QPushButton(caption, &dialog);
-  button->setObjectName(name);
+QPushButton* NewButton(const char* name, const QString& caption, QWidget* parent) {
+  auto* button = new QPushButton(caption, parent);
+  button->setObjectName(QLatin1String(name));
   button->setAutoDefault(false);
   return button;
 }
 
 }  // namespace
 
-EntryForm::EntryForm(QDialog& dialog, const QString& caption, std::function<void()> on_ok)
-    : dialog_(dialog), on_ok_(std::move(on_ok)), layout_(new QFormLayout(&dialog)) {
-  dialog_.setWindowTitle(caption);
-  dialog_.setModal(true);
+EntryForm::EntryForm(const char* name, const QString& caption, MessageBox& messages,
+                     QWidget* parent)
+    : QDialog(parent), messages_(messages), layout_(new QFormLayout(this)) {
+  setObjectName(QLatin1String(name));
+  setWindowTitle(caption);
+  setModal(true);
   layout_->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-QLineEdit* EntryForm::AddBox(const QString& name, const QString& label) {
-  auto* box = new QLineEdit(&dialog_);
-  box->setObjectName(name);
+QLineEdit* EntryForm::AddBox(const char* name, const QString& label) {
+  auto* box = new QLineEdit(this);
+  box->setObjectName(QLatin1String(name));
   box->setAccessibleName(label);
   box->setMinimumWidth(kBoxWidth);
   box->setMaxLength(std::numeric_limits<int>::max());
@@ -39,23 +42,29 @@ QLineEdit* EntryForm::AddBox(const QString& name, const QString& label) {
 }
 
 void EntryForm::AddButtons() {
-  for (size_t i = 0; i < boxes_.size(); ++i) {
-    if (i + 1 < boxes_.size()) {
-      QObject::connect(boxes_[i], &QLineEdit::returnPressed, boxes_[i + 1],
-                       qOverload<>(&QWidget::setFocus));
-    } else {
-      QObject::connect(boxes_[i], &QLineEdit::returnPressed, &dialog_, on_ok_);
-    }
+  for (size_t i = 0; i + 1 < boxes_.size(); ++i) {
+    connect(boxes_[i], &QLineEdit::returnPressed, boxes_[i + 1], qOverload<>(&QWidget::setFocus));
   }
+  connect(boxes_.back(), &QLineEdit::returnPressed, this, &EntryForm::OnOk);
   auto* row = new QHBoxLayout();
   row->addStretch();
-  QPushButton* ok = NewButton(QStringLiteral("cmdOK"), QObject::tr("OK"), dialog_);
-  QPushButton* cancel = NewButton(QStringLiteral("cmdCancel"), QObject::tr("Cancel"), dialog_);
+  QPushButton* ok = NewButton("cmdOK", tr("OK"), this);
+  QPushButton* cancel = NewButton("cmdCancel", tr("Cancel"), this);
   row->addWidget(ok);
   row->addWidget(cancel);
   layout_->addRow(row);
-  QObject::connect(ok, &QPushButton::clicked, &dialog_, on_ok_);
-  QObject::connect(cancel, &QPushButton::clicked, &dialog_, &QDialog::reject);
+  connect(ok, &QPushButton::clicked, this, &EntryForm::OnOk);
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void EntryForm::OnOk() {
+  RunGuarded(messages_, [this] {
+    if (const auto refusal = Refuse()) {
+      ShowRefusal(messages_, *this, *refusal);
+    } else {
+      accept();
+    }
+  });
 }
 
 }  // namespace quillan

@@ -1,29 +1,37 @@
 #pragma once
 
-#include <functional>
+#include <optional>
 #include <vector>
 
 #include <QDialog>
 #include <QFormLayout>
 #include <QLineEdit>
 
+#include "lists/refusal.h"
+#include "platform/message_box.h"
+
 namespace quillan {
 
-/// The common shape of the small dialogs that ask for a new entry: text boxes with their labels, OK
-/// and Cancel. Enter moves from box to box and presses OK in the last one; Esc cancels.
-class EntryForm {
- public:
-  /// Lays out `dialog`; `on_ok` is called for OK and keeps the dialog open unless it accepts it.
-  EntryForm(QDialog& dialog, const QString& caption, std::function<void()> on_ok);
+/// A small modal dialog that asks for a new entry: text boxes with their labels, OK and Cancel.
+/// Enter moves from box to box and presses OK in the last one; Esc cancels.
+class EntryForm : public QDialog {
+  Q_OBJECT
+
+ protected:
+  EntryForm(const char* name, const QString& caption, MessageBox& messages, QWidget* parent);
 
   /// Adds a text box below the others.
-  QLineEdit* AddBox(const QString& name, const QString& label);
+  QLineEdit* AddBox(const char* name, const QString& label);
   /// Adds the buttons; to be called after the last box.
   void AddButtons();
 
+  /// Why OK may not accept the entry; called for each press of OK.
+  virtual std::optional<Refusal> Refuse() = 0;
+
  private:
-  QDialog& dialog_;
-  std::function<void()> on_ok_;
+  void OnOk();
+
+  MessageBox& messages_;
   QFormLayout* layout_;
   std::vector<QLineEdit*> boxes_;
 };

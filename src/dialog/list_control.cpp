@@ -1,11 +1,11 @@
 #include "dialog/list_control.h"
 
-#include <algorithm>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
 
-#include "dialog/guarded.h"
-#include "lists/list_layout.h"
+#include "dialog/failures.h"
+#include "dialog/lengths.h"
 #include "platform/qt/qt_text.h"
-#include "platform/qt/twips.h"
 
 namespace quillan {
 namespace {
@@ -22,19 +22,39 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   setAccessibleName(title);
   table_->setAccessibleName(title);
   setFocusProxy(table_);
-  for (const ListCommand& command : list_.Commands()) AddButton(command);
+
+  const int margin = ToPixels(kMargin);
+  auto* layout = new QHBoxLayout(this);
+  // The page's margin follows on the right; the two are rounded together.
+  layout->setContentsMargins(0, 0, ToPixels(2 * kMargin) - margin, 0);
+  layout->setSpacing(margin);
+  layout->addWidget(table_);
+  auto* top = new QVBoxLayout();
+  auto* bottom = new QVBoxLayout();
+  for (const ListCommand& command : list_.Commands()) {
+    (command.place == CommandPlace::kTop ? top : bottom)->addWidget(AddButton(command));
+  }
+  auto* column = new QVBoxLayout();
+  for (auto* part : {top, bottom, column}) part->setSpacing(margin);
+  column->addLayout(top);
+  column->addStretch();
+  column->addLayout(bottom);
+  layout->addLayout(column);
+
   list_.OnRowCommands([this] { EnableRowCommands(); });
   EnableRowCommands();
 }
 
 ListControl::~ListControl() { list_.OnRowCommands({}); }
 
-void ListControl::AddButton(const ListCommand& command) {
+QPushButton* ListControl::AddButton(const ListCommand& command) {
   auto* button = new QPushButton(ToQString(command.caption), this);
   button->setObjectName(ToQString(command.name));
   button->setAutoDefault(false);
+  button->setFixedSize(ToPixels(kButtonWidth), ToPixels(kButtonHeight));
   connect(button, &QPushButton::clicked, this, [this, run = command.run] { Run(run); });
-  buttons_.push_back({button, command.place, command.enabled});
+  if (command.enabled == CommandEnabled::kOnDataRow) row_buttons_.push_back(button);
+  return button;
 }
 
 void ListControl::Run(const std::function<void()>& command) {
@@ -44,38 +64,19 @@ void ListControl::Run(const std::function<void()>& command) {
   });
 }
 
-void ListControl::Sync() {
-  CommitEdit();
-  list_.Sync();
-}
-
 void ListControl::EnableRowCommands() {
-  const bool on_row = list_.RowCommandsEnabled();
-  for (const Button& button : buttons_) {
-    const bool enable = on_row || button.enabled == CommandEnabled::kAlways;
-    // A button that goes dead hands the focus to its list; Qt would pass it on to the dialog's OK.
-    if (!enable && window()->focusWidget() == button.widget) {
-      table_->setFocus(Qt::MouseFocusReason);
-    }
-    button.widget->setEnabled(enable);
+  const bool enable = list_.RowCommandsEnabled();
+  for (QPushButton* button : row_buttons_) {
+    // A button that is disabled gives the focus to its list; Qt would pass it on to the next
+    // button.
+    if (!enable && window()->focusWidget() == button) table_->setFocus(Qt::MouseFocusReason);
+    button->setEnabled(enable);
   }
 }
 
-int ListControl::PreferredWidth() const {
-  return table_->ColumnsWidth() + ToPixels(kButtonWidth + 2 * kLayoutMargin);
-}
-
-void ListControl::resizeEvent(QResizeEvent* /*event*/) {
-  const auto top =
-      static_cast<int>(std::count_if(buttons_.begin(), buttons_.end(), [](const Button& button) {
-        return button.place == CommandPlace::kTop;
-      }));
-  const ListLayout layout(ToTwips(width()), ToTwips(height()), kButtonWidth, kButtonHeight, top,
-                          static_cast<int>(buttons_.size()) - top);
-  table_->setGeometry(ToPixels(layout.grid));
-  for (size_t i = 0; i < buttons_.size(); ++i) {
-    buttons_[i].widget->setGeometry(ToPixels(layout.buttons[i]));
-  }
+QSize ListControl::sizeHint() const {
+  return {table_->ColumnsWidth() + ToPixels(kButtonWidth + 2 * kMargin),
+          minimumSizeHint().height()};
 }
 
 }  // namespace quillan

@@ -11,7 +11,7 @@
 
 namespace quillan {
 
-/// A list on a page of the dialog: its grid with its buttons in a column beside it.
+/// A list's grid with its buttons in a column beside it.
 class ListControl final : public QWidget {
   Q_OBJECT
 
@@ -21,34 +21,20 @@ class ListControl final : public QWidget {
               QWidget* parent);
   ~ListControl() override;
 
-  /// Reloads the rows from the database.
-  void Refresh() { list_.Refresh(); }
-  /// Writes the user's changes, that of an open cell editor included, to the database. May throw
-  /// `ado::Error`.
-  void Sync();
   /// Finishes the edit of a cell, if one is open.
   void CommitEdit() { table_->CommitEdit(); }
-  /// The width at which every column is shown as it is laid out, in pixels.
-  int PreferredWidth() const;
-
- protected:
-  void resizeEvent(QResizeEvent* event) override;
+  /// Wide enough to show every column as it is laid out.
+  QSize sizeHint() const override;
 
  private:
-  void AddButton(const ListCommand& command);
+  QPushButton* AddButton(const ListCommand& command);
   void Run(const std::function<void()>& command);
   void EnableRowCommands();
-
-  struct Button {
-    QPushButton* widget;
-    CommandPlace place;
-    CommandEnabled enabled;
-  };
 
   CheckableList& list_;
   MessageBox& messages_;
   GridView* table_;
-  std::vector<Button> buttons_;
+  std::vector<QPushButton*> row_buttons_;  // Those that need a data row.
 };
 
 }  // namespace quillan

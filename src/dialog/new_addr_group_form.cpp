@@ -1,8 +1,5 @@
 #include "dialog/new_addr_group_form.h"
 
-#include "dialog/entry_form.h"
-#include "dialog/guarded.h"
-#include "platform/program.h"
 #include "platform/qt/qt_text.h"
 
 namespace quillan {
@@ -19,27 +16,17 @@ std::optional<NewGroup> NewAddrGroupForm::AddNewAddressGroup(const Grid* grid,
 
 NewAddrGroupForm::NewAddrGroupForm(const Grid* grid, FlowDatabase& database, MessageBox& messages,
                                    QWidget* parent)
-    : QDialog(parent), grid_(grid), database_(database), messages_(messages) {
-  setObjectName(QStringLiteral("NewAddrGroupForm"));
-  EntryForm form(*this, tr("Add New IP Address Group"),
-                 [this] { RunGuarded(messages_, [this] { OnOk(); }); });
-  start_ = form.AddBox(QStringLiteral("StartIPAddress"), tr("Start of IP Address range"));
-  end_ = form.AddBox(QStringLiteral("EndIPAddress"), tr("End of IP Address range"));
-  description_ = form.AddBox(QStringLiteral("Description"), tr("Description"));
-  form.AddButtons();
+    : EntryForm("NewAddrGroupForm", tr("Add New IP Address Group"), messages, parent),
+      grid_(grid),
+      database_(database),
+      start_(AddBox("StartIPAddress", tr("Start of IP Address range"))),
+      end_(AddBox("EndIPAddress", tr("End of IP Address range"))),
+      description_(AddBox("Description", tr("Description"))) {
+  AddButtons();
 }
 
-void NewAddrGroupForm::OnOk() {
-  const auto refusal =
-      RefuseNewGroup(ToUtf8(start_->text()), ToUtf8(end_->text()), grid_, database_);
-  if (!refusal) {
-    accept();
-    return;
-  }
-  messages_.Show(refusal->message, kDisplayName, MessageButtons::kOk, MessageIcon::kExclamation);
-  QLineEdit* field = refusal->field == NewGroupField::kStart ? start_ : end_;
-  field->setFocus();
-  if (refusal->select_text) field->selectAll();
+std::optional<Refusal> NewAddrGroupForm::Refuse() {
+  return RefuseNewGroup(ToUtf8(start_->text()), ToUtf8(end_->text()), grid_, database_);
 }
 
 }  // namespace quillan

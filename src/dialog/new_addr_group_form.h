@@ -1,18 +1,13 @@
 #pragma once
 
-#include <optional>
-
-#include <QDialog>
-#include <QLineEdit>
-
+#include "dialog/entry_form.h"
 #include "lists/new_group.h"
-#include "platform/message_box.h"
 
 namespace quillan {
 
-/// Asks for a new address group, and refuses addresses that are none and ranges that would nest
-/// with another group.
-class NewAddrGroupForm final : public QDialog {
+/// Asks for a new address group, and refuses invalid addresses and ranges that would nest with
+/// another group.
+class NewAddrGroupForm final : public EntryForm {
   Q_OBJECT
 
  public:
@@ -23,11 +18,10 @@ class NewAddrGroupForm final : public QDialog {
 
  private:
   NewAddrGroupForm(const Grid* grid, FlowDatabase& database, MessageBox& messages, QWidget* parent);
-  void OnOk();
+  std::optional<Refusal> Refuse() override;
 
   const Grid* grid_;
   FlowDatabase& database_;
-  MessageBox& messages_;
   QLineEdit* start_;
   QLineEdit* end_;
   QLineEdit* description_;

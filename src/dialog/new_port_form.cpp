@@ -1,8 +1,5 @@
 #include "dialog/new_port_form.h"
 
-#include "dialog/entry_form.h"
-#include "dialog/guarded.h"
-#include "platform/program.h"
 #include "platform/qt/qt_text.h"
 
 namespace quillan {
@@ -15,26 +12,19 @@ std::optional<NewPort> NewPortForm::AddNewPort(FlowDatabase& database, MessageBo
 }
 
 NewPortForm::NewPortForm(FlowDatabase& database, MessageBox& messages, QWidget* parent)
-    : QDialog(parent), database_(database), messages_(messages) {
-  setObjectName(QStringLiteral("NewPortForm"));
-  EntryForm form(*this, tr("Add New Port"), [this] { RunGuarded(messages_, [this] { OnOk(); }); });
-  port_number_ = form.AddBox(QStringLiteral("PortNumber"), tr("Port"));
-  description_ = form.AddBox(QStringLiteral("Description"), tr("Description"));
-  form.AddButtons();
+    : EntryForm("NewPortForm", tr("Add New Port"), messages, parent),
+      database_(database),
+      port_number_(AddBox("PortNumber", tr("Port"))),
+      description_(AddBox("Description", tr("Description"))) {
+  AddButtons();
 }
 
-void NewPortForm::OnOk() {
-  const auto result =
+std::optional<Refusal> NewPortForm::Refuse() {
+  auto result =
       ValidateNewPort(ToUtf8(port_number_->text()), ToUtf8(description_->text()), database_);
-  if (const auto* refusal = std::get_if<Refusal<NewPortField>>(&result)) {
-    messages_.Show(refusal->message, kDisplayName, MessageButtons::kOk, MessageIcon::kExclamation);
-    QLineEdit* field = refusal->field == NewPortField::kPortNumber ? port_number_ : description_;
-    field->setFocus();
-    if (refusal->select_text) field->selectAll();
-    return;
-  }
+  if (auto* refusal = std::get_if<Refusal>(&result)) return *refusal;
   accepted_ = std::get<NewPort>(result);
-  accept();
+  return std::nullopt;
 }
 
 }  // namespace quillan

@@ -1,17 +1,12 @@
 #pragma once
 
-#include <optional>
-
-#include <QDialog>
-#include <QLineEdit>
-
+#include "dialog/entry_form.h"
 #include "lists/new_port.h"
-#include "platform/message_box.h"
 
 namespace quillan {
 
 /// Asks for a new port and its description, and refuses a number that cannot be added.
-class NewPortForm final : public QDialog {
+class NewPortForm final : public EntryForm {
   Q_OBJECT
 
  public:
@@ -21,10 +16,9 @@ class NewPortForm final : public QDialog {
 
  private:
   NewPortForm(FlowDatabase& database, MessageBox& messages, QWidget* parent);
-  void OnOk();
+  std::optional<Refusal> Refuse() override;
 
   FlowDatabase& database_;
-  MessageBox& messages_;
   QLineEdit* port_number_;
   QLineEdit* description_;
   std::optional<NewPort> accepted_;

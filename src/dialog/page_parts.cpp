@@ -2,7 +2,7 @@
 
 #include <QVBoxLayout>
 
-#include "platform/qt/twips.h"
+#include "dialog/lengths.h"
 
 namespace quillan {
 
@@ -10,7 +10,7 @@ QFrame* NewPageFrame(QWidget* page) {
   auto* frame = new QFrame(page);
   frame->setFrameShape(QFrame::StyledPanel);
   auto* layout = new QVBoxLayout(page);
-  const int margin = ToPixels(kLayoutMargin);
+  const int margin = ToPixels(kMargin);
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->addWidget(frame);
   return frame;

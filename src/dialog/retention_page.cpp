@@ -7,9 +7,10 @@
 
 namespace quillan {
 
-RetentionPage::RetentionPage(const text::UserLocale& locale, QWidget* parent)
-    : QWidget(parent), locale_(locale) {
-  setObjectName(QStringLiteral("AlertsPanel"));
+RetentionPage::RetentionPage(Settings& settings, const text::UserLocale& locale, QWidget* parent)
+    : SettingsPage("AlertsPanel", tr("Data Retention"), parent),
+      settings_(settings),
+      locale_(locale) {
   QFrame* frame = NewPageFrame(this);
   auto* layout = new QVBoxLayout(frame);
   layout->addWidget(NewHeading(tr("NetFlow Statistics Retention"), frame));
@@ -28,11 +29,12 @@ RetentionPage::RetentionPage(const text::UserLocale& locale, QWidget* parent)
   connect(days_, &QScrollBar::valueChanged, this, &RetentionPage::ShowTexts);
 }
 
-void RetentionPage::Load(const Settings& settings) {
-  SetScrollValue(*days_, settings.RetainDays());
-}
+void RetentionPage::LoadOptions() { SetScrollValue(*days_, settings_.RetainDays()); }
 
-void RetentionPage::Save(Settings& settings) const { settings.SetRetainDays(days_->value()); }
+SaveResult RetentionPage::SaveOptions() {
+  settings_.SetRetainDays(days_->value());
+  return SaveResult::kDone;
+}
 
 void RetentionPage::ShowTexts(int days) {
   const QString number = ToQString(locale_.GroupedNumber(days));

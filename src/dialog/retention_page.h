@@ -2,30 +2,29 @@
 
 #include <QLabel>
 #include <QScrollBar>
-#include <QWidget>
 
+#include "dialog/settings_page.h"
 #include "platform/text/user_locale.h"
 #include "settings/settings.h"
 
 namespace quillan {
 
 /// How long flow statistics are retained, in days.
-class RetentionPage final : public QWidget {
+class RetentionPage final : public SettingsPage {
   Q_OBJECT
 
  public:
-  RetentionPage(const text::UserLocale& locale, QWidget* parent);
+  RetentionPage(Settings& settings, const text::UserLocale& locale, QWidget* parent);
 
-  /// Shows what `settings` hold, and puts what is shown into them.
-  void Load(const Settings& settings);
-  void Save(Settings& settings) const;
-
-  /// What the page gives the focus to.
-  QWidget* FirstControl() const { return days_; }
+  bool Reachable() const override { return false; }
+  QWidget* FirstControl() const override { return days_; }
+  void LoadOptions() override;
+  SaveResult SaveOptions() override;
 
  private:
   void ShowTexts(int days);
 
+  Settings& settings_;
   const text::UserLocale& locale_;
   QScrollBar* days_;
   QLabel* retain_data_;

@@ -1,29 +1,34 @@
 #pragma once
 
+#include <QLabel>
 #include <QLineEdit>
-#include <QWidget>
 
+#include "dialog/settings_page.h"
+#include "platform/message_box.h"
 #include "settings/settings.h"
 
 namespace quillan {
 
 /// The UDP port on which this computer's NetFlow receiver listens.
-class ServicePage final : public QWidget {
+class ServicePage final : public SettingsPage {
   Q_OBJECT
 
  public:
-  explicit ServicePage(QWidget* parent);
+  ServicePage(Settings& settings, MessageBox& messages, QWidget* parent);
 
-  /// Shows the port that `settings` hold.
-  void Load(const Settings& settings);
-  /// Puts the number that the text begins with into `settings`. Throws std::out_of_range with a
-  /// text for the user when it does not fit 32 bits.
-  void Save(Settings& settings) const;
-
-  QLineEdit* ListenPort() const { return listen_port_; }
+  bool OpensFirst() const override { return true; }
+  QWidget* FirstControl() const override { return listen_port_; }
+  void LoadOptions() override;
+  /// Takes the number that the text begins with; refuses one that does not fit 32 bits.
+  SaveResult SaveOptions() override;
 
  private:
+  void ShowNote();
+
+  Settings& settings_;
+  MessageBox& messages_;
   QLineEdit* listen_port_;
+  QLabel* note_;
 };
 
 }  // namespace quillan

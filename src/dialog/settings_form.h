@@ -1,22 +1,19 @@
 #pragma once
 
-#include <array>
 #include <filesystem>
 #include <functional>
+#include <vector>
 
 #include <QDialog>
-#include <QPushButton>
 #include <QTabWidget>
 
-#include "dialog/collapse_page.h"
-#include "dialog/list_control.h"
-#include "dialog/retention_page.h"
-#include "dialog/service_page.h"
-#include "lists/address_group_list.h"
-#include "lists/interfaces_list.h"
-#include "lists/port_list.h"
+#include "dialog/settings_page.h"
+#include "lists/list_host.h"
+#include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
+#include "platform/message_box.h"
+#include "settings/settings.h"
 
 namespace quillan {
 
@@ -33,8 +30,8 @@ struct SettingsFormServices {
   std::function<void()> end_program;  ///< Called when closing the dialog ends the program.
 };
 
-/// The program's main window: six pages over the settings and the database's lists. It owns no
-/// data; OK and Apply write everything back in one fixed order.
+/// The program's main window: pages over the settings and the database's lists. OK and Apply write
+/// everything back, page by page in one fixed order.
 class SettingsForm final : public QDialog, private ListHost {
   Q_OBJECT
 
@@ -42,48 +39,33 @@ class SettingsForm final : public QDialog, private ListHost {
   explicit SettingsForm(const SettingsFormServices& services);
   ~SettingsForm() override;
 
-  /// Loads every control from the settings and reloads the lists; a step that fails is skipped.
+  /// Loads every page from the settings and the database; a step that fails is skipped.
   void Sync();
 
   void reject() override;
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  enum class SaveResult { kSaved, kCancelled, kFailed };
-
-  void AddPages();
-  void AddButtons();
-  ListControl* AddListPage(CheckableList& list, const char* page, const char* name,
-                           const QString& caption);
-  void ConnectHelp();
+  void AddPage(SettingsPage* page);
+  void AddControls();
   void OpenAtComfortableSize();
 
-  bool SaveSettings();
-  SaveResult TrySave();
+  SaveResult SaveSettings();
+  SaveResult SaveOptions();
+  SaveResult SaveRows();
   void OnOk();
   void OnApply();
   void OnTabSelected(int tab);
   void Unload();
-  std::string HelpAddress() const;
 
   void ShowBusyPointer() override { setCursor(Qt::WaitCursor); }
   void ShowDefaultPointer() override { unsetCursor(); }
 
   SettingsFormServices services_;
-  PortList ports_;
-  AddressGroupList groups_;
-  InterfacesList interfaces_;
-  size_t synced_lists_ = 0;  // How many lists the save under way has finished.
-
   QTabWidget* tabs_;
-  RetentionPage* retention_ = nullptr;
-  CollapsePage* collapse_ = nullptr;
-  ServicePage* service_ = nullptr;
-  std::array<ListControl*, 3> lists_{};
-  std::array<QPushButton*, 4> buttons_{};
+  std::vector<SettingsPage*> pages_;  // In the order of their tabs.
 };
 
 }  // namespace quillan

@@ -6,6 +6,9 @@
 namespace quillan {
 namespace {
 
+constexpr const char* kStartField = "StartIPAddress";
+constexpr const char* kEndField = "EndIPAddress";
+
 std::string NestedMessage(std::string_view name, std::string_view where) {
   return "IP address groups may overlap but cannot be nested within another group.\r\n"
          "An IP address group (" +
@@ -29,28 +32,26 @@ std::optional<int> FindNestedRow(const Grid& grid, double start, double end) {
 
 }  // namespace
 
-std::optional<Refusal<NewGroupField>> RefuseNewGroup(std::string_view start_text,
-                                                     std::string_view end_text, const Grid* grid,
-                                                     FlowDatabase& database) {
-  using Refused = Refusal<NewGroupField>;
+std::optional<Refusal> RefuseNewGroup(std::string_view start_text, std::string_view end_text,
+                                      const Grid* grid, FlowDatabase& database) {
   if (!IsValidIPAddress(start_text)) {
-    return Refused{"Please enter a valid starting IP Address.", NewGroupField::kStart};
+    return Refusal{"Please enter a valid starting IP Address.", kStartField};
   }
   if (!IsValidIPAddress(end_text)) {
-    return Refused{"Please enter a valid ending IP Address.", NewGroupField::kEnd};
+    return Refusal{"Please enter a valid ending IP Address.", kEndField};
   }
   const double start = IPAddressToSortValue(start_text);
   const double end = IPAddressToSortValue(end_text);
   if (start > end) {
-    return Refused{
+    return Refusal{
         "The ENDING IP Address cannot be less than the STARTING IP Address.\r\n"
         "Please change one of the IP Addresses.",
-        NewGroupField::kEnd};
+        kEndField};
   }
   if (grid != nullptr) {
     if (const auto row = FindNestedRow(*grid, start, end)) {
-      return Refused{NestedMessage(grid->Text(*row, kGroupNameColumn), "in your list "),
-                     NewGroupField::kStart};
+      return Refusal{NestedMessage(grid->Text(*row, kGroupNameColumn), "in your list "),
+                     kStartField};
     }
   }
   const std::string first = text::FormatDigits(start);
@@ -59,15 +60,15 @@ std::optional<Refusal<NewGroupField>> RefuseNewGroup(std::string_view start_text
       "Select * From IPAddressGroups Where (IPRangeStart >=" + first + " and IPRangeEnd <=" + last +
       ") OR (IPRangeStart <=" + first + " and IPRangeEnd >=" + last + ")");
   if (!rows) {
-    return Refused{
-        "The database cannot be asked whether the range is nested with an existing group.\r\n"
+    return Refusal{
+        "Could not check whether the range is nested with an existing group.\r\n"
         "Please try again later.\r\n\r\n" +
             database.LastError(),
-        NewGroupField::kStart};
+        kStartField};
   }
   if (!rows->Eof()) {
-    return Refused{NestedMessage(ado::ToText(rows->Fields("IPAddressGroupName").Value()), ""),
-                   NewGroupField::kStart, true};
+    return Refusal{NestedMessage(ado::ToText(rows->Fields("IPAddressGroupName").Value()), ""),
+                   kStartField, true};
   }
   return std::nullopt;
 }

@@ -17,8 +17,6 @@ struct NewGroup {
   std::string description;
 };
 
-enum class NewGroupField { kStart, kEnd };
-
 /// Where the rows of a group grid hold a range and its name.
 inline constexpr int kGroupStartColumn = 1;
 inline constexpr int kGroupEndColumn = 2;
@@ -26,9 +24,8 @@ inline constexpr int kGroupNameColumn = 3;
 
 /// Why the group cannot be added, the first reason in this order: an invalid start, an invalid end,
 /// a reversed range, a range nested with a row of `grid` (may be null; rows to be deleted count
-/// too), a range nested with a stored group, disabled ones included, or a database that cannot be
-/// asked.
-std::optional<Refusal<NewGroupField>> RefuseNewGroup(std::string_view start, std::string_view end,
-                                                     const Grid* grid, FlowDatabase& database);
+/// too), a range nested with a stored group, disabled ones included, or a failed query.
+std::optional<Refusal> RefuseNewGroup(std::string_view start, std::string_view end,
+                                      const Grid* grid, FlowDatabase& database);
 
 }  // namespace quillan

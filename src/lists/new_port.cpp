@@ -4,11 +4,11 @@
 
 namespace quillan {
 
-std::variant<NewPort, Refusal<NewPortField>> ValidateNewPort(std::string_view port_number,
-                                                             std::string_view description,
-                                                             FlowDatabase& database) {
+std::variant<NewPort, Refusal> ValidateNewPort(std::string_view port_number,
+                                               std::string_view description,
+                                               FlowDatabase& database) {
   const auto refuse = [](const std::string& message, bool select_text) {
-    return Refusal<NewPortField>{message, NewPortField::kPortNumber, select_text};
+    return Refusal{message, "PortNumber", select_text};
   };
   const auto number = text::ReadLeadingWhole(port_number);
   if (!number || *number < kLowestPort || *number > kHighestPort) {
@@ -17,7 +17,7 @@ std::variant<NewPort, Refusal<NewPortField>> ValidateNewPort(std::string_view po
   const std::string digits = std::to_string(*number);
   const auto rows = database.OpenRecordset("Select * From ServicePorts Where Port=" + digits);
   if (!rows) {
-    return refuse("The database cannot be asked whether port number " + digits +
+    return refuse("Could not check whether port " + digits +
                       " already exists.\r\nPlease try again later.\r\n\r\n" + database.LastError(),
                   false);
   }

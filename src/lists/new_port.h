@@ -23,12 +23,10 @@ struct NewPort {
   std::string description;
 };
 
-enum class NewPortField { kPortNumber, kDescription };
-
 /// The port that the two texts name, or why it cannot be added: its number (the number at the start
-/// of the text) is out of range, `database` holds it already, or cannot be asked.
-std::variant<NewPort, Refusal<NewPortField>> ValidateNewPort(std::string_view port_number,
-                                                             std::string_view description,
-                                                             FlowDatabase& database);
+/// of the text) is out of range, `database` already holds it, or the query fails.
+std::variant<NewPort, Refusal> ValidateNewPort(std::string_view port_number,
+                                               std::string_view description,
+                                               FlowDatabase& database);
 
 }  // namespace quillan

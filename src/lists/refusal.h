@@ -4,12 +4,11 @@
 
 namespace quillan {
 
-/// Why an entry is not accepted, and where the user is to mend it.
-template <typename Field>
+/// Why an entry is not accepted, and which control the user is to correct it in.
 struct Refusal {
   std::string message;
-  Field field;
-  bool select_text = false;  ///< Whether the field's whole text is to be selected for overtyping.
+  std::string field;         ///< The control's object name.
+  bool select_text = false;  ///< Whether its whole text is to be selected for overtyping.
 };
 
 }  // namespace quillan

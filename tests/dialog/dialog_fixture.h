@@ -10,6 +10,7 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include "dialog/list_control.h"
 #include "dialog/settings_form.h"
 #include "support/program_folder.h"
 

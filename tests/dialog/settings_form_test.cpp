@@ -114,24 +114,40 @@ TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl)
   EXPECT_TRUE(form_->isVisible());
 }
 
+// Checks a place, given in twips, to within a pixel of rounding.
+void ExpectPlace(const QWidget* control, double left, double top, double width, double height) {
+  const QRect place = control->geometry();
+  const std::string name = control->objectName().toStdString();
+  EXPECT_NEAR(place.left(), left / 15, 1) << name;
+  EXPECT_NEAR(place.top(), top / 15, 1) << name;
+  EXPECT_NEAR(place.left() + place.width(), (left + width) / 15, 1) << name;
+  EXPECT_NEAR(place.top() + place.height(), (top + height) / 15, 1) << name;
+}
+
 TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
   Open();
-  form_->resize(816, 532);
-  EXPECT_EQ(Find<QTabWidget>("Tabs")->geometry(), QRect(7, 7, 802, 487));
-  EXPECT_EQ(Find<QPushButton>("cmdOK")->geometry(), QRect(496, 500, 73, 25));
-  EXPECT_EQ(Find<QPushButton>("CmdHelp")->geometry().right(),
-            Find<QTabWidget>("Tabs")->geometry().right());
-
   SelectPage(1);
-  QApplication::processEvents();
-  auto* list = Find<ListControl>("PortList");
-  const QRect table = Table("PortList")->geometry();
-  const QRect check = Find<QPushButton>("cmdCheck", list)->geometry();
-  const QRect remove = Find<QPushButton>("cmdDeletePort")->geometry();
-  EXPECT_EQ(table.height(), list->height());
-  EXPECT_NEAR(check.left() - table.right() - 1, 7, 1);
-  EXPECT_NEAR(list->width() - check.right() - 1, 7, 1);
-  EXPECT_EQ(remove.bottom() + 1, list->height());
+  for (const auto& [width, height] : {std::pair{7735, 6475}, {12240, 7980}}) {
+    form_->resize(qRound(width / 15.0), qRound(height / 15.0));
+    QApplication::processEvents();
+    ExpectPlace(Find<QTabWidget>("Tabs"), 100, 100, width - 200, height - 675);
+    const double row = height - 475;
+    ExpectPlace(Find<QPushButton>("cmdOK"), width - 4795, row, 1095, 375);
+    ExpectPlace(Find<QPushButton>("CmdApply"), width - 3595, row, 1095, 375);
+    ExpectPlace(Find<QPushButton>("cmdCancel"), width - 2395, row, 1095, 375);
+    ExpectPlace(Find<QPushButton>("CmdHelp"), width - 1195, row, 1095, 375);
+
+    const QSize page = Find<QWidget>("PortListFrame")->size() * 15;
+    const double list_width = page.width() - 200;
+    const double list_height = page.height() - 200;
+    ExpectPlace(Find<QWidget>("PortList"), 100, 100, list_width, list_height);
+    ExpectPlace(Table("PortList"), 0, 0, list_width - 2315, list_height);
+    const double left = list_width - 2215;
+    ExpectPlace(Find<QPushButton>("cmdCheck", Find<QWidget>("PortList")), left, 0, 2115, 375);
+    ExpectPlace(Find<QPushButton>("cmdToggle", Find<QWidget>("PortList")), left, 950, 2115, 375);
+    ExpectPlace(Find<QPushButton>("cmdAddPort"), left, list_height - 850, 2115, 375);
+    ExpectPlace(Find<QPushButton>("cmdDeletePort"), left, list_height - 375, 2115, 375);
+  }
 }
 
 TEST_F(SettingsFormTest, EveryCaptionFitsItsButton) {

@@ -25,16 +25,15 @@ class NewGroupTest : public test::GroupListTest {
   std::string Refused(std::string_view start, std::string_view end) {
     const auto refusal = RefuseNewGroup(start, end, &list_.Table(), program_.database);
     if (!refusal) return "";
-    return (refusal->field == NewGroupField::kStart ? "start" : "end") +
-           std::string(refusal->select_text ? "*: " : ": ") + refusal->message;
+    return refusal->field + (refusal->select_text ? "*: " : ": ") + refusal->message;
   }
 };
 
 TEST_F(NewGroupTest, AnEntryIsRefusedForItsFirstFault) {
-  const std::string start = "start: Please enter a valid starting IP Address.";
-  const std::string end = "end: Please enter a valid ending IP Address.";
+  const std::string start = "StartIPAddress: Please enter a valid starting IP Address.";
+  const std::string end = "EndIPAddress: Please enter a valid ending IP Address.";
   const std::string reversed =
-      "end: The ENDING IP Address cannot be less than the STARTING IP Address.\r\n"
+      "EndIPAddress: The ENDING IP Address cannot be less than the STARTING IP Address.\r\n"
       "Please change one of the IP Addresses.";
   const auto nested = [](const std::string& field, const std::string& which) {
     return field +
@@ -44,9 +43,9 @@ TEST_F(NewGroupTest, AnEntryIsRefusedForItsFirstFault) {
            "that is nested with\r\nthe IP address range you are attempting to add.\r\n\r\n"
            "Please change the starting or ending IP Addresses you are adding.";
   };
-  const std::string listed = nested("start", "listed) already exists in your list ");
-  const std::string deleted = nested("start", "deleted) already exists in your list ");
-  const std::string stored = nested("start*", "stored) already exists ");
+  const std::string listed = nested("StartIPAddress", "listed) already exists in your list ");
+  const std::string deleted = nested("StartIPAddress", "deleted) already exists in your list ");
+  const std::string stored = nested("StartIPAddress*", "stored) already exists ");
   const std::string entries[][3] = {
       {"256.0.0.1", "x", start},
       {"1e1.0.0.0", "10.0.0.1", start},
@@ -78,7 +77,7 @@ TEST_F(NewGroupTest, ADatabaseThatCannotBeAskedRefuses) {
   TakeDatabaseAway();
   const std::string refusal = Refused("9.0.0.0", "9.0.0.1");
   EXPECT_EQ(refusal,
-            "start: The database cannot be asked whether the range is nested with an existing "
+            "StartIPAddress: Could not check whether the range is nested with an existing "
             "group.\r\nPlease try again later.\r\n\r\n" +
                 program_.database.LastError());
   EXPECT_NE(program_.database.LastError(), "");

@@ -16,8 +16,8 @@ class NewPortTest : public test::ListTest {
     if (const auto* port = std::get_if<NewPort>(&result)) {
       return std::to_string(port->number) + port->description;
     }
-    const auto& refusal = std::get<Refusal<NewPortField>>(result);
-    EXPECT_EQ(refusal.field, NewPortField::kPortNumber);
+    const auto& refusal = std::get<Refusal>(result);
+    EXPECT_EQ(refusal.field, "PortNumber");
     return refusal.message + (refusal.select_text ? "*" : "");
   }
 };
@@ -45,7 +45,7 @@ TEST_F(NewPortTest, APortOfTheTableOrOfATableOutOfReachIsRefused) {
   TakeDatabaseAway();
   const std::string refusal = Validated("81");
   EXPECT_EQ(refusal,
-            "The database cannot be asked whether port number 81 already exists.\r\n"
+            "Could not check whether port 81 already exists.\r\n"
             "Please try again later.\r\n\r\n" +
                 program_.database.LastError());
   EXPECT_NE(program_.database.LastError(), "");

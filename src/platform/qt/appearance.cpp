@@ -8,9 +8,6 @@
 namespace quillan {
 namespace {
 
-// Eight and a quarter points on a screen of 96 dots per inch: every caption fits its button.
-constexpr int kFontPixels = 11;
-
 QPalette LightPalette() {
   const QColor window(240, 240, 240);
   QPalette palette(window, window);

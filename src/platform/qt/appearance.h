@@ -2,6 +2,10 @@
 
 namespace quillan {
 
+/// The size of the default font: eight and a quarter points on a screen of 96 dots per inch, at
+/// which every caption fits its button.
+inline constexpr int kFontPixels = 11;
+
 /// Gives the application its one font, style and colours, the same on every desktop. To be called
 /// once, before the first window.
 void InstallAppearance();
