@@ -1,47 +1,28 @@
 #include "app/shared.h"
 
 #include "platform/ado/drivers.h"
-#include "platform/program.h"
-#include "registry/registry.h"
 
 namespace quillan {
 namespace {
 
-Desktop*& DesktopInUse() {
-  static PosixDesktop without_toolkit;
-  static Desktop* desktop = &without_toolkit;
-  return desktop;
-}
+SharedObjects* shared_objects = nullptr;
 
 }  // namespace
 
-void UseDesktop(Desktop& desktop) { DesktopInUse() = &desktop; }
-
-Files& FileSystem() {
-  static DiskFiles files;
-  return files;
+SharedObjects::SharedObjects(const std::filesystem::path& program_folder, const Desktop& desktop)
+    : locale(text::UserLocale::FromEnvironment()),
+      database(files, program_folder, ado::InstalledDrivers(program_folder)),
+      registry(program_folder, UserConfigurationFolder()),
+      settings(registry, database, desktop, clock, locale) {
+  shared_objects = this;
 }
 
-const Clock& LocalClock() {
-  static const SystemClock clock;
-  return clock;
-}
+SharedObjects::~SharedObjects() { shared_objects = nullptr; }
 
-const text::UserLocale& Locale() {
-  static const text::UserLocale locale = text::UserLocale::FromEnvironment();
-  return locale;
-}
+Settings& AppSettings() { return shared_objects->settings; }
 
-FlowDatabase& MainDatabase() {
-  static FlowDatabase database(FileSystem(), ProgramFolder(),
-                               ado::InstalledDrivers(ProgramFolder()));
-  return database;
-}
+FlowDatabase& MainDatabase() { return shared_objects->database; }
 
-Settings& AppSettings() {
-  static Registry registry(ProgramFolder(), UserConfigurationFolder());
-  static Settings settings(registry, MainDatabase(), *DesktopInUse(), LocalClock(), Locale());
-  return settings;
-}
+Files& FileSystem() { return shared_objects->files; }
 
 }  // namespace quillan

@@ -1,25 +1,37 @@
 #pragma once
 
+#include <filesystem>
+
 #include "db/flow_database.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
 #include "platform/text/user_locale.h"
+#include "registry/registry.h"
 #include "settings/settings.h"
 
 namespace quillan {
 
-// The objects of which the process has one each. The first use makes them; they live until it ends.
-// Only this room names them; every other class is given what it needs.
+/// The objects of which the process has one each. `main` creates them and passes them on; every
+/// other class is given what it needs.
+struct SharedObjects {
+  /// Loads the registry options; opens no database. `desktop` outlives the objects.
+  SharedObjects(const std::filesystem::path& program_folder, const Desktop& desktop);
+  ~SharedObjects();
+  SharedObjects(const SharedObjects&) = delete;
+  SharedObjects& operator=(const SharedObjects&) = delete;
 
-/// The desktop that the shared objects ask. Without a toolkit it knows no screen, so `main` hands
-/// over one that does, before the first use of anything below.
-void UseDesktop(Desktop& desktop);
+  DiskFiles files;
+  SystemClock clock;
+  text::UserLocale locale;
+  FlowDatabase database;
+  Registry registry;
+  Settings settings;
+};
 
+// The instances that `main` created; they must exist.
 Settings& AppSettings();
 FlowDatabase& MainDatabase();
 Files& FileSystem();
-const Clock& LocalClock();
-const text::UserLocale& Locale();
 
 }  // namespace quillan

@@ -1,5 +1,7 @@
 #include "app/start_up.h"
 
+#include <string>
+
 #include "platform/program.h"
 
 namespace quillan {
@@ -10,17 +12,38 @@ constexpr std::string_view kNoConnectionString =
     "The connection file TBKelvora.DB or QuillanGUI.DB names no CONNECTION.\r\n"
     "Please re-run the Installation Wizard.";
 
-void StartWizard(const StartUpServices& services) {
+std::string OneLine(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    const bool line_end = c == '\r' || c == '\n';
+    if (!line_end) {
+      line += c;
+    } else if (!line.ends_with(' ')) {
+      line += ' ';
+    }
+  }
+  return line;
+}
+
+StartUpResult Fail(const StartUpServices& services, std::string_view text,
+                   std::string_view title = kDisplayName) {
+  services.report_failure(OneLine(text));
+  services.messages.Show(text, title, MessageButtons::kOk, MessageIcon::kCritical);
+  return StartUpResult::kFailed;
+}
+
+StartUpResult StartWizard(const StartUpServices& services) {
   for (const char* place : {"\\Kelvora-Wizard.exe", "\\..\\Kelvora-Wizard.exe"}) {
     const std::filesystem::path wizard = JoinPath(services.program_folder, place);
     if (!services.files.FileExists(wizard)) continue;
-    services.desktop.StartProgram(wizard);
-    return;
+    if (services.desktop.StartProgram(wizard)) return StartUpResult::kWizardStarted;
+    services.report_failure("Cannot start " + wizard.lexically_normal().string() + ".");
+    return StartUpResult::kFailed;
   }
-  services.messages.Show(
-      "Cannot start Configuration Wizard to setup the Quillan Management Pack.\r\n"
-      "You may need to reinstall this application.",
-      "Config Wizard Startup Error", MessageButtons::kOk, MessageIcon::kCritical);
+  return Fail(services,
+              "Cannot start Configuration Wizard to setup the Quillan Management Pack.\r\n"
+              "You may need to reinstall this application.",
+              "Config Wizard Startup Error");
 }
 
 }  // namespace
@@ -28,14 +51,12 @@ void StartWizard(const StartUpServices& services) {
 StartUpResult StartUp(const StartUpServices& services) {
   services.set_help_file(JoinPath(services.program_folder, "\\Help\\Tarrowby.chm"));
   if (!services.settings.WizardCompleted()) {
-    StartWizard(services);
-    return StartUpResult::kEnded;
+    const std::string& unreadable = services.registry.ReadError(RegistryRoot::kLocalMachine);
+    return unreadable.empty() ? StartWizard(services) : Fail(services, unreadable);
   }
   if (!services.database.OpenDatabase()) {
     const std::string& reason = services.database.LastError();
-    services.messages.Show(reason.empty() ? kNoConnectionString : std::string_view{reason},
-                           kDisplayName, MessageButtons::kOk, MessageIcon::kCritical);
-    return StartUpResult::kEnded;
+    return Fail(services, reason.empty() ? kNoConnectionString : std::string_view{reason});
   }
   services.show_dialog();
   return StartUpResult::kRunning;

@@ -2,11 +2,13 @@
 
 #include <filesystem>
 #include <functional>
+#include <string_view>
 
 #include "db/flow_database.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
+#include "registry/registry.h"
 #include "settings/settings.h"
 
 namespace quillan {
@@ -14,6 +16,7 @@ namespace quillan {
 /// What start-up works with.
 struct StartUpServices {
   std::filesystem::path program_folder;
+  const Registry& registry;
   const Settings& settings;
   FlowDatabase& database;
   const Files& files;
@@ -21,16 +24,19 @@ struct StartUpServices {
   MessageBox& messages;
   std::function<void(const std::filesystem::path&)> set_help_file;
   std::function<void()> show_dialog;
+  /// Receives why the start failed, in one line without its end.
+  std::function<void(std::string_view)> report_failure;
 };
 
 enum class StartUpResult {
-  kRunning,  ///< The dialog is shown; the message loop is to run.
-  kEnded,    ///< The process is to end at once.
+  kRunning,        ///< The dialog is shown; the message loop is to run.
+  kWizardStarted,  ///< The wizard takes over; the process is to end at once.
+  kFailed,         ///< The failure was shown and reported; the process is to end at once.
 };
 
-/// Brings the program up: sets the help file; where the suite's configuration wizard has not
-/// completed, starts it, or says that it cannot, and ends; opens the database, or says why it
-/// cannot, and ends; shows the dialog.
+/// Starts the program: sets the help file; where the suite's configuration wizard has not
+/// completed, starts it; else opens the database and shows the dialog. A registry that cannot be
+/// read is a failure, not a wizard that has not completed.
 StartUpResult StartUp(const StartUpServices& services);
 
 }  // namespace quillan

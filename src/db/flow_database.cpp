@@ -141,13 +141,14 @@ std::string FlowDatabase::DatabaseEngine() {
 bool FlowDatabase::GetDatabaseConnection() {
   for (const std::string_view name : kConnectionFiles) {
     const std::filesystem::path file = JoinPath(program_folder_, name);
-    if (!files_.FileExists(file)) continue;
     const auto fail = [&](const std::string& reason) {
       last_error_ = "Cannot read " + file.lexically_normal().string() + ": " + reason;
       return false;
     };
     try {
-      ReadConnectionFile(files_.ReadTextFile(file), values_);
+      const auto text = files_.ReadTextFile(file);
+      if (!text) continue;
+      ReadConnectionFile(*text, values_);
     } catch (const FileError& error) {
       return fail(error.what());
     } catch (const ConnectionFileError& error) {

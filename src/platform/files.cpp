@@ -1,30 +1,67 @@
 #include "platform/files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 #include <cerrno>
-#include <fstream>
-#include <sstream>
 #include <system_error>
 
 #include "platform/text/ascii.h"
 #include "platform/text/encoding.h"
 
 namespace quillan {
+namespace {
+
+// Repeats a system call that a signal interrupted.
+template <typename Call>
+auto Repeat(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+[[noreturn]] void Fail(int error) { throw FileError(std::generic_category().message(error)); }
+
+}  // namespace
+
+std::optional<std::string> ReadFile(const std::filesystem::path& path) {
+  struct stat status {};
+  const auto absent = [] { return errno == ENOENT || errno == ENOTDIR; };
+  if (Repeat([&] { return stat(path.c_str(), &status); }) != 0) {
+    if (absent()) return std::nullopt;
+    Fail(errno);
+  }
+  if (S_ISDIR(status.st_mode)) Fail(EISDIR);
+  if (!S_ISREG(status.st_mode)) throw FileError("Not a regular file");
+  const int file = Repeat([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
+  if (file < 0) {
+    if (absent()) return std::nullopt;  // It has just been removed.
+    Fail(errno);
+  }
+  std::string bytes;
+  std::array<char, 16384> block;  // NOLINT(cppcoreguidelines-init-variables): read() fills it.
+  ssize_t count = 0;
+  do {
+    count = Repeat([&] { return read(file, block.data(), block.size()); });
+    if (count > 0) bytes.append(block.data(), static_cast<size_t>(count));
+  } while (count > 0);
+  const int error = errno;
+  close(file);
+  if (count < 0) Fail(error);
+  return bytes;
+}
 
 bool DiskFiles::FileExists(const std::filesystem::path& path) const {
   std::error_code error;
   return std::filesystem::exists(path, error) && !std::filesystem::is_directory(path, error);
 }
 
-std::string DiskFiles::ReadTextFile(const std::filesystem::path& path) const {
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream bytes;
-  if (file) bytes << file.rdbuf();
-  // An empty file leaves the stream in the failed state without being an error.
-  if (!file.is_open() || file.bad() || (bytes.fail() && errno != 0)) {
-    throw FileError(std::generic_category().message(errno != 0 ? errno : EIO));
-  }
-  return text::DecodeText(bytes.str());
+std::optional<std::string> DiskFiles::ReadTextFile(const std::filesystem::path& path) const {
+  const auto bytes = ReadFile(path);
+  if (!bytes) return std::nullopt;
+  return text::DecodeText(*bytes);
 }
 
 std::filesystem::path JoinPath(const std::filesystem::path& folder, std::string_view relative) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -13,24 +14,29 @@ class FileError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// The bytes of the file `path`; nothing when it does not exist. Throws FileError when it cannot be
+/// read: a folder, a FIFO or a device is not opened, so that reading never waits.
+std::optional<std::string> ReadFile(const std::filesystem::path& path);
+
 /// What the program asks of the file system.
 class Files {
  public:
   virtual ~Files() = default;
   /// Whether `path` names an existing file (not a folder).
   virtual bool FileExists(const std::filesystem::path& path) const = 0;
-  /// The whole text of the file as UTF-8 (see text::DecodeText). Throws FileError.
-  virtual std::string ReadTextFile(const std::filesystem::path& path) const = 0;
+  /// The whole text of the file as UTF-8 (see text::DecodeText); nothing when it does not exist.
+  /// Throws FileError.
+  virtual std::optional<std::string> ReadTextFile(const std::filesystem::path& path) const = 0;
 };
 
 /// The file system of this computer.
 class DiskFiles final : public Files {
  public:
   bool FileExists(const std::filesystem::path& path) const override;
-  std::string ReadTextFile(const std::filesystem::path& path) const override;
+  std::optional<std::string> ReadTextFile(const std::filesystem::path& path) const override;
 };
 
-/// `folder` followed by `relative`, which may hold either separator: "\..\Help\x.chm" and
+/// `folder` followed by `relative`, which may contain either separator: "\..\Help\x.chm" and
 /// "/../Help/x.chm" name the same file. The result is not normalised.
 std::filesystem::path JoinPath(const std::filesystem::path& folder, std::string_view relative);
 

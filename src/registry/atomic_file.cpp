@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
@@ -35,11 +34,20 @@ void FlushFolder(const std::filesystem::path& folder) {
   close(descriptor);
 }
 
-// Gives the open file the permissions and the owner that `status` tells of. Another user's file
-// that may be written but not given away passes to this user; its permissions stay.
+// Gives the open file the permissions, the owner and the group in `status`. Only root may give a
+// file away; others keep the group where they belong to it. Where not even that is possible, the
+// group that the file gets instead may do no more than everybody.
 bool TakeOver(int descriptor, const struct stat& status) {
-  if (fchown(descriptor, status.st_uid, status.st_gid) != 0 && errno != EPERM) return false;
-  return fchmod(descriptor, status.st_mode & 07777U) == 0;
+  mode_t mode = status.st_mode & 07777U;
+  if (fchown(descriptor, status.st_uid, status.st_gid) != 0) {
+    if (errno != EPERM) return false;
+    mode &= 0777U;
+    if (fchown(descriptor, static_cast<uid_t>(-1), status.st_gid) != 0) {
+      if (errno != EPERM) return false;
+      mode = (mode & 0707U) | ((mode & 0007U) << 3U);
+    }
+  }
+  return fchmod(descriptor, mode) == 0;
 }
 
 }  // namespace
@@ -47,8 +55,15 @@ bool TakeOver(int descriptor, const struct stat& status) {
 FileLock::FileLock(const std::filesystem::path& file, std::chrono::milliseconds patience) {
   std::filesystem::path lock_file = file;
   lock_file += ".lock";
-  const int descriptor = open(lock_file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0666);
+  // Without waiting for the other end of a FIFO that stands in its place.
+  const int descriptor =
+      open(lock_file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
   if (descriptor < 0) return;
+  struct stat status {};
+  if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+    close(descriptor);
+    return;
+  }
   const auto last_try = std::chrono::steady_clock::now() + patience;
   while (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
     const bool taken = errno == EWOULDBLOCK || errno == EINTR;
@@ -76,32 +91,10 @@ std::filesystem::path FollowLinks(const std::filesystem::path& path) {
   return file;
 }
 
-std::optional<std::string> ReadBytes(const std::filesystem::path& file) {
-  // Without waiting for the other end of a pipe that somebody put there.
-  const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) {
-    if (errno == ENOENT) return std::string();
-    return std::nullopt;
-  }
-  std::optional<std::string> bytes = std::string();
-  struct stat status {};
-  bool reading = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-  if (!reading) bytes.reset();
-  while (reading) {
-    std::array<char, 16384> block;  // NOLINT(cppcoreguidelines-init-variables): read() fills it.
-    const ssize_t count = read(descriptor, block.data(), block.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) bytes.reset();
-    reading = count > 0;
-    if (reading) bytes->append(block.data(), static_cast<size_t>(count));
-  }
-  close(descriptor);
-  return bytes;
-}
-
 bool ReplaceBytes(const std::filesystem::path& file, std::string_view bytes) {
   struct stat status {};
   const bool exists = stat(file.c_str(), &status) == 0;
+  if (!exists && errno != ENOENT) return false;
   if (exists && (!S_ISREG(status.st_mode) || access(file.c_str(), W_OK) != 0)) return false;
 
   std::filesystem::path temporary = file;

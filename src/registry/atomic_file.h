@@ -2,8 +2,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <optional>
-#include <string>
 #include <string_view>
 
 namespace quillan {
@@ -13,7 +11,8 @@ namespace quillan {
 /// itself is replaced while it is locked.
 class FileLock {
  public:
-  /// Waits at most `patience` for the lock of `file`.
+  /// Waits at most `patience` for the lock of `file`. A lock file that is not a regular file cannot
+  /// be locked.
   FileLock(const std::filesystem::path& file, std::chrono::milliseconds patience);
   ~FileLock();
   FileLock(const FileLock&) = delete;
@@ -29,14 +28,11 @@ class FileLock {
 /// The file that `path` names once symbolic links are followed, whether or not it exists.
 std::filesystem::path FollowLinks(const std::filesystem::path& path);
 
-/// The bytes of a regular file; the empty text when there is none; nothing when there is something
-/// that cannot be read.
-std::optional<std::string> ReadBytes(const std::filesystem::path& file);
-
 /// Gives `file` (no symbolic link) the content `bytes` in one step: whoever opens it, even after a
-/// crash, finds the old content or the new one. Permissions and, where possible, the owner of an
-/// existing file are kept. The caller holds the file's lock. False, with the file as it was, when
-/// it is write-protected or its folder cannot be written.
+/// crash, finds the old content or the new one. An existing file keeps its permissions, owner and
+/// group; where this user may not give a file away, it keeps the group alone if it can. The caller
+/// holds the file's lock. False, with the file as it was, when it is write-protected or its folder
+/// cannot be written.
 bool ReplaceBytes(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace quillan

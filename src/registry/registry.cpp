@@ -65,11 +65,11 @@ std::optional<std::string> Registry::ReadRegistryString(std::string_view product
   return text;
 }
 
-void Registry::SaveRegistryString(std::string_view product, std::string_view section,
+bool Registry::SaveRegistryString(std::string_view product, std::string_view section,
                                   std::string_view name, std::string_view value,
                                   RegistryRoot root) {
-  Store(root).WriteString(FullPath(root, OptionPath(product, section)), TrimAtNull(name),
-                          TrimAtNull(value));
+  return Store(root).WriteString(FullPath(root, OptionPath(product, section)), TrimAtNull(name),
+                                 TrimAtNull(value));
 }
 
 RegistryKey Registry::NewHandle(RegistryRoot root, std::string path) {

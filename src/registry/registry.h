@@ -23,7 +23,7 @@ std::filesystem::path UserConfigurationFolder();
 
 /// The registry: text options under keys of the form "Software\Tarrowby.Net\<product>\<section>".
 /// Only string values are read and written. Texts are UTF-8 and end at their first NUL, if they
-/// have one. Nothing here throws; writes that fail say so in their result or not at all.
+/// have one. Nothing here throws. Nothing is written to a root whose last reading failed.
 class Registry {
  public:
   /// The computer's values lie in "registry.reg" of `program_folder`, the current user's in
@@ -35,8 +35,12 @@ class Registry {
   std::optional<std::string> ReadRegistryString(
       std::string_view product, std::string_view section, std::string_view name,
       RegistryRoot root = RegistryRoot::kLocalMachine) const;
-  /// Writes an option, creating its key where it is missing. A failure is not reported.
-  void SaveRegistryString(std::string_view product, std::string_view section, std::string_view name,
+  /// Why the last reading of the root failed: "Cannot read <file>: <reason>"; empty when it
+  /// succeeded, also when the root is empty because there is no file.
+  const std::string& ReadError(RegistryRoot root) const { return Store(root).read_error(); }
+  /// Writes an option, creating its key where it is missing. False when it was not written, which
+  /// matters to a caller that writes on the user's behalf.
+  bool SaveRegistryString(std::string_view product, std::string_view section, std::string_view name,
                           std::string_view value, RegistryRoot root = RegistryRoot::kLocalMachine);
 
   /// Opens the key `path` ("Software\Tarrowby.Net"; empty for the root itself). On success `key` is

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/text/ascii.h"
+#include "platform/text/encoding.h"
 
 namespace quillan {
 namespace {
@@ -94,7 +95,7 @@ bool FitsOnALine(std::string_view text) {
 
 // Whether the heading of `key` would be read back as that key, not as a deletion or as another.
 bool CanBeHeading(std::string_view key) {
-  return !key.empty() && key.front() != '-' && FitsOnALine(key) &&
+  return !key.empty() && key.front() != '-' && FitsOnALine(key) && text::IsUtf8(key) &&
          ReadHeading("[" + std::string(key) + "]") == key;
 }
 
@@ -248,14 +249,22 @@ bool RegistryFile::AddKey(std::string_view key) {
 
 bool RegistryFile::SetStringValue(std::string_view key, std::string_view name,
                                   std::string_view value) {
-  if (!CanBeHeading(key) || !FitsOnALine(name)) return false;
-  if (value.find('\0') != std::string_view::npos) return false;
+  if (!CanBeHeading(key) || !FitsOnALine(name) || !text::IsUtf8(name)) return false;
+  if (value.find('\0') != std::string_view::npos || !text::IsUtf8(value)) return false;
+  const std::string before = text_;
+  Put(key, name, value);
+  if (StringValue(key, name) == value) return true;
+  text_ = before;
+  Parse();
+  return false;
+}
 
+void RegistryFile::Put(std::string_view key, std::string_view name, std::string_view value) {
   const Value* stands = LastValue(key, name);
   if (stands != nullptr && stands->kind != ValueKind::kDeletion) {
     text_.replace(stands->begin, stands->end - stands->begin, Quote(value));
     Parse();
-    return true;
+    return;
   }
   const auto last_section = [&] {
     Section* last = nullptr;
@@ -268,13 +277,13 @@ bool RegistryFile::SetStringValue(std::string_view key, std::string_view name,
   };
   if (last_section() == nullptr) AppendSection(key);
   const Section* section = last_section();
+  if (section == nullptr) return;
   const std::string line =
       std::string(LineEnd()) + (name.empty() ? "@" : Quote(name)) + "=" + Quote(value);
   // Where the file ended in mid-line, the new line ends it.
   const bool at_end = section->end == text_.size();
   text_.insert(section->end, at_end ? line + std::string(LineEnd()) : line);
   Parse();
-  return true;
 }
 
 }  // namespace quillan

@@ -25,12 +25,13 @@ class RegistryFile {
   /// The text of a string value; nothing when it is absent, deleted or of another kind.
   std::optional<std::string> StringValue(std::string_view key, std::string_view name) const;
 
-  /// Adds an empty section for `key` unless `HasKey`. False when the key cannot be written down:
-  /// when it is empty, begins with "-" or contains a line break or NUL.
+  /// Adds an empty section for `key` unless `HasKey`. False when the key cannot be represented:
+  /// when it is empty, begins with "-", contains a line break or NUL or is not valid UTF-8.
   bool AddKey(std::string_view key);
   /// Gives the value the text, in its own place where it stands already, whatever its kind was;
   /// else at the end of the key's section, which is added at the end of the text where it is
-  /// missing. False when key or name cannot be written down, or when `value` contains a NUL.
+  /// missing. False, with the text as it was, when key, name or value cannot be represented or
+  /// what stands before the value (a string without its closing quote) would hide it.
   bool SetStringValue(std::string_view key, std::string_view name, std::string_view value);
 
   /// The whole text as it now stands.
@@ -59,6 +60,7 @@ class RegistryFile {
   const Value* LastValue(std::string_view key, std::string_view name) const;
   std::string_view LineEnd() const;
   void AppendSection(std::string_view key);
+  void Put(std::string_view key, std::string_view name, std::string_view value);
 
   std::string text_;
   std::vector<Section> sections_;

@@ -6,7 +6,6 @@
 
 #include "platform/automation.h"
 #include "platform/message_box.h"
-#include "platform/printers.h"
 #include "suite/export_options.h"
 
 namespace quillan {
@@ -16,6 +15,14 @@ inline constexpr int kTableItems = 0;
 inline constexpr int kTextItems = 1;
 inline constexpr int kPictureItems = 2;
 inline constexpr int kChartItems = 3;
+
+/// The printers of the computer; a test scripts them.
+class Printers {
+ public:
+  virtual ~Printers() = default;
+  /// Whether at least one printer is installed.
+  virtual bool AnyInstalled() const = 0;
+};
 
 /// Prints, exports and sends through the suite's export engine, the automation server
 /// "Rendix.Engine".

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "platform/full_window_drag.h"
 #include "platform/window_messages.h"
 
 namespace quillan {

@@ -21,17 +21,26 @@ class StartUpTest : public test::ProgramTest {
  protected:
   StartUpResult Start() {
     messages_.messages.clear();
-    return StartUp({program_.folder / "program", settings_, program_.database, program_.files,
-                    desktop_, messages_,
-                    [this](const std::filesystem::path& file) { help_file_ = file; },
-                    [this] { ++shown_; }});
+    reported_.clear();
+    return StartUp({
+        .program_folder = program_.folder / "program",
+        .registry = registry_,
+        .settings = settings_,
+        .database = program_.database,
+        .files = program_.files,
+        .desktop = desktop_,
+        .messages = messages_,
+        .set_help_file = [this](const std::filesystem::path& file) { help_file_ = file; },
+        .show_dialog = [this] { ++shown_; },
+        .report_failure = [this](std::string_view line) { reported_ += line; },
+    });
   }
   void CompleteWizard() {
     registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", "True");
   }
   // The one message of a start that ended; nothing was shown or started.
   std::string Refusal() {
-    EXPECT_EQ(Start(), StartUpResult::kEnded);
+    EXPECT_EQ(Start(), StartUpResult::kFailed);
     EXPECT_EQ(shown_, 0);
     EXPECT_THAT(desktop_.started, IsEmpty());
     if (messages_.messages.size() != 1) return "no message, or several";
@@ -41,26 +50,26 @@ class StartUpTest : public test::ProgramTest {
 
   Settings settings_{registry_, program_.database, desktop_, clock_, locale_};
   std::filesystem::path help_file_;
+  std::string reported_;
   int shown_ = 0;
 };
 
 TEST_F(StartUpTest, TheWizardOfTheProgramFolderComesBeforeThatOfItsParent) {
-  EXPECT_EQ(Start(), StartUpResult::kEnded);
-  ASSERT_THAT(messages_.messages, SizeIs(1));
-  EXPECT_EQ(messages_.messages[0].text,
+  EXPECT_EQ(Refusal(),
             "Cannot start Configuration Wizard to setup the Quillan Management Pack.\r\n"
             "You may need to reinstall this application.");
   EXPECT_EQ(messages_.messages[0].title, "Config Wizard Startup Error");
-  EXPECT_THAT(desktop_.started, IsEmpty());
 
   const std::filesystem::path own = program_.folder / "program/Kelvora-Wizard.exe";
   const std::filesystem::path above = program_.folder / "Kelvora-Wizard.exe";
   std::filesystem::create_directory(own);  // A folder is no program.
   program_.folder.Write("Kelvora-Wizard.exe", "");
-  EXPECT_EQ(Start(), StartUpResult::kEnded);
+  EXPECT_EQ(Start(), StartUpResult::kWizardStarted);
   std::filesystem::remove(own);
   program_.folder.Write("program/Kelvora-Wizard.exe", "");
-  EXPECT_EQ(Start(), StartUpResult::kEnded);
+  desktop_.starts = false;
+  EXPECT_EQ(Start(), StartUpResult::kFailed);
+  EXPECT_EQ(reported_, "Cannot start " + own.string() + ".");
   ASSERT_THAT(desktop_.started, SizeIs(2));
   EXPECT_EQ(desktop_.started[0].lexically_normal(), above);
   EXPECT_EQ(desktop_.started[1], own);

@@ -132,8 +132,10 @@ TEST_F(PortImportTest, AReplacingFileDeletesWhatItLacksFirst) {
 TEST_F(PortImportTest, TheWellKnownPortsAndEveryExportCanBeImported) {
   program_.suite.Run("Delete From ServicePorts");
   list_.Refresh();
-  const std::string file = DiskFiles().ReadTextFile(std::filesystem::path(QUILLAN_SOURCE_DIR) /
-                                                    "data/well_known_ports.csv");
+  const std::string file =
+      DiskFiles()
+          .ReadTextFile(std::filesystem::path(QUILLAN_SOURCE_DIR) / "data/well_known_ports.csv")
+          .value();
   list_.ApplyImport(Plan(file));
   Edit(list_, 1, 2, "a \"quoted\", name;\twith é\r\n");
   list_.OnClick(2, 0);

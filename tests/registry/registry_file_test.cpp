@@ -97,6 +97,29 @@ TEST(RegistryFileTest, AFileCutShortAnywhereTakesNewValues) {
   }
 }
 
+TEST(RegistryFileTest, WhatCouldNotBeReadBackIsRefusedAndChangesNothing) {
+  const std::string open_quote = kHeading + "\"a\"=\"open";
+  struct {
+    std::string before;
+    std::string_view key;
+    std::string name;
+    std::string value;
+  } const rows[] = {
+      {open_quote, kKey, "", "\nx"},  // The quote before it would close in it.
+      {kHeading, kKey, "x", std::string("a\0b", 3)},
+      {kHeading, kKey, "x", "a\xFF"},  // In another encoding the whole file would change.
+      {kHeading, kKey, "a\xFF", "1"},
+      {kHeading, kKey, "a\nb", "1"},
+      {kHeading, "HKEY_LOCAL_MACHINE\\\xFF", "x", "1"},
+  };
+  for (const auto& row : rows) {
+    RegistryFile file(row.before);
+    EXPECT_FALSE(file.SetStringValue(row.key, row.name, row.value)) << row.name << row.value;
+    EXPECT_EQ(file.text(), row.before);
+    EXPECT_EQ(file.StringValue(row.key, row.name), std::nullopt);
+  }
+}
+
 TEST(RegistryFileTest, KeysExistWithTheirAncestorsUntilTheyAreDeleted) {
   RegistryFile file("");
   EXPECT_TRUE(file.AddKey("HKEY_LOCAL_MACHINE\\A\\B"));
@@ -106,7 +129,6 @@ TEST(RegistryFileTest, KeysExistWithTheirAncestorsUntilTheyAreDeleted) {
   for (const char* key : {"", "-HKEY_LOCAL_MACHINE", "a\nb", "a];b"}) {
     EXPECT_FALSE(file.AddKey(key) || file.SetStringValue(key, "x", "1")) << key;
   }
-  EXPECT_FALSE(file.SetStringValue("HKEY_LOCAL_MACHINE\\A", "a\nb", "1"));
   EXPECT_EQ(file.text(), "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A\\B]\n");
 }
 

@@ -1,13 +1,17 @@
 #include "registry/registry_store.h"
 
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
+#include "registry/atomic_file.h"
 #include "support/temporary_folder.h"
 
 namespace quillan {
@@ -36,7 +40,7 @@ TEST(RegistryStoreTest, ExportsInOtherEncodingsAreReadAndRewrittenAsUtf8) {
   }
   const std::vector<std::string> exports = {
       utf16, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"\xE9\"\n\"y\"=\"1\"\n",
-      "\xEF\xBB\xBF" + utf8};
+      "\xEF\xBB\xBF" + utf8, utf16.substr(2)};
   for (const std::string& bytes : exports) {
     RegistryStore store(folder.Write("registry.reg", bytes));
     EXPECT_EQ(store.ReadString(kKey, "x"), "é");
@@ -45,6 +49,10 @@ TEST(RegistryStoreTest, ExportsInOtherEncodingsAreReadAndRewrittenAsUtf8) {
     EXPECT_TRUE(store.WriteString(kKey, "y", "2"));
     EXPECT_EQ(folder.Read("registry.reg").substr(0, utf8.size() - 3) + "1\"\n", utf8);
   }
+  // Half a character of UTF-16: this is no text that a value could be added to.
+  RegistryStore half(folder.Write("registry.reg", utf16.substr(2, 9)));
+  EXPECT_FALSE(half.WriteString(kKey, "y", "2"));
+  EXPECT_EQ(folder.Read("registry.reg"), utf16.substr(2, 9));
   // Cut inside the second of two characters, the first one must not change.
   RegistryStore cut(folder.Write("registry.reg", utf8 + "\"z\"=\"\xE2\x82"));
   EXPECT_EQ(cut.ReadString(kKey, "x"), "é");
@@ -63,13 +71,69 @@ TEST(RegistryStoreTest, PermissionsAndSymbolicLinksOutlastAWrite) {
   EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
-TEST(RegistryStoreTest, AWriteThatCannotBeMadeIsRefusedAndLeavesEverything) {
+// Only the group can be kept by a user who belongs to it but does not own the file.
+TEST(RegistryStoreTest, TheGroupOutlastsAWriteOfAnotherUser) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can become two users";
+  constexpr uid_t kUser = 65534;
+  constexpr gid_t kGroup = 4242;
   const test::TemporaryFolder folder;
-  std::filesystem::create_directory(folder / "registry.reg");
-  EXPECT_FALSE(RegistryStore(folder / "registry.reg").WriteString(kKey, "x", "1"));
-  EXPECT_EQ(RegistryStore(folder / "registry.reg").ReadString(kKey, "x"), std::nullopt);
+  const auto file = folder.Write("registry.reg", "REGEDIT4\n");
+  ASSERT_EQ(chmod(folder.path().c_str(), 0777) + chown(file.c_str(), 0, kGroup), 0);
+  ASSERT_EQ(chmod(file.c_str(), 0664), 0);
+  const pid_t writer = fork();
+  if (writer == 0) {
+    const bool became = setgroups(1, &kGroup) == 0 && setgid(kUser) == 0 && setuid(kUser) == 0;
+    _exit(became && RegistryStore(file).WriteString(kKey, "x", "1") ? 0 : 1);
+  }
+  int result = -1;
+  waitpid(writer, &result, 0);
+  EXPECT_EQ(result, 0);
+  struct stat status {};
+  ASSERT_EQ(stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_gid, kGroup);
+  EXPECT_EQ(status.st_mode & 07777U, 0664U);
+}
+
+TEST(RegistryStoreTest, WhatIsNoRegularFileIsRefusedWithoutWaiting) {
+  const test::TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "folder");
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
-  EXPECT_FALSE(RegistryStore(folder / "pipe").WriteString(kKey, "x", "1"));
+  ASSERT_EQ(mkfifo((folder / "locked.lock").c_str(), 0600), 0);
+  std::filesystem::create_symlink("/dev/zero", folder / "device");
+  for (const char* name : {"folder", "pipe", "device", "locked"}) {
+    RegistryStore store(folder / name);
+    EXPECT_FALSE(store.WriteString(kKey, "x", "1")) << name;
+    EXPECT_EQ(store.ReadString(kKey, "x"), std::nullopt) << name;
+    EXPECT_EQ(store.read_error().empty(), std::string_view(name) == "locked") << name;
+  }
+}
+
+TEST(RegistryStoreTest, AfterAFailedReadingNothingIsWrittenUntilOneSucceeds) {
+  const test::TemporaryFolder folder;
+  RegistryStore store(folder.Write("registry.reg", "[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"old\"\n"));
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit none{0, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_EQ(store.ReadString(kKey, "x"), std::nullopt);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+  EXPECT_EQ(store.read_error(),
+            "Cannot read " + (folder / "registry.reg").string() + ": Too many open files");
+  EXPECT_FALSE(store.WriteString(kKey, "x", "default"));
+  EXPECT_EQ(store.ReadString(kKey, "x"), "old");
+  EXPECT_TRUE(store.WriteString(kKey, "x", "new"));
+}
+
+TEST(RegistryStoreTest, ALockThatIsNeverReleasedDelaysAllWritesTogetherByLessThanTwoSeconds) {
+  const test::TemporaryFolder folder;
+  RegistryStore store(folder / "registry.reg");
+  const auto start = std::chrono::steady_clock::now();
+  {
+    const FileLock lock(folder / "registry.reg", std::chrono::seconds{0});
+    for (const char* name : {"a", "b", "c"}) EXPECT_FALSE(store.WriteString(kKey, name, "1"));
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{2});
+  EXPECT_TRUE(store.WriteString(kKey, "a", "1"));
 }
 
 TEST(RegistryStoreTest, ProgramsThatWriteAtTheSameTimeKeepEachOthersValues) {

@@ -51,7 +51,7 @@ class FakeDesktop final : public Desktop {
  public:
   bool StartProgram(const std::filesystem::path& program) override {
     started.push_back(program);
-    return true;
+    return starts;
   }
   OpenUrlResult OpenUrl(const std::string& url) override {
     opened.push_back(url);
@@ -61,6 +61,7 @@ class FakeDesktop final : public Desktop {
   int ColorDepth() const override { return color_depth; }
 
   int color_depth = 24;
+  bool starts = true;
   std::vector<std::filesystem::path> started;
   std::vector<std::string> opened;
 };

@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include <QProcess>
+
+#include "support/sqlite_file.h"
+#include "support/temporary_folder.h"
+
+namespace quillan {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr int kPatience = 60'000;  // Milliseconds; only a failure takes that long.
+
+struct Outcome {
+  int status = -1;       // The exit status; -1 when a signal ended the process.
+  bool went_on = false;  // It still ran after its windows were closed, and was then ended.
+  std::string output;
+  std::string error;
+};
+
+/// Starts the real executable, into which Qt loads a plugin that closes its windows.
+class ExecutableTest : public testing::Test {
+ protected:
+  ExecutableTest() {
+    folder_.Write("program/TBKelvora.DB", "CONNECTION=Provider=SQLite;Data Source=suite.db\r\n");
+    WriteRegistry("DIALOG");
+  }
+
+  void WriteRegistry(const std::string& style) {
+    const std::string key = "[HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\";
+    folder_.Write("program/registry.reg",
+                  "REGEDIT4\n" + key + "TBKelvora\\Wizard]\n\"Completed\"=\"True\"\n" + key +
+                      "Quillan\\Settings]\n\"GUI Style\"=\"" + style + "\"\n");
+  }
+
+  Outcome Start(const QStringList& arguments = {}) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QUILLAN_HOME"), QString::fromStdString(folder_ / "program"));
+    environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(QUILLAN_TEST_PLUGINS));
+    environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("closewindows"));
+    process.setProcessEnvironment(environment);
+    process.setChildProcessModifier([] {  // File permissions are to hold for root, too.
+      for (const int right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) prctl(PR_CAPBSET_DROP, right);
+    });
+    process.start(QStringLiteral(QUILLAN_EXECUTABLE), arguments);
+    Outcome run;
+    while (!run.went_on && process.waitForReadyRead(kPatience)) {
+      run.output += process.readAllStandardOutput().toStdString();
+      run.went_on = run.output.ends_with("running\n");
+    }
+    if (run.went_on) process.terminate();
+    process.waitForFinished(kPatience);
+    EXPECT_EQ(process.state(), QProcess::NotRunning) << run.output;
+    if (process.exitStatus() == QProcess::NormalExit) run.status = process.exitCode();
+    run.output += process.readAllStandardOutput().toStdString();
+    // Qt has remarks of its own.
+    for (const QByteArray& line : process.readAllStandardError().split('\n')) {
+      if (line.startsWith("quillan: ")) run.error += line.toStdString() + "\n";
+    }
+    return run;
+  }
+
+  test::TemporaryFolder folder_;
+  test::SqliteFile suite_{folder_ / "program/suite.db"};
+};
+
+TEST_F(ExecutableTest, OnlySomeStylesLetTheProcessOutliveItsDialog) {
+  for (const auto& [style, goes_on] :
+       {std::pair{"DIALOG", false}, {"", false}, {"MINIMAL", true}, {"advanced", true}}) {
+    WriteRegistry(style);
+    const Outcome run = Start();
+    EXPECT_THAT(run.output, StartsWith("Quillan Settings: ")) << style;
+    EXPECT_EQ(run.went_on, goes_on) << style;
+    EXPECT_EQ(run.status, goes_on ? -1 : 0) << style;
+    EXPECT_EQ(run.error, "") << style;
+  }
+}
+
+TEST_F(ExecutableTest, AFailedStartSaysWhyInABoxAndInOneLineAndEndsWithAStatus) {
+  const auto expect_failure = [&](const std::string& reason) {
+    const Outcome run = Start();
+    EXPECT_EQ(run.status, 1) << reason;
+    EXPECT_THAT(run.output, HasSubstr(reason));
+    EXPECT_THAT(run.error, testing::MatchesRegex("quillan: [^\n]*\n"));
+    EXPECT_THAT(run.error, HasSubstr(reason));
+  };
+  const auto connection_file = folder_ / "program/TBKelvora.DB";
+  ASSERT_EQ(chmod((folder_ / "program/suite.db").c_str(), 0444), 0);
+  expect_failure("suite.db is write-protected.");
+  std::filesystem::remove(folder_ / "program/suite.db");
+  expect_failure("suite.db does not exist.");
+  std::filesystem::remove(connection_file);
+  expect_failure("Cannot find TBKelvora.DB or QuillanGUI.DB. Please re-run");
+  std::filesystem::create_directory(connection_file);
+  expect_failure("Cannot read " + connection_file.string() + ": Is a directory");
+  std::filesystem::remove(connection_file);
+  ASSERT_EQ(mkfifo(connection_file.c_str(), 0600), 0);
+  expect_failure("Cannot read " + connection_file.string() + ": Not a regular file");
+  const auto registry = folder_ / "program/registry.reg";
+  ASSERT_EQ(chmod(registry.c_str(), 0), 0);
+  expect_failure("Cannot read " + registry.string() + ": Permission denied");
+  std::filesystem::remove(registry);
+  expect_failure("Cannot start Configuration Wizard");
+  std::filesystem::remove(registry);  // The options were written back.
+  ASSERT_EQ(mkfifo(registry.c_str(), 0600), 0);
+  expect_failure("Cannot read " + registry.string() + ": Not a regular file");
+}
+
+TEST_F(ExecutableTest, HelpAndVersionArePrintedWithoutAWindow) {
+  const Outcome help = Start({QStringLiteral("--help")});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.output, StartsWith("usage: quillan"));
+  const Outcome version =
+      Start({QStringLiteral("-platform"), QStringLiteral("missing"), QStringLiteral("--version")});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_THAT(version.output, testing::MatchesRegex("quillan [0-9.]+\n"));
+  const Outcome qt_option = Start({QStringLiteral("-style"), QStringLiteral("fusion")});
+  EXPECT_EQ(qt_option.status, 0);
+  EXPECT_THAT(qt_option.output, StartsWith("Quillan Settings: "));
+  const Outcome unknown = Start({QStringLiteral("--colour")});
+  EXPECT_EQ(unknown.status, 2);
+  EXPECT_THAT(unknown.error, HasSubstr("--colour"));
+}
+
+}  // namespace
+}  // namespace quillan
