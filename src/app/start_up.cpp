@@ -9,8 +9,10 @@ namespace {
 
 // The one failure for which the session has no text of its own; an empty box would help nobody.
 constexpr std::string_view kNoConnectionString =
-    "The connection file TBKelvora.DB or QuillanGUI.DB names no CONNECTION.\r\n"
-    "Please re-run the Installation Wizard.";
+    "The connection file TBKelvora.DB or QuillanGUI.DB names no CONNECTION. Add a line such as\r\n"
+    "CONNECTION=Provider=SQLOLEDB;Data Source=server;Initial Catalog=database;User ID=user;"
+    "Password=password\r\n"
+    "or re-run the Installation Wizard.";
 
 std::string OneLine(std::string_view text) {
   std::string line;

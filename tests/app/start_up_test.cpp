@@ -81,9 +81,7 @@ TEST_F(StartUpTest, TheWizardOfTheProgramFolderComesBeforeThatOfItsParent) {
 TEST_F(StartUpTest, ADatabaseThatCannotBeOpenedIsExplained) {
   CompleteWizard();
   program_.folder.Write("program/TBKelvora.DB", "TIMEOUT=3\r\n");
-  EXPECT_EQ(Refusal(),
-            "The connection file TBKelvora.DB or QuillanGUI.DB names no CONNECTION.\r\n"
-            "Please re-run the Installation Wizard.");
+  EXPECT_THAT(Refusal(), testing::HasSubstr("Add a line such as\r\nCONNECTION="));
   program_.folder.Write("program/TBKelvora.DB",
                         "CONNECTION=Provider=SQLite;Password=secret;Data Source=gone.db");
   EXPECT_THAT(Refusal(),
