@@ -3,6 +3,7 @@
 #include <limits>
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 
 #include "dialog/failures.h"
@@ -12,12 +13,24 @@ namespace {
 
 constexpr int kBoxWidth = 260;
 
-QPushButton* NewButton(const char* name, const QString& caption, QWidget* parent) {
-  auto* button = new QPushButton(caption, parent);
-  button->setObjectName(QLatin1String(name));
-  button->setAutoDefault(false);
-  return button;
-}
+// Enter presses the button that has the focus, and no other.
+class EntryButton final : public QPushButton {
+ public:
+  EntryButton(const char* name, const QString& caption, QWidget* parent)
+      : QPushButton(caption, parent) {
+    setObjectName(QLatin1String(name));
+    setAutoDefault(false);
+  }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+      click();
+    } else {
+      QPushButton::keyPressEvent(event);
+    }
+  }
+};
 
 }  // namespace
 
@@ -48,8 +61,8 @@ void EntryForm::AddButtons() {
   connect(boxes_.back(), &QLineEdit::returnPressed, this, &EntryForm::OnOk);
   auto* row = new QHBoxLayout();
   row->addStretch();
-  QPushButton* ok = NewButton("cmdOK", tr("OK"), this);
-  QPushButton* cancel = NewButton("cmdCancel", tr("Cancel"), this);
+  auto* ok = new EntryButton("cmdOK", tr("OK"), this);
+  auto* cancel = new EntryButton("cmdCancel", tr("Cancel"), this);
   row->addWidget(ok);
   row->addWidget(cancel);
   layout_->addRow(row);

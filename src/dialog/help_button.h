@@ -28,8 +28,13 @@ class HelpButton final : public QPushButton {
  public:
   HelpButton(const HelpServices& services, QWidget* parent);
 
+  /// Reads the option again; returns the address of the help page, empty while the option is not
+  /// set.
+  std::string Refresh();
+
  private:
   std::string Address() const;
+  void OpenHelpPage();
   void OpenHelpFile();
 
   HelpServices services_;

@@ -1,6 +1,7 @@
 #include "dialog/list_control.h"
 
 #include <QHBoxLayout>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "dialog/failures.h"
@@ -54,6 +55,12 @@ QPushButton* ListControl::AddButton(const ListCommand& command) {
   button->setFixedSize(ToPixels(kButtonWidth), ToPixels(kButtonHeight));
   connect(button, &QPushButton::clicked, this, [this, run = command.run] { Run(run); });
   if (command.enabled == CommandEnabled::kOnDataRow) row_buttons_.push_back(button);
+  if (command.key != CommandKey::kNone) {
+    const auto key = command.key == CommandKey::kInsert ? Qt::Key_Insert : Qt::Key_Delete;
+    auto* shortcut = new QShortcut(key, table_);
+    shortcut->setContext(Qt::WidgetShortcut);
+    connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+  }
   return button;
 }
 

@@ -26,4 +26,11 @@ ListPage::ListPage(const Names& names, std::unique_ptr<CheckableList> list, Mess
 // The control shows the list, so it must go first.
 ListPage::~ListPage() { delete control_; }
 
+int ListPage::PendingCount() const {
+  int count = 0;
+  const Grid& grid = list_->Table();
+  for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) count += grid.RowData(row).state != 0;
+  return count;
+}
+
 }  // namespace quillan

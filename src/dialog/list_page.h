@@ -22,6 +22,7 @@ class ListPage final : public SettingsPage {
   ~ListPage() override;
 
   QWidget* FirstControl() const override { return control_; }
+  int PendingCount() const override;
   void LoadRows() override { list_->Refresh(); }
   void CommitEdit() override { control_->CommitEdit(); }
   void SaveRows() override { list_->Sync(); }

@@ -73,7 +73,8 @@ ServicePage::ServicePage(Settings& settings, MessageBox& messages, QWidget* pare
 }
 
 void ServicePage::LoadOptions() {
-  listen_port_->setText(QString::number(settings_.ListenPort()));
+  loaded_text_ = QString::number(settings_.ListenPort());
+  listen_port_->setText(loaded_text_);
   ShowNote();
 }
 
@@ -91,6 +92,7 @@ SaveResult ServicePage::SaveOptions() {
   if (!settings_.ListenPortError().empty() && !listen_port_->isModified()) return SaveResult::kDone;
   const auto port = text::ReadLeadingWhole(ToUtf8(listen_port_->text()));
   if (!port) {
+    emit NeedsAttention();
     ShowRefusal(messages_, *this,
                 {"The listening port " + ToUtf8(Quoted(listen_port_->text())) +
                      " cannot be stored.\r\nPlease enter a number from 1 to 65535; the default is "

@@ -18,6 +18,7 @@ class ServicePage final : public SettingsPage {
 
   bool OpensFirst() const override { return true; }
   QWidget* FirstControl() const override { return listen_port_; }
+  int PendingCount() const override { return listen_port_->text() == loaded_text_ ? 0 : 1; }
   void LoadOptions() override;
   /// Takes the number that the text begins with; refuses one that does not fit 32 bits.
   SaveResult SaveOptions() override;
@@ -29,6 +30,7 @@ class ServicePage final : public SettingsPage {
   MessageBox& messages_;
   QLineEdit* listen_port_;
   QLabel* note_;
+  QString loaded_text_;
 };
 
 }  // namespace quillan

@@ -1,19 +1,19 @@
 #include "dialog/settings_form.h"
 
 #include <algorithm>
-#include <exception>
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabBar>
 #include <QVBoxLayout>
 
 #include "dialog/failures.h"
-#include "dialog/help_button.h"
 #include "dialog/lengths.h"
 #include "dialog/settings_pages.h"
 #include "platform/program.h"
+#include "platform/qt/input_blocker.h"
 
 namespace quillan {
 namespace {
@@ -24,33 +24,34 @@ constexpr int kDesignHeight = 6475;
 constexpr int kButtonWidth = 1095;
 constexpr int kButtonHeight = 375;
 
-// Runs one step of a sequence in which a failing step is skipped.
-template <typename Step>
-void Attempt(Step step) {
-  try {
-    step();
-  } catch (const std::exception&) {
-    // The steps that follow do not depend on this one.
-  }
-}
-
 }  // namespace
 
 SettingsForm::SettingsForm(const SettingsFormServices& services)
-    : services_(services), tabs_(new QTabWidget(this)) {
+    : services_(services),
+      tabs_(new QTabWidget(this)),
+      pages_(CreateSettingsPages({.settings = services.settings,
+                                  .database = services.database,
+                                  .host = *this,
+                                  .messages = services.messages,
+                                  .clock = services.clock,
+                                  .locale = services.locale},
+                                 this),
+             services.settings, services.messages),
+      help_(new HelpButton({.settings = services.settings,
+                            .files = services.files,
+                            .desktop = services.desktop,
+                            .messages = services.messages,
+                            .help_file = services.help_file},
+                           this)) {
   setObjectName(QStringLiteral("SettingsForm"));
   setWindowTitle(tr("Quillan Settings"));
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
   tabs_->setObjectName(QStringLiteral("Tabs"));
-  const PageServices for_pages{.settings = services.settings,
-                               .database = services.database,
-                               .host = *this,
-                               .messages = services.messages,
-                               .clock = services.clock,
-                               .locale = services.locale};
-  for (SettingsPage* page : CreateSettingsPages(for_pages, this)) AddPage(page);
-  AddControls();
+  for (SettingsPage* page : pages_.Pages()) AddPage(page);
+  AddButtons();
+  AddTabKey(Qt::CTRL | Qt::Key_Tab, 1);
+  AddTabKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
   OpenAtComfortableSize();
   connect(tabs_, &QTabWidget::currentChanged, this, &SettingsForm::OnTabSelected);
   Sync();
@@ -61,16 +62,28 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
 SettingsForm::~SettingsForm() { delete tabs_; }
 
 void SettingsForm::AddPage(SettingsPage* page) {
-  pages_.push_back(page);
   const int tab = tabs_->addTab(page, page->Caption());
   tabs_->setTabVisible(tab, page->Reachable());
   // The arrow keys pass over tabs that are disabled, not over those that are hidden. The page
   // itself stays enabled.
   tabs_->tabBar()->setTabEnabled(tab, page->Reachable());
   if (page->OpensFirst()) tabs_->setCurrentIndex(tab);
+  connect(page, &SettingsPage::NeedsAttention, this,
+          [this, page] { tabs_->setCurrentWidget(page); });
 }
 
-void SettingsForm::AddControls() {
+// Changes the page wherever in the window the focus is.
+void SettingsForm::AddTabKey(const QKeySequence& key, int step) {
+  connect(new QShortcut(key, this), &QShortcut::activated, this, [this, step] {
+    int tab = tabs_->currentIndex();
+    do {
+      tab = (tab + step + tabs_->count()) % tabs_->count();
+    } while (!tabs_->isTabVisible(tab));
+    tabs_->setCurrentIndex(tab);
+  });
+}
+
+void SettingsForm::AddButtons() {
   const int margin = ToPixels(kMargin);
   auto* buttons = new QHBoxLayout();
   buttons->setSpacing(margin);
@@ -88,13 +101,8 @@ void SettingsForm::AddControls() {
   };
   add_new("cmdOK", tr("OK"), &SettingsForm::OnOk);
   add_new("CmdApply", tr("Apply"), &SettingsForm::OnApply);
-  add_new("cmdCancel", tr("Cancel"), &SettingsForm::reject);
-  add(new HelpButton({.settings = services_.settings,
-                      .files = services_.files,
-                      .desktop = services_.desktop,
-                      .messages = services_.messages,
-                      .help_file = services_.help_file},
-                     this));
+  add_new("cmdCancel", tr("Cancel"), &SettingsForm::Close);
+  add(help_);
   for (QPushButton* button : findChildren<QPushButton*>()) button->installEventFilter(this);
 
   auto* layout = new QVBoxLayout(this);
@@ -120,61 +128,43 @@ bool SettingsForm::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SettingsForm::Sync() {
-  Attempt([&] { services_.settings.RefreshDatabaseSettings(); });
-  for (SettingsPage* page : pages_) {
-    Attempt([&] { page->LoadOptions(); });
-  }
-  for (SettingsPage* page : pages_) {
-    Attempt([&] { page->LoadRows(); });
-  }
+  help_->Refresh();
+  pages_.Load();
 }
 
-SaveResult SettingsForm::SaveSettings() {
-  for (SettingsPage* page : pages_) page->CommitEdit();
-  const SaveResult options = SaveOptions();
-  return options == SaveResult::kDone ? SaveRows() : options;
-}
-
-SaveResult SettingsForm::SaveOptions() {
-  for (SettingsPage* page : pages_) {
-    const SaveResult result = page->SaveOptions();
-    // What the user is to correct is on this page.
-    if (result == SaveResult::kFailed) tabs_->setCurrentWidget(page);
-    if (result != SaveResult::kDone) return result;
-  }
-  return SaveResult::kDone;
-}
-
-SaveResult SettingsForm::SaveRows() {
-  auto page = pages_.begin();
-  try {
-    for (; page != pages_.end(); ++page) (*page)->SaveRows();
-    services_.settings.SaveDatabaseSettings();
-    return SaveResult::kDone;
-  } catch (const std::exception& failure) {
-    ShowDefaultPointer();
-    ShowFailure(services_.messages, failure.what());
-  }
-  // What was written must not be written again; the page that failed keeps its edits.
-  std::for_each(pages_.begin(), page,
-                [](SettingsPage* saved) { Attempt([&] { saved->LoadRows(); }); });
-  return SaveResult::kFailed;
+SaveResult SettingsForm::Save() {
+  const InputBlocker blocker;
+  return pages_.Save();
 }
 
 void SettingsForm::OnOk() {
-  if (SaveSettings() == SaveResult::kDone) reject();
+  RunGuarded(services_.messages, [this] {
+    if (Save() == SaveResult::kDone) Close();
+  });
 }
 
 void SettingsForm::OnApply() {
-  if (SaveSettings() != SaveResult::kFailed) Sync();
+  RunGuarded(services_.messages, [this] {
+    const InputBlocker blocker;
+    if (Save() != SaveResult::kFailed) Sync();
+  });
 }
 
 void SettingsForm::reject() {
-  QDialog::reject();
-  Unload();
+  const int pending = pages_.PendingCount();
+  if (pending > 0) {
+    const std::string changes =
+        pending == 1 ? "A change has" : std::to_string(pending) + " changes have";
+    const MessageAnswer answer =
+        services_.messages.Show(changes + " not been saved.\r\nClose the window without saving?",
+                                kDisplayName, MessageButtons::kYesNo, MessageIcon::kQuestion);
+    if (answer != MessageAnswer::kYes) return;
+  }
+  Close();
 }
 
-void SettingsForm::Unload() {
+void SettingsForm::Close() {
+  QDialog::reject();
   const std::string& style = services_.settings.GUIStyle();
   if (style != "ADVANCED" && style != "MINIMAL") services_.end_program();
 }

@@ -2,12 +2,12 @@
 
 #include <filesystem>
 #include <functional>
-#include <vector>
 
 #include <QDialog>
 #include <QTabWidget>
 
-#include "dialog/settings_page.h"
+#include "dialog/help_button.h"
+#include "dialog/page_sequence.h"
 #include "lists/list_host.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
@@ -39,9 +39,10 @@ class SettingsForm final : public QDialog, private ListHost {
   explicit SettingsForm(const SettingsFormServices& services);
   ~SettingsForm() override;
 
-  /// Loads every page from the settings and the database; a step that fails is skipped.
+  /// Loads every page from the settings and the database.
   void Sync();
 
+  /// Esc and the close box: asks once before changes are lost.
   void reject() override;
 
  protected:
@@ -49,23 +50,23 @@ class SettingsForm final : public QDialog, private ListHost {
 
  private:
   void AddPage(SettingsPage* page);
-  void AddControls();
+  void AddButtons();
+  void AddTabKey(const QKeySequence& key, int step);
   void OpenAtComfortableSize();
 
-  SaveResult SaveSettings();
-  SaveResult SaveOptions();
-  SaveResult SaveRows();
+  SaveResult Save();
   void OnOk();
   void OnApply();
   void OnTabSelected(int tab);
-  void Unload();
+  void Close();
 
   void ShowBusyPointer() override { setCursor(Qt::WaitCursor); }
   void ShowDefaultPointer() override { unsetCursor(); }
 
   SettingsFormServices services_;
   QTabWidget* tabs_;
-  std::vector<SettingsPage*> pages_;  // In the order of their tabs.
+  PageSequence pages_;
+  HelpButton* help_;
 };
 
 }  // namespace quillan

@@ -33,6 +33,9 @@ class SettingsPage : public QWidget {
   /// What the focus goes to when the tab is selected.
   virtual QWidget* FirstControl() const = 0;
 
+  /// The number of changes that a save would write.
+  virtual int PendingCount() const { return 0; }
+
   // The phases of a load.
 
   /// Shows the options that the settings hold.
@@ -48,6 +51,10 @@ class SettingsPage : public QWidget {
   virtual SaveResult SaveOptions() { return SaveResult::kDone; }
   /// Writes the user's changes of rows to the database. `ado::Error` stops the save.
   virtual void SaveRows() {}
+
+ signals:
+  /// The page shows something that the user is to correct.
+  void NeedsAttention();
 
  private:
   QString caption_;

@@ -12,8 +12,10 @@ std::vector<ListCommand> EditableList::Commands() {
       {"cmdCheck", "Check" + selected, kTop, kOnDataRow, [this] { SetSelectedChecked(true); }},
       {"cmdUncheck", "Uncheck" + selected, kTop, kOnDataRow, [this] { SetSelectedChecked(false); }},
       {"cmdToggle", "Toggle" + selected, kTop, kOnDataRow, [this] { ToggleSelected(); }},
-      {texts_.add_name, std::string(texts_.add_caption), kBottom, kAlways, [this] { Add(); }},
-      {texts_.delete_name, "Delete" + selected, kBottom, kOnDataRow, [this] { DeleteSelected(); }},
+      {texts_.add_name, std::string(texts_.add_caption), kBottom, kAlways, [this] { Add(); },
+       CommandKey::kInsert},
+      {texts_.delete_name, "Delete" + selected, kBottom, kOnDataRow, [this] { DeleteSelected(); },
+       CommandKey::kDelete},
   };
 }
 

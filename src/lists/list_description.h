@@ -34,6 +34,7 @@ struct ListDescription {
 
 enum class CommandPlace { kTop, kBottom };
 enum class CommandEnabled { kAlways, kOnDataRow };
+enum class CommandKey { kNone, kInsert, kDelete };
 
 /// A button beside a list.
 struct ListCommand {
@@ -42,6 +43,7 @@ struct ListCommand {
   CommandPlace place;
   CommandEnabled enabled;
   std::function<void()> run;
+  CommandKey key = CommandKey::kNone;  ///< Presses the button while the list has the focus.
 };
 
 }  // namespace quillan

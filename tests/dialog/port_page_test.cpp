@@ -57,8 +57,10 @@ TEST_F(PortPageTest, WhatTheScreenShowsIsWhatTheDatabaseHoldsAfterwards) {
   EXPECT_EQ(Cell(table_, 3, 1), QStringLiteral("100"));
   EXPECT_EQ(table_->currentIndex().row(), 2);
 
+  form_->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
   ClickCell(table_, 5, 1);
-  Click("cmdDeletePort");
+  QTest::keyClick(table_, Qt::Key_Delete);
   EXPECT_EQ(TextColor(table_, 5, 1), QColor(200, 200, 200));
   EXPECT_FALSE(Check(table_, 5).isValid());
   EXPECT_FALSE(Find<QPushButton>("cmdDeletePort")->isEnabled());
@@ -119,7 +121,7 @@ TEST_F(PortPageTest, HeadersSortAndTheSelectionFollows) {
 TEST_F(PortPageTest, TheAddDialogRefusesAndKeepsWhatWasTyped) {
   program_.suite.Run("insert into ServicePorts values (80, 'http', 1, 1)");
   Open();
-  AddPort([&](QDialog* dialog) {
+  InNextDialog([&](QDialog* dialog) {
     auto* number = Find<QLineEdit>("PortNumber", dialog);
     auto* description = Find<QLineEdit>("Description", dialog);
     description->setText(QStringLiteral("kept"));
@@ -132,9 +134,14 @@ TEST_F(PortPageTest, TheAddDialogRefusesAndKeepsWhatWasTyped) {
     EXPECT_EQ(messages_.messages.back().text, "Port number 80 already exists as http");
     EXPECT_EQ(number->selectedText(), QStringLiteral(" 80abc"));
     EXPECT_EQ(description->text(), QStringLiteral("kept"));
-    QTest::keyClick(dialog, Qt::Key_Escape);
+    // Enter presses the button that has the focus.
+    Find<QPushButton>("cmdOK", dialog)->setFocus();
+    QTest::keyClick(Find<QPushButton>("cmdOK", dialog), Qt::Key_Return);
+    EXPECT_EQ(messages_.messages.size(), 3U);
+    QTest::keyClick(Find<QPushButton>("cmdCancel", dialog), Qt::Key_Enter);
   });
-  EXPECT_EQ(messages_.messages.size(), 2U);
+  QTest::keyClick(table_, Qt::Key_Insert);
+  EXPECT_EQ(messages_.messages.size(), 3U);
   EXPECT_EQ(table_->model()->rowCount(), 1);
 }
 

@@ -1,6 +1,8 @@
 #include "dialog/settings_form.h"
 
+#include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTabBar>
@@ -33,27 +35,76 @@ TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
                 ElementsAre(std::string("collector|") + stored, "other|7"));
     EXPECT_TRUE(form_->isVisible());
   }
-  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("99999999999"));
-  Click("cmdOK");
-  EXPECT_TRUE(form_->isVisible());
-  EXPECT_THAT(messages_.messages.back().text, HasSubstr("99999999999"));
-  EXPECT_EQ(messages_.messages.back().icon, MessageIcon::kExclamation);
-  EXPECT_EQ(Find<QLineEdit>("ListenPort")->text(), QStringLiteral("99999999999"));
+  SelectPage(1);
+  for (const char* typed : {"99999999999", "-99999999999"}) {
+    Find<QLineEdit>("ListenPort")->setText(QLatin1String(typed));
+    Click("cmdOK");
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_THAT(messages_.messages.back().text, HasSubstr(typed));
+    EXPECT_TRUE(Find<QLineEdit>("ListenPort")->hasFocus());
+  }
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines order by ServerName"),
               ElementsAre("80", "7"));
 }
 
-TEST_F(SettingsFormTest, CancelEscAndTheCloseBoxWriteNothing) {
-  const std::function<void()> ways[] = {[&] { Click("cmdCancel"); },
-                                        [&] { QTest::keyClick(form_.get(), Qt::Key_Escape); },
-                                        [&] { form_->close(); }};
-  for (const auto& leave : ways) {
+TEST_F(SettingsFormTest, PointsOutAnUnusualListeningPort) {
+  Open();
+  auto* port = Find<QLineEdit>("ListenPort");
+  const auto note = [&] { return Find<QLabel>("ListenPortNote")->text().toStdString(); };
+  EXPECT_EQ(note(), "");
+  struct Case {
+    QString typed;
+    const char* range;
+    const char* stored;
+  };
+  const Case cases[] = {{QStringLiteral("9996"), "", ""},
+                        {QStringLiteral(" 080 "), "", ""},
+                        {QStringLiteral("20 55"), "", "2055"},
+                        {QStringLiteral("80.5"), "", "80"},
+                        {QStringLiteral("abc"), "65535", "1"},
+                        {QStringLiteral("70000"), "65535", ""},
+                        {QString(40000, QLatin1Char('9')), "65535", ""}};
+  for (const auto& [typed, range, stored] : cases) {
+    port->setText(typed);
+    EXPECT_EQ(port->text(), typed);
+    EXPECT_THAT(note(), AllOf(HasSubstr(range), HasSubstr(stored)));
+    EXPECT_EQ(note().empty(), *range == '\0' && *stored == '\0') << note();
+  }
+  EXPECT_THAT(messages_.messages, IsEmpty());
+
+  program_.suite.Run("alter table FlowEngines rename to Elsewhere");
+  Open();
+  EXPECT_NE(note(), "");
+  QTest::keyClick(Find<QLineEdit>("ListenPort"), '9');
+  EXPECT_EQ(note(), "");
+}
+
+TEST_F(SettingsFormTest, EscAndTheCloseBoxAskBeforeChangesAreLostAndCancelDoesNot) {
+  struct Way {
+    std::function<void()> leave;
+    bool asks;
+  };
+  const Way ways[] = {{[&] { Click("cmdCancel"); }, false},
+                      {[&] { QTest::keyClick(form_.get(), Qt::Key_Escape); }, true},
+                      {[&] { form_->close(); }, true}};
+  for (const auto& [leave, asks] : ways) {
     Open();
-    Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
     leave();
     EXPECT_FALSE(form_->isVisible());
+    EXPECT_THAT(messages_.messages, IsEmpty());
+
+    Open();
+    Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+    messages_.answers = {MessageAnswer::kNo, MessageAnswer::kYes};
+    leave();
+    EXPECT_EQ(form_->isVisible(), asks);
+    if (asks) leave();
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(messages_.messages.size(), asks ? 2U : 0U);
+    messages_.messages.clear();
+    messages_.answers.clear();
   }
-  EXPECT_EQ(ended_, 3);
+  EXPECT_EQ(ended_, 6);
   EXPECT_THAT(program_.suite.Rows("select * from FlowEngines"), IsEmpty());
 }
 
@@ -87,6 +138,30 @@ TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
   EXPECT_EQ(script_.statements[0], load[0]);
   EXPECT_THAT(script_.statements[1], HasSubstr("insert into FlowEngines"));
   is_load(2);
+
+  program_.suite.Run(
+      "insert into ServicePorts values (80, 'http', 1, 1);"
+      "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
+      "insert into Nodes values (1, 'node'); insert into Interfaces values (10, 1, 'a')");
+  Open();
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+  for (const auto& [page, list] :
+       {std::pair{6, "InterfacesList"}, {2, "AddressGroupList"}, {1, "PortList"}}) {
+    SelectPage(page);
+    ClickCell(Table(list), 1, 0);
+  }
+  script_.statements.clear();
+  Click("CmdApply");
+  std::string order;
+  for (const std::string& statement : script_.statements) {
+    for (const auto& [part, letter] : {std::pair{"Update ServicePorts", 'p'},
+                                       {"Update IPAddressGroups", 'g'},
+                                       {"into NetFlowSources", 's'},
+                                       {"update FlowEngines", 'e'}}) {
+      if (statement.find(part) != std::string::npos) order += letter;
+    }
+  }
+  EXPECT_EQ(order, "pgse");
 }
 
 TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl) {
@@ -109,6 +184,14 @@ TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl)
   EXPECT_TRUE(Table("InterfacesList")->hasFocus());
   SelectPage(5);
   EXPECT_TRUE(Find<QLineEdit>("ListenPort")->hasFocus());
+  // Over the two hidden pages, wherever the focus is.
+  for (const int expected : {5, 0}) {
+    QTest::keyClick(Find<QPushButton>("cmdOK"), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(tabs->currentIndex(), expected);
+  }
+  QTest::keyClick(Table("PortList"), Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(tabs->currentIndex(), 5);
+  SelectPage(5);
   // Enter presses no button.
   QTest::keyClick(Find<QLineEdit>("ListenPort"), Qt::Key_Return);
   EXPECT_TRUE(form_->isVisible());
@@ -150,29 +233,51 @@ TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
   }
 }
 
-TEST_F(SettingsFormTest, EveryCaptionFitsItsButton) {
-  Open();
-  for (int page : {1, 2, 6}) {
-    SelectPage(page);
-    for (const QPushButton* button : form_->findChildren<QPushButton*>()) {
-      if (!button->isVisible()) continue;
-      const int text = button->fontMetrics().horizontalAdvance(button->text());
-      EXPECT_LE(text + 8, button->width()) << button->text().toStdString();
+TEST_F(SettingsFormTest, EveryCaptionFitsItsButtonInEveryFont) {
+  const QFont usual = QApplication::font();
+  for (const int points : {0, 9, 12, 18}) {
+    QFont font = usual;
+    if (points > 0) font.setPointSize(points);
+    QApplication::setFont(font);
+    Open();
+    for (int page : {1, 2, 4, 6}) {
+      Find<QTabWidget>("Tabs")->setTabVisible(page - 1, true);
+      SelectPage(page);
+      for (const QPushButton* button : form_->findChildren<QPushButton*>()) {
+        if (!button->isVisible()) continue;
+        const QSize text = button->fontMetrics().size(0, button->text());
+        EXPECT_LE(text.width() + 8, button->width()) << points << button->text().toStdString();
+        EXPECT_LE(text.height(), button->height()) << points << button->text().toStdString();
+      }
     }
   }
+  QApplication::setFont(usual);
 }
 
 TEST_F(SettingsFormTest, HelpNeedsToKnowItsServer) {
   Open();
   EXPECT_FALSE(Find<QPushButton>("CmdHelp")->isEnabled());
   EXPECT_THAT(Find<QPushButton>("CmdHelp")->toolTip().toStdString(), HasSubstr("Help Server"));
-  WriteOption("Help Server", "help.example");
-  Open();
+  const std::pair<const char*, const char*> hosts[] = {
+      {"help.example", "http://help.example"},
+      {"help.example:8080/", "http://help.example:8080"},
+      {"https://help.example//", "https://help.example"},
+  };
+  for (const auto& [host, address] : hosts) {
+    WriteOption("Help Server", host);
+    Click("CmdApply");
+    EXPECT_TRUE(Find<QPushButton>("CmdHelp")->toolTip().isEmpty());
+    Click("CmdHelp");
+    EXPECT_EQ(desktop_.opened.back(), std::string(address) + "/Kelvora/Help/Admin/NetFlow.htm");
+  }
+  // The option is read when it is used.
+  WriteOption("Help Server", "");
   Click("CmdHelp");
-  EXPECT_THAT(desktop_.opened, ElementsAre("http://help.example/Kelvora/Help/Admin/NetFlow.htm"));
+  EXPECT_FALSE(Find<QPushButton>("CmdHelp")->isEnabled());
+  EXPECT_EQ(desktop_.opened.size(), 3U);
 
   QTest::keyClick(form_.get(), Qt::Key_F1);
-  EXPECT_EQ(desktop_.opened.size(), 1U);
+  EXPECT_EQ(desktop_.opened.size(), 3U);
   const auto file = program_.folder.Write("program/Help/Tarrowby.chm", "help");
   QTest::keyClick(form_.get(), Qt::Key_F1);
   EXPECT_EQ(desktop_.opened.back(), file.string());
@@ -200,6 +305,9 @@ TEST_F(SettingsFormTest, AFailedSaveKeepsTheDialogAndWritesNothingTwice) {
   // The finished list is reloaded, the failed one keeps its edits.
   EXPECT_FALSE(TextColor(Table("PortList"), 1, 1) == Qt::red);
   EXPECT_EQ(TextColor(Table("InterfacesList"), 2, 1), Qt::red);
+  // Apply drops no edit either.
+  Click("CmdApply");
+  EXPECT_EQ(TextColor(Table("InterfacesList"), 2, 1), Qt::red);
 
   script_.before = [](const std::string&) {};
   script_.statements.clear();
@@ -208,6 +316,25 @@ TEST_F(SettingsFormTest, AFailedSaveKeepsTheDialogAndWritesNothingTwice) {
   EXPECT_THAT(script_.statements,
               testing::Not(testing::Contains(HasSubstr("Update ServicePorts"))));
   EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10", "11"));
+}
+
+TEST_F(SettingsFormTest, DropsWhatIsClickedDuringASave) {
+  program_.suite.Run("insert into ServicePorts values (80, 'http', 1, 1)");
+  Open();
+  auto* cancel = Find<QPushButton>("cmdCancel");
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+  script_.before = [&](const std::string& statement) {
+    if (statement.find("into FlowEngines") == std::string::npos) return;
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+      QCoreApplication::postEvent(
+          cancel, new QMouseEvent(type, QPointF(9, 9), cancel->mapToGlobal(QPointF(9, 9)),
+                                  Qt::LeftButton, Qt::LeftButton, Qt::NoModifier));
+    }
+  };
+  Click("CmdApply");
+  QApplication::processEvents();
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("1234"));
 }
 
 TEST_F(SettingsFormTest, StaysUsableWhileTheDatabaseIsAway) {
