@@ -4,9 +4,12 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
 
 #include "platform/text/ascii.h"
-#include "settings/date_expression.h"
+#include "platform/text/number.h"
 
 namespace quillan {
 namespace {
@@ -32,6 +35,14 @@ DateTime FirstOfYear(DateTime value) {
 DateTime NextHour(DateTime value) { return std::chrono::floor<hours>(value) + hours{1}; }
 
 DateTime Tomorrow(DateTime now) { return Midnight(now) + days{1}; }
+
+// `value` moved by calendar months; a day that the month does not have becomes its last one.
+DateTime AddMonths(DateTime value, int months) {
+  const auto day = std::chrono::floor<days>(value);
+  std::chrono::year_month_day date = std::chrono::year_month_day(day) + std::chrono::months(months);
+  if (!date.ok()) date = date.year() / date.month() / std::chrono::last;
+  return DateTime{std::chrono::local_days{date}} + (value - day);
+}
 
 using RangeRule = PeriodRange (*)(DateTime now);
 
@@ -96,6 +107,45 @@ constexpr std::array<BuiltInPeriod, 13> kBuiltIn = {{
     {"Custom", "CUSTOM", "30M", false, nullptr},
 }};
 
+constexpr int kQuarterMonths = 3;
+
+// The date-time that an offset names: "-7" days, or "-30 M" of the unit whose letter follows the
+// first blank.
+std::optional<DateTime> AddOffset(DateTime now, std::string_view text) {
+  const size_t blank = std::min(text.find(' '), text.size());
+  const std::string_view amount_text = text.substr(0, blank);
+  const auto amount = text::ReadLeadingWhole(amount_text);
+  if (!amount || !text::StartsWithNumber(amount_text)) return std::nullopt;
+  const std::int64_t count = *amount;
+  switch (blank == text.size() ? 'D' : text::ToUpperAscii(text[blank + 1])) {
+    case 'S':
+      return now + seconds{count};
+    case 'M':
+    case 'N':
+      return now + minutes{count};
+    case 'H':
+      return now + hours{count};
+    case 'D':
+    case 'W':  // Weekday and day of the year step by days when they are added.
+    case 'Y':
+      return now + days{count};
+    case 'Q': {
+      constexpr std::int64_t kMostQuarters = 40000;  // Ten thousand years.
+      if (std::abs(count) > kMostQuarters) return std::nullopt;
+      return AddMonths(now, static_cast<int>(count) * kQuarterMonths);
+    }
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<DateTime> ReadDateExpression(std::string_view text, DateTime now,
+                                           const text::UserLocale& locale) {
+  text = text::TrimSpaces(text);
+  if (text::EqualsIgnoringCase(text, "NOW")) return now;
+  return text.starts_with('-') ? AddOffset(now, text) : locale.ReadDateTime(text);
+}
+
 }  // namespace
 
 Periods::Periods(const Clock& clock, const text::UserLocale& locale)
@@ -141,7 +191,16 @@ const Period* Periods::GetPeriod(std::string_view text) const {
 }
 
 DateTime Periods::Period2DateTime(std::string_view text) const {
-  return ReadDateExpression(text, clock_.Now(), locale_);
+  return ToDateTime(text, clock_.Now());
+}
+
+DateTime Periods::ToDateTime(std::string_view text, DateTime now) const {
+  constexpr DateTime kEarliest{
+      std::chrono::local_days{std::chrono::year{100} / std::chrono::January / 1}};
+  constexpr DateTime kEnd{
+      std::chrono::local_days{std::chrono::year{10000} / std::chrono::January / 1}};
+  const auto value = ReadDateExpression(text, now, locale_);
+  return value && *value >= kEarliest && *value < kEnd ? *value : text::kZeroDate;
 }
 
 PeriodRange Periods::Parse(std::string& text) const {
@@ -155,10 +214,8 @@ PeriodRange Periods::Parse(std::string& text) const {
   const std::string_view whole = text;
   const size_t tilde = whole.find('~');
   PeriodRange range{now, now + minutes{5}, 60, "1H"};
-  range.start = ReadDateExpression(whole.substr(0, tilde), now, locale_);
-  if (tilde != std::string_view::npos) {
-    range.end = ReadDateExpression(whole.substr(tilde + 1), now, locale_);
-  }
+  range.start = ToDateTime(whole.substr(0, tilde), now);
+  if (tilde != std::string_view::npos) range.end = ToDateTime(whole.substr(tilde + 1), now);
   return range;
 }
 

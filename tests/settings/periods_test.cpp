@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <sstream>
 #include <string>
 
+#include "platform/text/case_fold.h"
 #include "support/fakes.h"
 
 namespace quillan {
@@ -32,15 +35,10 @@ class PeriodsTest : public testing::Test {
 };
 
 TEST_F(PeriodsTest, PeriodsAreFoundByPositionNameAndAlias) {
-  EXPECT_EQ(periods_.Count(), 13);
-  EXPECT_EQ(periods_.GetPeriod("last hour"), periods_.Item(1));
-  EXPECT_EQ(periods_.GetPeriod("PAST 2 HOURS"), periods_.Item("Last 2 Hours"));
-  EXPECT_EQ(periods_.GetPeriod("year to date"), periods_.Item(11));
+  EXPECT_EQ(periods_.Item("last 2 hours"), periods_.Item(2));
   for (const char* text : {"Last  Hour", "", " today", "TODAY,YESTERDAY", ","}) {
     EXPECT_EQ(periods_.GetPeriod(text), nullptr) << text;
   }
-  EXPECT_EQ(periods_.Item(9)->SampleSize(), "6H");
-  EXPECT_FALSE(periods_.Item("Custom")->IncludesPresent());
   EXPECT_EQ(periods_.Item(14), nullptr);
 }
 
@@ -53,17 +51,54 @@ TEST_F(PeriodsTest, RefreshBringsBackTheBuiltInPeriods) {
   EXPECT_EQ(periods_.Count(), 13);
 }
 
-TEST_F(PeriodsTest, NamedPeriodsGiveTheirRanges) {
-  ExpectRange("past hour", "2007-05-31 12:20:30", "2007-05-31 13:21:30", 10, "10M");
-  ExpectRange("Last 24 Hours", "2007-05-30 13:20:30", "2007-05-31 13:21:30", 30, "30M");
-  ExpectRange(" today ", "2007-05-31 00:00:00", "2007-06-01 00:00:00", 30, "30M");
-  ExpectRange("yesterday", "2007-05-30 00:00:00", "2007-05-30 23:59:59", 30, "30M");
-  ExpectRange("this week", "2007-05-24 00:00:00", "2007-05-31 14:00:00", 60, "1H");
-  ExpectRange("this month", "2007-05-01 00:00:00", "2007-06-01 00:00:00", 60, "1H");
-  ExpectRange("last month", "2007-04-01 00:00:00", "2007-04-30 23:59:59", 1440, "1D");
-  ExpectRange("last 30 days", "2007-05-01 00:00:00", "2007-06-01 00:00:00", 1440, "1D");
-  ExpectRange("this year", "2007-01-01 00:00:00", "2007-06-01 00:00:00", 1440, "1D");
-  ExpectRange("last 12 months", "2006-05-31 00:00:00", "2007-06-01 00:00:00", 1440, "1D");
+TEST_F(PeriodsTest, EveryBuiltInPeriodHasItsNamesItsSampleSizesAndItsRange) {
+  struct Row {
+    const char *name, *aliases, *sample_size;
+    bool includes_present;
+    const char *start, *end;
+    int minutes;
+    const char* range_sample_size;
+  } const rows[] = {
+      {"Last Hour", "LASTHOUR,LAST HOUR,PASTHOUR,PAST HOUR", "10M", true, "2007-05-31 12:20:30",
+       "2007-05-31 13:21:30", 10, "10M"},
+      {"Last 2 Hours", "LAST2HOURS,LAST 2 HOURS,PAST2HOURS,PAST 2 HOURS", "10M", true,
+       "2007-05-31 11:20:30", "2007-05-31 13:21:30", 10, "10M"},
+      {"Last 24 Hours", "LAST24HOURS,LAST 24 HOURS,PAST24HOURS,PAST 24 HOURS", "30M", true,
+       "2007-05-30 13:20:30", "2007-05-31 13:21:30", 30, "30M"},
+      {"Today", "TODAY", "30M", true, "2007-05-31", "2007-06-01", 30, "30M"},
+      {"Yesterday", "YESTERDAY", "30M", false, "2007-05-30", "2007-05-30 23:59:59", 30, "30M"},
+      {"Last 7 Days", "THISWEEK,THIS WEEK,LAST7DAYS,LAST 7 DAYS", "1H", true, "2007-05-24",
+       "2007-05-31 14:00:00", 60, "1H"},
+      {"This Month", "THISMONTH,THIS MONTH,MONTH TO DATE,THIS MONTH TO DATE", "1H", true,
+       "2007-05-01", "2007-06-01", 60, "1H"},
+      {"Last Month", "LASTMONTH,LAST MONTH", "1H", false, "2007-04-01", "2007-04-30 23:59:59", 1440,
+       "1D"},
+      {"Last 30 Days", "LAST30DAYS,LAST 30 DAYS", "6H", true, "2007-05-01", "2007-06-01", 1440,
+       "1D"},
+      {"Last 3 Months", "LAST3MONTHS,LAST 3 MONTHS", "1D", true, "2007-02-28", "2007-06-01", 1440,
+       "1D"},
+      {"This Year", "THISYEAR,THIS YEAR,YEAR TO DATE", "1D", true, "2007-01-01", "2007-06-01", 1440,
+       "1D"},
+      {"Last 12 Months", "LAST12MONTHS,LAST 12 MONTHS", "1D", true, "2006-05-31", "2007-06-01",
+       1440, "1D"},
+      // Not a keyword of a range but a date that cannot be read.
+      {"Custom", "CUSTOM", "30M", false, "1899-12-30", "2007-05-31 13:25:30", 60, "1H"},
+  };
+  EXPECT_EQ(periods_.Count(), static_cast<int>(std::size(rows)));
+  int position = 0;
+  for (const Row& row : rows) {
+    const Period* period = periods_.Item(++position);
+    EXPECT_EQ(period->Name(), row.name);
+    EXPECT_EQ(period->Aliases(), row.aliases);
+    EXPECT_EQ(period->SampleSize(), row.sample_size) << row.name;
+    EXPECT_EQ(period->IncludesPresent(), row.includes_present) << row.name;
+    std::istringstream aliases(row.aliases);
+    for (std::string alias; std::getline(aliases, alias, ',');) {
+      EXPECT_EQ(periods_.GetPeriod(alias), period) << alias;
+      ExpectRange(" " + text::FoldCase(alias), row.start, row.end, row.minutes,
+                  row.range_sample_size);
+    }
+  }
   clock_.now = At("2008-01-15T23:30:00");
   ExpectRange("last month", "2007-12-01 00:00:00", "2007-12-31 23:59:59", 1440, "1D");
   ExpectRange("this week", "2008-01-08 00:00:00", "2008-01-16 00:00:00", 60, "1H");
@@ -82,14 +117,23 @@ TEST_F(PeriodsTest, CustomRangesAreReadFromOneOrTwoExpressions) {
 }
 
 TEST_F(PeriodsTest, DateExpressionsAreReadOrGiveTheZeroDate) {
-  EXPECT_EQ(periods_.Period2DateTime(" NOW "), clock_.now);
-  EXPECT_EQ(periods_.Period2DateTime("-30 M"), At("2007-05-31T12:50:30"));
-  EXPECT_EQ(periods_.Period2DateTime("-30 seconds"), At("2007-05-31T13:20:00"));
-  EXPECT_EQ(periods_.Period2DateTime("-0.5"), At("2007-05-31T01:20:30"));
-  EXPECT_EQ(periods_.Period2DateTime("-1 q"), At("2007-02-28T13:20:30"));
-  EXPECT_EQ(periods_.Period2DateTime("-7 W"), At("2007-05-24T13:20:30"));
-  for (const char* text : {"yesterday", "", "-1 X", "-2  H", "-9999999999 S", "-9e999", "-800000",
-                           "-2000000000 Q", "2/30/2007"}) {
+  const std::pair<const char*, const char*> rows[] = {
+      {" NOW ", "2007-05-31T13:20:30"},  {"now", "2007-05-31T13:20:30"},
+      {"-30 M", "2007-05-31T12:50:30"},  {"-1 n", "2007-05-31T13:19:30"},
+      {"-2 H", "2007-05-31T11:20:30"},   {"-30 seconds", "2007-05-31T13:20:00"},
+      {"-1 d", "2007-05-30T13:20:30"},   {"-7 W", "2007-05-24T13:20:30"},
+      {"-365 Y", "2006-05-31T13:20:30"}, {"-1 q", "2007-02-28T13:20:30"},
+      {"-3", "2007-05-28T13:20:30"},     {"-.5 D", "2007-05-31T13:20:30"},
+      {"-0.5", "2007-05-31T13:20:30"},   {"-1.5 H", "2007-05-31T11:20:30"},
+      {"-1.5", "2007-05-29T13:20:30"},   {"-400 Q", "1907-05-31T13:20:30"},
+      {"6/1/2007", "2007-06-01"},        {"-7days", "2007-05-24T13:20:30"},
+  };
+  for (const auto& [text, value] : rows) {
+    EXPECT_EQ(periods_.Period2DateTime(text), At(value)) << text;
+  }
+  for (const char* text :
+       {"yesterday", "", "-1 X", "-2  H", "-9999999999 S", "-9e999", "-800000", "-2000000000 Q",
+        "2/30/2007", "-", "-abc", "--5", "-+5", "-x H", "- 5"}) {
     EXPECT_EQ(periods_.Period2DateTime(text), text::kZeroDate) << text;
   }
 }

@@ -3,11 +3,16 @@
 #include <locale.h>
 #include <wctype.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "platform/text/ascii.h"
 #include "platform/text/encoding.h"
 
 namespace quillan::text {
 namespace {
+
+constexpr size_t kInsideCharacter = std::string::npos;
 
 // The C library's Unicode tables, which are part of it and need no installed locale.
 locale_t UnicodeLocale() {
@@ -22,24 +27,76 @@ char32_t Lower(char32_t c) {
   return static_cast<char32_t>(towlower_l(towupper_l(static_cast<wint_t>(c), locale), locale));
 }
 
+char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Appends the folded form of the character at `text[at]`; returns its length in `text`.
+size_t AppendFolded(std::string_view text, size_t at, std::string& folded) {
+  const DecodedUtf8 character = DecodeUtf8(text, at);
+  if (character.valid) {
+    AppendUtf8(Lower(character.code_point), folded);
+  } else {
+    folded.append(text, at, character.length);
+  }
+  return character.length;
+}
+
+// A folded text whose bytes remember the character of the original that they come from: a character
+// and its folded form may differ in length.
+struct TracedText {
+  explicit TracedText(std::string_view text) {
+    for (size_t at = 0; at < text.size();) {
+      origins.push_back(at);
+      at += AppendFolded(text, at, folded);
+      origins.resize(folded.size(), kInsideCharacter);
+    }
+    origins.push_back(text.size());
+  }
+
+  // The position of the next occurrence that begins and ends between characters.
+  size_t Find(std::string_view needle, size_t from) const {
+    size_t found = folded.find(needle, from);
+    while (found != std::string::npos && (origins[found] == kInsideCharacter ||
+                                          origins[found + needle.size()] == kInsideCharacter)) {
+      found = folded.find(needle, found + 1);
+    }
+    return found;
+  }
+
+  std::string folded;
+  std::vector<size_t> origins;
+};
+
 }  // namespace
 
 std::string FoldCase(std::string_view text) {
   std::string folded;
   folded.reserve(text.size());
   if (IsAscii(text)) {
-    for (const char c : text) folded += c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+    for (const char c : text) folded += LowerAscii(c);
     return folded;
   }
-  const std::u16string units = Utf8ToUtf16(text);
-  for (size_t i = 0; i < units.size(); ++i) {
-    char32_t c = units[i];
-    if (c >= 0xD800 && c < 0xDC00 && i + 1 < units.size()) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00U);
-    }
-    AppendUtf8(Lower(c), folded);
-  }
+  for (size_t at = 0; at < text.size();) at += AppendFolded(text, at, folded);
   return folded;
+}
+
+bool ContainsIgnoringCase(std::string_view text, std::string_view folded) {
+  if (!IsAscii(text)) return TracedText(text).Find(folded, 0) != std::string::npos;
+  return std::search(text.begin(), text.end(), folded.begin(), folded.end(),
+                     [](char a, char b) { return LowerAscii(a) == b; }) != text.end();
+}
+
+std::optional<std::string> ReplaceIgnoringCase(std::string_view text, std::string_view folded,
+                                               std::string_view to) {
+  if (!ContainsIgnoringCase(text, folded)) return std::nullopt;
+  const TracedText traced(text);
+  std::string result;
+  size_t copied = 0;
+  for (size_t found = traced.Find(folded, 0); found != std::string::npos;
+       found = traced.Find(folded, found + folded.size())) {
+    result.append(text.substr(copied, traced.origins[found] - copied)).append(to);
+    copied = traced.origins[found + folded.size()];
+  }
+  return result.append(text.substr(copied));
 }
 
 }  // namespace quillan::text

@@ -18,13 +18,19 @@ constexpr std::array<char16_t, 32> kWindows1252 = {
 
 bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
-struct Decoded {
-  char32_t code_point;
-  size_t length;  // Bytes taken; at least 1.
-  bool valid;
-};
+std::u16string ReadUtf16(std::string_view bytes, bool big_endian) {
+  std::u16string units;
+  for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    const auto low = static_cast<std::uint8_t>(bytes[big_endian ? i + 1 : i]);
+    const auto high = static_cast<std::uint8_t>(bytes[big_endian ? i : i + 1]);
+    units += static_cast<char16_t>(high << 8 | low);
+  }
+  return units;
+}
 
-Decoded DecodeOne(std::string_view bytes, size_t at) {
+}  // namespace
+
+DecodedUtf8 DecodeUtf8(std::string_view bytes, size_t at) {
   const auto byte = [&](size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
   const std::uint8_t first = byte(at);
   if (first < 0x80) return {first, 1, true};
@@ -40,21 +46,9 @@ Decoded DecodeOne(std::string_view bytes, size_t at) {
   return {c, length, true};
 }
 
-std::u16string ReadUtf16(std::string_view bytes, bool big_endian) {
-  std::u16string units;
-  for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto low = static_cast<std::uint8_t>(bytes[big_endian ? i + 1 : i]);
-    const auto high = static_cast<std::uint8_t>(bytes[big_endian ? i : i + 1]);
-    units += static_cast<char16_t>(high << 8 | low);
-  }
-  return units;
-}
-
-}  // namespace
-
 bool IsUtf8(std::string_view bytes) {
   for (size_t i = 0; i < bytes.size();) {
-    const Decoded decoded = DecodeOne(bytes, i);
+    const DecodedUtf8 decoded = DecodeUtf8(bytes, i);
     if (!decoded.valid) return false;
     i += decoded.length;
   }
@@ -98,7 +92,7 @@ std::u16string Utf8ToUtf16(std::string_view utf8) {
   std::u16string utf16;
   utf16.reserve(utf8.size());
   for (size_t i = 0; i < utf8.size();) {
-    const Decoded decoded = DecodeOne(utf8, i);
+    const DecodedUtf8 decoded = DecodeUtf8(utf8, i);
     i += decoded.length;
     if (decoded.code_point < 0x10000) {
       utf16 += static_cast<char16_t>(decoded.code_point);

@@ -1,9 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace quillan::text {
+
+/// One character of a UTF-8 text.
+struct DecodedUtf8 {
+  char32_t code_point;  ///< U+FFFD if ill-formed.
+  size_t length;        ///< Bytes taken; at least 1.
+  bool valid;
+};
+
+/// The character that begins at `bytes[at]`; `at` must be less than the size.
+DecodedUtf8 DecodeUtf8(std::string_view bytes, size_t at);
 
 /// Whether `bytes` are well-formed UTF-8 (no overlong forms, no surrogates, at most U+10FFFF).
 bool IsUtf8(std::string_view bytes);

@@ -1,8 +1,11 @@
 #include "platform/text/number.h"
 
+#include <locale.h>
+
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace quillan::text {
@@ -41,13 +44,13 @@ void TakeExponent(std::string_view text, size_t at, std::string& number) {
   if (exponent.size() > before) number += exponent;
 }
 
-}  // namespace
-
-double ReadLeadingNumber(std::string_view text) {
+// The decimal number at the start of `text` without its sign; empty if there is none.
+std::string TakeDecimal(std::string_view text, bool& negative) {
   size_t at = 0;
   std::string number;
   const char sign = Next(text, at);
-  if (sign == '+' || sign == '-') ++at;
+  negative = sign == '-';
+  if (negative || sign == '+') ++at;
   TakeDigits(text, at, number);
   const bool whole_digits = !number.empty();
   if (Next(text, at) == '.') {
@@ -55,19 +58,32 @@ double ReadLeadingNumber(std::string_view text) {
     number += '.';
     TakeDigits(text, at, number);
   }
-  if (!whole_digits && number.size() <= 1) return 0;
+  if (!whole_digits && number.size() <= 1) return {};
   TakeExponent(text, at, number);
+  return number;
+}
 
-  double value = 0;
-  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
-  if (result.ec == std::errc::result_out_of_range) {
-    // Too small to tell from 0, or too large for any whole number.
-    const bool whole_part = number.find_first_of("123456789") < number.find('.');
-    const size_t e = number.find('e');
-    const bool tiny = e == std::string::npos ? !whole_part : number[e + 1] == '-';
-    value = tiny ? 0 : std::numeric_limits<double>::infinity();
-  }
-  return sign == '-' ? -value : value;
+}  // namespace
+
+std::optional<double> ParseDecimal(const std::string& text) {
+  if (text.find_first_not_of("0123456789.eE+-") != std::string::npos) return std::nullopt;
+  if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) return std::nullopt;
+  // Unlike std::from_chars it tells numbers that are too large from those that are too small.
+  static const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+  char* end = nullptr;
+  const double value = strtod_l(text.c_str(), &end, c_locale);
+  return end == text.c_str() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+double ReadLeadingNumber(std::string_view text) {
+  bool negative = false;
+  const double value = ParseDecimal(TakeDecimal(text, negative)).value_or(0);
+  return negative ? -value : value;
+}
+
+bool StartsWithNumber(std::string_view text) {
+  bool negative = false;
+  return !TakeDecimal(text, negative).empty();
 }
 
 std::optional<std::int32_t> ReadLeadingWhole(std::string_view text) {
@@ -96,6 +112,11 @@ std::string FormatGeneral(double value) {
   return text;
 }
 
-std::string FormatDigits(double value) { return std::to_string(static_cast<std::int64_t>(value)); }
+std::string FormatDigits(double value) {
+  std::array<char, 320> digits{};  // The largest double has 309 digits.
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                 std::chars_format::fixed, 0);
+  return {digits.data(), end.ptr};
+}
 
 }  // namespace quillan::text

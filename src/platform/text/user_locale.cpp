@@ -5,8 +5,8 @@
 #include <time.h>
 
 #include <array>
-#include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdlib>
 #include <initializer_list>
 
@@ -55,36 +55,64 @@ std::optional<std::string> Convert(const std::string& text, const std::string& f
   return result;
 }
 
-// A strftime format in the few conversions that every reader knows: years in four digits of the
-// common calendar, no zone, composite forms spelled out.
+// A strftime format reduced to conversions that strptime reads back: years in four digits of the
+// common calendar, no time zone, composite forms spelled out.
 std::string PlainFormat(std::string_view format, locale_t locale) {
   std::string plain;
   for (size_t i = 0; i < format.size(); ++i) {
-    if (format[i] != '%' || i + 1 == format.size()) {
+    if (format[i] != '%') {
       plain += format[i];
       continue;
     }
-    ++i;
-    while (i + 1 < format.size() && (format[i] == 'E' || format[i] == 'O')) ++i;
-    const char conversion = format[i];
-    if (conversion == 'Z' || conversion == 'z') {
-      plain.resize(plain.find_last_not_of(' ') + 1);
-    } else if (conversion == 'T') {
-      plain += "%H:%M:%S";
-    } else if (conversion == 'D') {
-      plain += "%m/%d/%Y";
-    } else if (conversion == 'F') {
-      plain += "%Y-%m-%d";
-    } else if (conversion == 'r') {
-      const std::string_view form = nl_langinfo_l(T_FMT_AMPM, locale);
-      const bool usable = !form.empty() && form.find("%r") == std::string_view::npos;
-      plain += usable ? PlainFormat(form, locale) : "%I:%M:%S %p";
-    } else {
-      plain += '%';
-      plain += conversion == 'y' ? 'Y' : conversion;
+    size_t end = format.find_first_not_of("EO_-0^#", i + 1);
+    if (end == std::string_view::npos) break;
+    const bool unpadded = format.substr(i, end - i).find('-') != std::string_view::npos;
+    const char conversion = format[end];
+    i = end;
+    switch (conversion) {
+      case 'Z':
+      case 'z':
+        plain.resize(plain.find_last_not_of(' ') + 1);
+        break;
+      case 'C':  // The century, in front of the year without it.
+        break;
+      case 'y':
+        plain += "%Y";
+        break;
+      case 'T':
+        plain += "%H:%M:%S";
+        break;
+      case 'R':
+        plain += "%H:%M";
+        break;
+      case 'D':
+        plain += "%m/%d/%Y";
+        break;
+      case 'F':
+        plain += "%Y-%m-%d";
+        break;
+      case 'r': {
+        const std::string_view form = nl_langinfo_l(T_FMT_AMPM, locale);
+        const bool usable = !form.empty() && form.find("%r") == std::string_view::npos;
+        plain += usable ? PlainFormat(form, locale) : "%I:%M:%S %p";
+        break;
+      }
+      default:
+        plain += unpadded ? "%-" : "%";
+        plain += conversion;
     }
   }
   return plain;
+}
+
+// A time format that has seconds, after the minutes and with the same mark before them if the
+// locale leaves them out.
+std::string WithSeconds(std::string format) {
+  const size_t minutes = format.find("%M");
+  if (minutes == std::string::npos || minutes == 0 || format.find("%S") != std::string::npos) {
+    return format;
+  }
+  return format.insert(minutes + 2, format.substr(minutes - 1, 1) + "%S");
 }
 
 // A time format without its seconds and the mark before them.
@@ -148,10 +176,18 @@ void UserLocale::SetTimeForms(bool united_states) {
   locale_t locale = time_.get();
   codeset_ = united_states ? "UTF-8" : nl_langinfo_l(CODESET, locale);
   date_format_ = united_states ? "%-m/%-d/%Y" : PlainFormat(nl_langinfo_l(D_FMT, locale), locale);
-  time_format_ = united_states ? "%-I:%M:%S %p" : PlainFormat(nl_langinfo_l(T_FMT, locale), locale);
-  const bool halves_of_day = *nl_langinfo_l(AM_STR, locale) != '\0';
-  if (!halves_of_day && time_format_.find("%p") != std::string::npos) time_format_ = "%H:%M:%S";
+  time_format_ = united_states ? "%-I:%M:%S %p"
+                               : WithSeconds(PlainFormat(nl_langinfo_l(T_FMT, locale), locale));
+  SetReadableFormats();
+  if (ReadsBackItsOwnTexts()) return;
+  time_format_ = "%H:%M:%S";
+  SetReadableFormats();
+  if (ReadsBackItsOwnTexts()) return;
+  date_format_ = "%Y-%m-%d";
+  SetReadableFormats();
+}
 
+void UserLocale::SetReadableFormats() {
   readable_formats_ = {date_format_};
   for (const std::string& time : {time_format_, WithoutSeconds(time_format_),
                                   std::string("%H:%M:%S"), std::string("%H:%M")}) {
@@ -161,6 +197,20 @@ void UserLocale::SetTimeForms(bool united_states) {
        {"%Y-%m-%d", "%Y-%m-%dT%H:%M:%S", "%Y-%m-%dT%H:%M", "%Y-%m-%d %H:%M:%S", "%Y-%m-%d %H:%M"}) {
     readable_formats_.emplace_back(iso);
   }
+}
+
+// Some locales have forms that strptime cannot read: the same word for both halves of the day,
+// month names that begin like others, digits that are not ASCII.
+bool UserLocale::ReadsBackItsOwnTexts() const {
+  using std::chrono::hours;
+  for (unsigned month = 1; month <= 12; ++month) {
+    const DateTime midnight{std::chrono::local_days{std::chrono::year(2009) / month / 8}};
+    for (const DateTime value : {midnight, midnight + std::chrono::seconds{9},
+                                 midnight + hours{21} + std::chrono::seconds{2047}}) {
+      if (ReadDateTime(GeneralDateText(value)) != value) return false;
+    }
+  }
+  return true;
 }
 
 void UserLocale::SetNumberForms(locale_t numbers) {
@@ -212,24 +262,9 @@ std::optional<double> UserLocale::ReadNumber(std::string_view text) const {
   std::string number(text);
   const size_t separator = number.find(decimal_separator_);
   if (separator != std::string::npos) number.replace(separator, decimal_separator_.size(), ".");
-  // Only decimal forms: the conversion itself would also read "inf" and "nan".
-  if (number.empty() || number.find_first_not_of("0123456789.eE+-") != std::string::npos) {
-    return std::nullopt;
-  }
-  if (number.front() == '-') return std::nullopt;
-  double value = 0;
-  const char* end = number.data() + number.size();
-  const auto result = std::from_chars(number.data(), end, value);
-  if (result.ptr != end) return std::nullopt;
-  if (result.ec == std::errc::result_out_of_range) {
-    const size_t exponent = number.find_first_of("eE");
-    const bool tiny = exponent != std::string::npos && number[exponent + 1] == '-';
-    if (!tiny) return std::nullopt;
-    value = 0;
-  } else if (result.ec != std::errc()) {
-    return std::nullopt;
-  }
-  return negative ? -value : value;
+  const auto value = ParseDecimal(number);
+  if (!value || std::isinf(*value)) return std::nullopt;
+  return negative ? -*value : *value;
 }
 
 std::optional<DateTime> UserLocale::ReadDateTime(std::string_view text) const {

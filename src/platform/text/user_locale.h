@@ -14,8 +14,8 @@
 
 namespace quillan::text {
 
-/// The user's regional forms of dates and numbers. All texts are UTF-8, whatever the locale's own
-/// character set; the process's current locale is neither read nor changed.
+/// The user's regional forms of dates and numbers. All strings are UTF-8, whatever the locale's
+/// character set; the current locale of the process is neither used nor changed.
 class UserLocale {
  public:
   /// The locale that LC_ALL, or else LC_TIME and LC_NUMERIC, or else LANG names.
@@ -25,7 +25,8 @@ class UserLocale {
   explicit UserLocale(const std::string& name) : UserLocale(name, name) {}
 
   /// Short date, blank, long time without a zone ("6/1/2007 1:05:09 PM"); at exactly midnight the
-  /// date alone. The year always has its century, so that the text can be read back.
+  /// date alone. `ReadDateTime` reads the text back: the year has its century, the time its
+  /// seconds, and forms that strptime cannot read are replaced by those of ISO 8601.
   std::string GeneralDateText(DateTime value) const;
   /// `value` with its digits grouped ("1,234,567").
   std::string GroupedNumber(std::int64_t value) const;
@@ -47,6 +48,8 @@ class UserLocale {
   UserLocale(const std::string& time_name, const std::string& number_name);
   static Locale Open(int categories, const std::string& name);
   void SetTimeForms(bool united_states);
+  void SetReadableFormats();
+  bool ReadsBackItsOwnTexts() const;
   void SetNumberForms(locale_t numbers);
 
   Locale time_;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
@@ -49,11 +50,42 @@ TEST(UserLocaleTest, AnInstalledLocaleWritesAndReadsItsOwnForms) {
   EXPECT_EQ(locale.ReadDateTime("6/1/2007"), std::nullopt);
 }
 
-TEST(UserLocaleTest, ALocaleOfAnotherCharacterSetSpeaksUtf8) {
-  if (!IsInstalled("ko_KR.EUC-KR")) GTEST_SKIP() << "the locale ko_KR.EUC-KR is not installed";
-  const UserLocale locale{"ko_KR.EUC-KR"};
-  EXPECT_EQ(locale.GeneralDateText(kMidnight), "2007년 06월 01일");
-  EXPECT_EQ(locale.ReadDateTime(locale.GeneralDateText(kAfternoon)), kAfternoon);
+// The test build makes the locales whose forms are the hardest to read back; to test every locale
+// of the system, compile them all into a folder and set LOCPATH to it.
+TEST(UserLocaleTest, EveryLocaleReadsItsOwnDateTimesBack) {
+  const char* folder = getenv("LOCPATH");
+  if (folder == nullptr) GTEST_SKIP() << "LOCPATH does not name a folder with locales";
+  int locales = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const std::string name = entry.path().filename();
+    if (!entry.is_directory() || !IsInstalled(name.c_str())) continue;
+    ++locales;
+    const UserLocale locale{name};
+    for (unsigned month = 1; month <= 12; ++month) {
+      for (const int year : {1931, 2007, 2150}) {
+        const DateTime day{local_days{std::chrono::year(year) / month / (month + 9)}};
+        for (const int seconds : {0, 9, 3600, 12 * 3600 + 600, 23 * 3600 + 59 * 60 + 50}) {
+          const DateTime value = day + std::chrono::seconds{seconds};
+          const std::string text = locale.GeneralDateText(value);
+          ASSERT_EQ(locale.ReadDateTime(text), value) << name << ": " << text;
+        }
+      }
+    }
+  }
+  EXPECT_GT(locales, 0);
+}
+
+TEST(UserLocaleTest, DateTimesHaveTheirCenturySecondsAndNoTimeZone) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"my_MM.UTF-8", "2007 ဇွန် 01 သောကြာ 01:05:09 ညနေ"},
+      {"lzh_TW.UTF-8", "2007年六月01日 13時05分09秒"},
+      {"nb_NO.UTF-8", "01. juni 2007 kl. 13.05.09"},
+      {"ko_KR.EUC-KR", "2007년 06월 01일 13시 05분 09초"},
+  };
+  for (const auto& [name, text] : rows) {
+    if (!IsInstalled(name)) continue;
+    EXPECT_EQ(UserLocale(name).GeneralDateText(kAfternoon), text) << name;
+  }
 }
 
 TEST(UserLocaleTest, WholeTextsAreReadAsNumbersOrNotAtAll) {

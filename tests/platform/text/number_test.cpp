@@ -1,0 +1,65 @@
+#include "platform/text/number.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+namespace quillan::text {
+namespace {
+
+TEST(NumberTest, TheNumberAtTheStartOfATextIsRead) {
+  const std::string zeros(350, '0');
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const std::pair<std::string, double> rows[] = {
+      {"2055", 2055},
+      {" \t+20 55x6", 2055},
+      {"-.5e1", -5},
+      {"7.", 7},
+      {"1 e - 2 a", 0.01},
+      {"3e", 3},
+      {"1e30", 1e30},
+      {"0." + zeros + "1e5", 0},
+      {"0." + zeros + "1e351", 1},
+      {"1" + zeros + "e-350", 1},
+      {"-1" + zeros, -kInfinity},
+      {"1e999", kInfinity},
+      {"1e-999", 0},
+  };
+  for (const auto& [text, value] : rows) {
+    EXPECT_DOUBLE_EQ(ReadLeadingNumber(text), value) << text;
+    EXPECT_TRUE(StartsWithNumber(text)) << text;
+  }
+  for (const char* text : {"", ".", "-", "--5", "-e5", "abc", "inf", "nan", "+-1"}) {
+    EXPECT_EQ(ReadLeadingNumber(text), 0) << text;
+    EXPECT_FALSE(StartsWithNumber(text)) << text;
+  }
+}
+
+TEST(NumberTest, IntegersAreRoundedToEvenAndMustFit32Bits) {
+  const std::pair<const char*, std::optional<std::int32_t>> rows[] = {
+      {"0.5", 0},
+      {"1.5", 2},
+      {"-2.5", -2},
+      {"2.51", 3},
+      {"abc", 0},
+      {"2147483647.5", std::nullopt},
+      {"2147483647", 2147483647},
+      {"-2147483648.5", std::numeric_limits<std::int32_t>::min()},
+      {"-2147483649", std::nullopt},
+      {"1e30", std::nullopt},
+      {"1e999", std::nullopt},
+  };
+  for (const auto& [text, value] : rows) EXPECT_EQ(ReadLeadingWhole(text), value) << text;
+}
+
+TEST(NumberTest, NumbersAreWrittenInPlainOrGeneralForm) {
+  EXPECT_EQ(FormatDigits(255255255255), "255255255255");
+  EXPECT_EQ(FormatDigits(-1), "-1");
+  EXPECT_EQ(FormatDigits(1e22), "10000000000000000000000");
+  EXPECT_EQ(FormatGeneral(39232.5), "39232.5");
+  EXPECT_EQ(FormatGeneral(1e20), "1E+20");
+}
+
+}  // namespace
+}  // namespace quillan::text
