@@ -1,42 +1,12 @@
 #include "suite/search_context.h"
 
 #include <algorithm>
-#include <vector>
+#include <optional>
 
 #include "platform/text/ascii.h"
 #include "platform/text/case_fold.h"
 
 namespace quillan {
-namespace {
-
-bool ContinuesCharacter(char byte) { return (byte & 0xC0) == 0x80; }
-
-// `text` with every occurrence of `from` replaced by `to`, without regard to case. A character and
-// its folded form may differ in length, so each folded byte remembers where it came from.
-std::string ReplaceIgnoringCase(std::string_view text, std::string_view from, std::string_view to) {
-  std::string folded;
-  std::vector<size_t> origins;
-  for (size_t start = 0, end = 0; start < text.size(); start = end) {
-    end = start + 1;
-    while (end < text.size() && ContinuesCharacter(text[end])) ++end;
-    folded += text::FoldCase(text.substr(start, end - start));
-    origins.resize(folded.size(), start);
-  }
-  origins.push_back(text.size());
-
-  const std::string needle = text::FoldCase(from);
-  std::string result;
-  size_t copied = 0;
-  for (size_t found = folded.find(needle); found != std::string::npos;
-       found = folded.find(needle, found + needle.size())) {
-    result.append(text.substr(copied, origins[found] - copied)).append(to);
-    copied = origins[found + needle.size()];
-  }
-  return result.append(text.substr(copied));
-}
-
-}  // namespace
-
 void SearchContext::SetGrid(Grid* grid) {
   grid_ = grid;
   reset_ = true;
@@ -66,20 +36,43 @@ bool SearchContext::ReplaceNext() {
     column_ = std::max(first_column_, column_ - 1);
   }
   if (!MoveToMatch()) return false;
-  const std::string_view text = grid_->Text(row_, column_);
-  const std::string replaced = match_case_
-                                   ? text::ReplaceAll(text, search_string_, replace_string_)
-                                   : ReplaceIgnoringCase(text, search_string_, replace_string_);
   const Grid::Batch batch(*grid_);
-  grid_->SetText(row_, column_, replaced);
+  ReplaceInCell();
   grid_->SelectOnly(row_, column_++);
   return true;
+}
+
+int SearchContext::ReplaceAll() {
+  Start();
+  if (grid_ == nullptr) return 0;
+  const Grid::Batch batch(*grid_);
+  int cells = 0;
+  for (; MoveToMatch(); ++column_) {
+    if (cells++ == 0) grid_->SelectOnly(row_, column_);
+    grid_->SetSelected(row_, row_, true);
+    ReplaceInCell();
+  }
+  return cells;
+}
+
+void SearchContext::ReplaceInCell() {
+  const std::string_view text = grid_->Text(row_, column_);
+  const std::string replaced =
+      match_case_ ? text::ReplaceAll(text, search_string_, replace_string_)
+                  : text::ReplaceIgnoringCase(text, needle_, replace_string_).value_or("");
+  grid_->SetText(row_, column_, replaced);
+  if (on_replaced_) on_replaced_(row_, column_);
 }
 
 void SearchContext::SetText(std::string& option, std::string_view text) {
   if (option == text) return;
   option = text;
   reset_ = true;
+}
+
+void SearchContext::SetSearchString(std::string_view text) {
+  SetText(search_string_, text);
+  needle_ = text::FoldCase(search_string_);
 }
 
 void SearchContext::Start() {
@@ -97,17 +90,16 @@ void SearchContext::Start() {
 }
 
 // Moves to the next matching cell from where the search stands; false, and the next call starts
-// anew, when there is none.
+// anew, if there is none.
 bool SearchContext::MoveToMatch() {
   if (grid_ != nullptr && !search_string_.empty()) {
-    const std::string needle = match_case_ ? search_string_ : text::FoldCase(search_string_);
     // The grid may have lost rows or columns since the search started.
     const int end_row = std::min(end_row_, grid_->Rows());
     const int end_column = std::min(end_column_, grid_->Columns());
     if (row_step_ < 0 && row_ >= grid_->Rows()) row_ = grid_->Rows() - 1;
     for (; row_step_ > 0 ? row_ < end_row : row_ > end_row; row_ += row_step_) {
       for (; column_ < end_column; ++column_) {
-        if (!grid_->Column(column_).hidden && Matches(grid_->Text(row_, column_), needle)) {
+        if (!grid_->Column(column_).hidden && Matches(grid_->Text(row_, column_))) {
           return true;
         }
       }
@@ -118,9 +110,9 @@ bool SearchContext::MoveToMatch() {
   return false;
 }
 
-bool SearchContext::Matches(std::string_view text, std::string_view needle) const {
-  return match_case_ ? text.find(needle) != std::string_view::npos
-                     : text::FoldCase(text).find(needle) != std::string::npos;
+bool SearchContext::Matches(std::string_view text) const {
+  return match_case_ ? text.find(search_string_) != std::string_view::npos
+                     : text::ContainsIgnoringCase(text, needle_);
 }
 
 }  // namespace quillan

@@ -1,14 +1,16 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/grid/grid.h"
 
 namespace quillan {
 
 /// The state of a find-and-replace dialog over a grid: what to look for, where, in which direction,
-/// and the place of the last match. Only data rows and columns that are not hidden are searched.
+/// and the position of the last match. Only data rows and columns that are not hidden are searched.
 ///
 /// Set the grid and the search text, then call `FindNext` until it returns false; the call after
 /// that starts again. The grid must outlive the search; its rows may come and go between calls.
@@ -17,15 +19,16 @@ class SearchContext {
   /// The grid to search; null (as in a new object) finds nothing. Restarts the search.
   void SetGrid(Grid* grid);
 
-  /// The text looked for, anywhere within a cell; an empty one (as in a new object) is found
-  /// nowhere. Another text restarts the search.
+  /// The string to find, anywhere within a cell; an empty one (as in a new object) is found
+  /// nowhere. Another string restarts the search.
   const std::string& SearchString() const { return search_string_; }
-  void SetSearchString(std::string_view text) { SetText(search_string_, text); }
-  /// What `ReplaceNext` puts in its place. Another text restarts the search.
+  void SetSearchString(std::string_view text);
+  /// What replaces it. Another string restarts the search.
   const std::string& ReplaceString() const { return replace_string_; }
   void SetReplaceString(std::string_view text) { SetText(replace_string_, text); }
   /// "All" (as in a new object): every data row, downwards. "Up": from the grid's current row
-  /// upwards. Anything else: from the current row downwards. Another text restarts the search.
+  /// upwards. Anything else: from the current row downwards. Another string restarts the
+  /// search.
   const std::string& Direction() const { return direction_; }
   void SetDirection(std::string_view direction) { SetText(direction_, direction); }
   /// Whether every column is searched (true in a new object) or only `ColumnIndex`. Setting it
@@ -49,21 +52,35 @@ class SearchContext {
   void SetReset(bool reset) { reset_ = reset; }
 
   /// Makes the next matching cell the grid's current one, row by row and each row from its first
-  /// column to its last; false when there is none left.
+  /// column to its last; false if there is none left.
   bool FindNext();
   /// Like `FindNext`, beginning with the cell that the last call found, and replaces every
-  /// occurrence within the matching cell. As that cell is looked at again, a `ReplaceString` that
-  /// contains the `SearchString` is replaced again: a loop until false would not end then.
+  /// occurrence within the matching cell. That cell is examined again, so a `ReplaceString` that
+  /// contains the `SearchString` is replaced again and a loop until false would not end; use
+  /// `ReplaceAll`.
   bool ReplaceNext();
+  /// Starts anew and replaces every occurrence in every matching cell, each cell once. The rows
+  /// concerned become the selected ones, the first of them the current one. Returns the number of
+  /// cells; the next search starts anew.
+  int ReplaceAll();
+
+  /// Called after each cell that has been replaced, with the grid's row and column, before the
+  /// grid's view learns of it. The function must not add, remove or sort rows.
+  void SetReplacedHandler(std::function<void(int row, int column)> handler) {
+    on_replaced_ = std::move(handler);
+  }
 
  private:
   void SetText(std::string& option, std::string_view text);
   void Start();
   bool MoveToMatch();
-  bool Matches(std::string_view text, std::string_view needle) const;
+  bool Matches(std::string_view text) const;
+  void ReplaceInCell();
 
   Grid* grid_ = nullptr;
+  std::function<void(int row, int column)> on_replaced_;
   std::string search_string_;
+  std::string needle_;  // The search string in its folded form.
   std::string replace_string_;
   std::string direction_ = "All";
   std::string search_column_;

@@ -57,18 +57,36 @@ TEST_F(SearchContextTest, DirectionAndColumnsBoundTheSearch) {
   EXPECT_THAT(FindAll(), ElementsAre());
 }
 
-TEST_F(SearchContextTest, AnotherTextRestartsTheSearchButAnotherCaseRuleDoesNot) {
-  grid_.SetText(1, 0, "net");
-  grid_.SetText(2, 0, "NET");
-  grid_.SetText(3, 0, "net");
+TEST_F(SearchContextTest, ChangingAnOptionRestartsTheSearchButTheCaseRuleDoesNot) {
+  struct Row {
+    const char* option;
+    std::function<void()> change;
+    bool restarts;
+  };
+  for (const Row& row : {
+           Row{"the same SearchString", [&] { search_.SetSearchString("net"); }, false},
+           Row{"SearchString", [&] { search_.SetSearchString("NET"); }, true},
+           Row{"the same ReplaceString", [&] { search_.SetReplaceString(""); }, false},
+           Row{"ReplaceString", [&] { search_.SetReplaceString("x"); }, true},
+           Row{"Direction", [&] { search_.SetDirection("Down"); }, true},
+           Row{"AllColumns", [&] { search_.SetAllColumns(true); }, true},
+           Row{"ColumnIndex", [&] { search_.SetColumnIndex(0); }, true},
+           Row{"SearchColumn", [&] { search_.SetSearchColumn("Name"); }, false},
+           Row{"MatchCase", [&] { search_.SetMatchCase(false); }, false},
+           Row{"Grid", [&] { search_.SetGrid(&grid_); }, true},
+       }) {
+    grid_.SetText(2, 0, "net");
+    search_.SetReset(true);
+    EXPECT_TRUE(search_.FindNext());
+    row.change();
+    EXPECT_EQ(search_.Reset(), row.restarts) << row.option;
+  }
+  search_.SetSearchString("net");
+  grid_.SetText(3, 0, "NET");
+  grid_.SetText(4, 0, "net");
   EXPECT_TRUE(search_.FindNext());
   search_.SetMatchCase(true);
-  search_.SetSearchString("net");
-  EXPECT_TRUE(search_.FindNext());
-  EXPECT_EQ(grid_.CurrentRow(), 3);
-  search_.SetSearchString("NET");
-  EXPECT_TRUE(search_.FindNext());
-  EXPECT_EQ(grid_.CurrentRow(), 2);
+  EXPECT_THAT(FindAll(), ElementsAre("4,0"));
 }
 
 TEST_F(SearchContextTest, ReplacesInTheCellThatWasFoundAndGoesOn) {
@@ -96,7 +114,10 @@ TEST_F(SearchContextTest, ReplacesBeyondAsciiWhereFoldedLettersHaveOtherLengths)
         Row{"Züri ZÜRI züri", "ZÜRI", "Genf", "Züri Genf züri", true},
         Row{"İİstanbul İst", "istan", "K", "İKbul İst", false},
         Row{"ȺȺx Ⱥx!", "ⱥx", "é", "Ⱥé é!", false}, Row{"ΣΊΣΥΦΟΣ", "ς", "s", "sΊsΥΦΟs", false},
-        Row{"\xFFpart\xC3", "PART", "", "\xFF\xC3", false}}) {
+        Row{"\xFFpart\xC3", "PART", "", "\xFF\xC3", false},
+        // Bytes that are not UTF-8 stay, and are found as they are, but not inside a character.
+        Row{"\x41\x80\x7A", "a", "-", "-\x80\x7A", false},
+        Row{"\xC3\xA9\xA9", "\xA9", "-", "\xC3\xA9-", false}}) {
     grid_.SetText(1, 0, row.text);
     search_.SetMatchCase(row.match_case);
     search_.SetSearchString(row.from);
@@ -104,6 +125,27 @@ TEST_F(SearchContextTest, ReplacesBeyondAsciiWhereFoldedLettersHaveOtherLengths)
     EXPECT_TRUE(search_.ReplaceNext()) << row.text;
     EXPECT_EQ(grid_.Text(1, 0), row.replaced);
   }
+}
+
+TEST_F(SearchContextTest, ReplaceAllTakesEveryCellOnceAndReportsAndSelectsItsRows) {
+  for (const int row : {2, 5}) grid_.SetText(row, 0, "net, NET");
+  grid_.SetText(5, 2, "Ethernet");
+  grid_.SetText(3, 1, "net in a hidden column");
+  std::vector<std::string> replaced;
+  search_.SetReplacedHandler([&](int row, int column) {
+    replaced.push_back(std::to_string(row) + "," + std::to_string(column));
+  });
+  search_.SetReplaceString("subnet");
+  grid_.SelectOnly(4, 0);
+  EXPECT_TRUE(search_.FindNext());
+  EXPECT_EQ(search_.ReplaceAll(), 3);
+  EXPECT_THAT(replaced, ElementsAre("2,0", "5,0", "5,2"));
+  EXPECT_EQ(grid_.Text(5, 0), "subnet, subnet");
+  EXPECT_EQ(grid_.Text(5, 2), "Ethersubnet");
+  EXPECT_THAT(grid_.SelectedRows(), ElementsAre(2, 5));
+  EXPECT_EQ(grid_.CurrentRow(), 2);
+  EXPECT_TRUE(search_.Reset());
+  EXPECT_EQ(SearchContext().ReplaceAll(), 0);
 }
 
 TEST_F(SearchContextTest, WithNothingToSearchNothingIsFound) {

@@ -14,6 +14,8 @@ void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   texts_.Clear();
   current_row_ = 0;
   current_column_ = 0;
+  first_selected_ = std::numeric_limits<int>::max();
+  last_selected_ = 0;
   top_row_ = kFixedRows;
   sort_column_ = -1;
   reset_ = true;
@@ -50,6 +52,8 @@ void Grid::RemoveRows(const std::vector<int>& rows) {
   rows_.resize(static_cast<size_t>(kept));
   cells_.resize(static_cast<size_t>(kept) * width);
   current_row_ = current;
+  first_selected_ = kFixedRows;
+  last_selected_ = Rows() - 1;
   reset_ = true;
   selection_set_ = true;
 }
@@ -95,10 +99,12 @@ void Grid::SetBold(int row, int column, bool bold) {
 
 void Grid::SelectOnly(int row, int column) {
   const Batch batch(*this);
-  SetSelected(kFixedRows, Rows() - 1, false);
+  SetSelected(first_selected_, std::min(last_selected_, Rows() - 1), false);
+  first_selected_ = std::numeric_limits<int>::max();
+  last_selected_ = 0;
   current_row_ = row;
   current_column_ = column;
-  if (row >= kFixedRows) rows_[static_cast<size_t>(row)].selected = true;
+  if (row >= kFixedRows) SetSelected(row, row, true);
   selection_set_ = true;
 }
 
@@ -135,6 +141,10 @@ void Grid::MoveCurrent(int row, int column) {
 void Grid::SetSelected(int first_row, int last_row, bool selected) {
   for (int row = first_row; row <= last_row; ++row) {
     rows_[static_cast<size_t>(row)].selected = selected;
+  }
+  if (selected) {
+    first_selected_ = std::min(first_selected_, first_row);
+    last_selected_ = std::max(last_selected_, last_row);
   }
   if (listener_ != nullptr && batch_depth_ == 0) listener_->OnSelectionChanged();
 }

@@ -173,6 +173,9 @@ class Grid {
   int current_row_ = 0;
   int current_column_ = 0;
   int top_row_ = kFixedRows;
+  // No row before or behind these is selected, so that selecting one row does not visit them all.
+  int first_selected_ = std::numeric_limits<int>::max();
+  int last_selected_ = 0;
   int sort_column_ = -1;
   SortDirection sort_direction_ = SortDirection::kAscending;
 

@@ -138,6 +138,8 @@ void Grid::Permute(const std::vector<std::uint32_t>& order) {
   cells_.swap(cells);
   rows_.swap(rows);
   current_row_ = current;
+  first_selected_ = kFixedRows;
+  last_selected_ = Rows() - 1;
   reset_ = true;
   selection_set_ = true;
 }
