@@ -3,9 +3,9 @@
 #include <array>
 #include <utility>
 
+#include "platform/program.h"
 #include "platform/text/ascii.h"
 #include "suite/export_menus.h"
-#include "suite/lenient.h"
 
 namespace quillan {
 namespace {
@@ -15,7 +15,7 @@ using automation::Value;
 constexpr std::string_view kEngine = "Rendix.Engine";
 
 struct ItemRow {
-  std::string_view name;  // As it ends the names of the engine's members.
+  std::string_view name;  // The end of the names of the engine's members.
   int kind;               // As `BestExportMethod` takes it.
 };
 // In the order of ExportEngine::Item.
@@ -33,7 +33,7 @@ Value Call(automation::Object& engine, std::string_view member, std::vector<Valu
   return engine.Call(member, arguments);
 }
 
-bool GoesByMail(std::string_view send_to) {
+bool IsMail(std::string_view send_to) {
   return text::ToUpperAscii(send_to).find(".MAPIMAIL") != std::string::npos;
 }
 
@@ -67,8 +67,7 @@ std::string ExportEngine::MethodName(const std::string& method) {
 
 ExportEngine::ObjectRef ExportEngine::SendToMethods() {
   const ObjectRef engine = StartEngine(OnFailure::kSilent);
-  // The engine's own spelling.
-  return engine ? ToObject(Call(*engine, "SentToMethods", {})) : nullptr;
+  return engine ? ToObject(Call(*engine, kSendToMethods, {})) : nullptr;
 }
 
 std::string ExportEngine::BestExportMethod(int item_kind, std::string_view send_to) {
@@ -76,7 +75,7 @@ std::string ExportEngine::BestExportMethod(int item_kind, std::string_view send_
     case kTableItems:
     case kPictureItems:
     case kChartItems:
-      return GoesByMail(send_to) ? "MHTML" : "HTML";
+      return IsMail(send_to) ? "MHTML" : "HTML";
     case kTextItems:
       return "TXT";
     default:
@@ -87,16 +86,14 @@ std::string ExportEngine::BestExportMethod(int item_kind, std::string_view send_
 void ExportEngine::LoadExportsMenu(const ObjectRef& menu, const ObjectRef& toolbar,
                                    const std::string& prefix, int item_kind) {
   if (const ObjectRef engine = StartEngine(OnFailure::kSilent)) {
-    const Value methods = Lenient(engine).Call("ExportMethods", {item_kind});
-    FillExportMenu(engine, methods, menu, toolbar, prefix, MenuContent::kExports);
+    FillExportMenu(engine, MenuContent::kExports, item_kind, menu, toolbar, prefix);
   }
 }
 
 void ExportEngine::LoadSendToMenu(const ObjectRef& menu, const ObjectRef& toolbar,
                                   const std::string& prefix) {
   if (const ObjectRef engine = StartEngine(OnFailure::kSilent)) {
-    const Value methods = Lenient(engine).Call("SentToMethods", {});
-    FillExportMenu(engine, methods, menu, toolbar, prefix, MenuContent::kSendTo);
+    FillExportMenu(engine, MenuContent::kSendTo, 0, menu, toolbar, prefix);
   }
 }
 
@@ -104,7 +101,7 @@ bool ExportEngine::NoPrinters() {
   if (printers_.AnyInstalled()) return false;
   messages_.Show(
       "You do not have a Printer installed.\r\nYou must install a Printer before you can print.",
-      program_.file_description, MessageButtons::kOk, MessageIcon::kCritical);
+      kDisplayName, MessageButtons::kOk, MessageIcon::kCritical);
   return true;
 }
 
@@ -146,7 +143,7 @@ bool ExportEngine::ExportAndSend(Item item, const Value& content, const std::str
   if (const int kind = kItems[item].kind; kind == kTextItems) {
     SelectMethod = true;
     if (FileFormat.empty()) FileFormat = "txt";
-    if (GoesByMail(send_to) && text::EqualsIgnoringCase(FileFormat, "HTML")) FileFormat = "MHTML";
+    if (IsMail(send_to) && text::EqualsIgnoringCase(FileFormat, "HTML")) FileFormat = "MHTML";
     method = FileFormat;
   } else {
     method = BestExportMethod(kind, send_to);

@@ -27,13 +27,13 @@ class Printers {
 /// Prints, exports and sends through the suite's export engine, the automation server
 /// "Rendix.Engine".
 ///
-/// Set the inherited options, then call a member; it pushes the options to an engine of its own and
-/// restores their defaults, so they hold for that call alone. Where the engine cannot be started,
-/// the Print, Export, ExportAndSend and `SendTo` members say so in a message box, the others do
-/// not; every member then has an empty result, and a Print, Export or `SendTo` member keeps the
-/// options for another try, while an ExportAndSend member gives them their defaults. An error that
-/// the engine raises comes out as `automation::Error`, except from the menu loaders, and leaves the
-/// options as they were pushed.
+/// Set the inherited options, then call a member; it pushes the options to a new engine object and
+/// restores their defaults, so they apply to that call only. If the engine cannot be started, the
+/// Print, Export, ExportAndSend and `SendTo` members show a message box, the others do not; every
+/// member then has an empty result. A Print, Export or `SendTo` member keeps the options for
+/// another attempt, an ExportAndSend member restores their defaults. An error that the engine
+/// raises is thrown as `automation::Error`, except by the menu loaders, and leaves the options as
+/// they are.
 class ExportEngine : public ExportOptions {
  public:
   using ObjectRef = automation::ObjectRef;
@@ -43,7 +43,7 @@ class ExportEngine : public ExportOptions {
                ProgramInfo program);
 
   /// Gives the options their defaults; `SelectMethod`, `SkipFieldSelection`,
-  /// `SkipFilenameSelection` and `Quiet` keep their values. Done when the object is made.
+  /// `SkipFilenameSelection` and `Quiet` keep their values. The constructor calls it.
   void Reset() { ResetOptions(*this, program_); }
 
   /// Each prints its item, or shows it as printed when `preview` is true. Tables, charts, maps and
@@ -134,18 +134,18 @@ class ExportEngine : public ExportOptions {
   /// The engine's dictionary of send-to methods, from method key to display name; null without an
   /// engine.
   ObjectRef SendToMethods();
-  /// The form in which an item of this kind is best sent: "HTML" or, by mail, "MHTML" for tables,
+  /// The method that suits an item of this kind best: "HTML" or, by mail, "MHTML" for tables,
   /// pictures and charts, "TXT" for text, empty for other kinds.
   static std::string BestExportMethod(int item_kind, std::string_view send_to);
 
-  /// Fill `menu` with the methods for exporting items of a kind, and with those for sending. What
-  /// the menu may be, and what `toolbar` and `prefix` are for, is told at `FillExportMenu`.
+  /// Fill `menu` with the methods for exporting items of a kind, or with those for sending.
+  /// `FillExportMenu` says what the menu may be and what `toolbar` and `prefix` are for.
   void LoadExportsMenu(const ObjectRef& menu, const ObjectRef& toolbar = nullptr,
                        const std::string& prefix = "Export:", int item_kind = kTableItems);
   void LoadSendToMenu(const ObjectRef& menu, const ObjectRef& toolbar = nullptr,
                       const std::string& prefix = "SendTo:");
 
-  /// Whether no printer is installed; if so, says it in a message box.
+  /// Whether no printer is installed; if so, a message box says it.
   bool NoPrinters();
 
  private:

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/text/ascii.h"
-#include "suite/lenient.h"
 
 namespace quillan {
 namespace {
@@ -19,6 +18,41 @@ constexpr std::array<std::string_view, 3> kGroupStarts = {"MAILCONTENT", "MYDOCU
 struct Method {
   std::string key;
   std::string name;  // For display.
+};
+
+// An automation object whose failures are ignored: a member that fails, or that is called without
+// an object, returns nothing.
+class Lenient {
+ public:
+  explicit Lenient(automation::ObjectRef object) : object_(std::move(object)) {}
+  explicit Lenient(const Value& value) : object_(automation::ToObject(value)) {}
+
+  explicit operator bool() const { return object_ != nullptr; }
+  std::string TypeName() const { return object_ ? object_->TypeName() : std::string(); }
+  Value Get(std::string_view property) const {
+    return Try([&] { return object_->Get(property); });
+  }
+  void Put(std::string_view property, const Value& value) const {
+    Try([&] {
+      object_->Put(property, value);
+      return Value();
+    });
+  }
+  Value Call(std::string_view member, std::vector<Value> arguments) const {
+    return Try([&] { return object_->Call(member, arguments); });
+  }
+
+ private:
+  template <typename Step>
+  Value Try(Step step) const {
+    try {
+      return object_ ? step() : Value();
+    } catch (const automation::Error&) {
+      return {};
+    }
+  }
+
+  automation::ObjectRef object_;
 };
 
 bool IsNothing(const Value& value) { return std::holds_alternative<std::monostate>(value); }
@@ -64,7 +98,7 @@ Lenient AddButton(const Lenient& toolbar, const Method& method, const std::strin
   return button;
 }
 
-// Puts the button where the user sees it; the entry there, or the button where that is not told.
+// Adds the button to the menu; returns the menu's entry, or the button if the menu returns none.
 Lenient Show(const Lenient& menu, bool is_popup, const Lenient& button, const std::string& key) {
   const Lenient entries(is_popup ? Lenient(menu.Get("CommandBar")).Get("Controls")
                                  : Lenient(menu.Get("Menu")).Get("Tools"));
@@ -74,7 +108,7 @@ Lenient Show(const Lenient& menu, bool is_popup, const Lenient& button, const st
   return entry ? entry : button;
 }
 
-// The number of the array's first item, which is the template, once no other is loaded.
+// Unloads every item but the first, the template, and returns its index.
 std::int32_t UnloadEntries(const Lenient& menu) {
   const auto number = [&menu](std::string_view property) {
     const Value value = menu.Get(property);
@@ -105,15 +139,18 @@ std::vector<std::string> MethodKeys(const Value& methods) {
   return keys != nullptr ? *keys : std::vector<std::string>();
 }
 
-void FillExportMenu(const automation::ObjectRef& engine, const Value& methods,
+void FillExportMenu(const automation::ObjectRef& engine, MenuContent content, int item_kind,
                     const automation::ObjectRef& menu, const automation::ObjectRef& toolbar,
-                    const std::string& prefix, MenuContent content) {
+                    const std::string& prefix) {
   const Lenient target(menu);
   const std::string type = target.TypeName();
   const bool is_popup = type == "ICommandPopupMenu";
   const bool has_buttons = is_popup || type == "ISSTool";
   if (!target || (has_buttons && !toolbar)) return;
 
+  const Value methods = content == MenuContent::kExports
+                            ? Lenient(engine).Call("ExportMethods", {item_kind})
+                            : Lenient(engine).Call(kSendToMethods, {});
   std::int32_t index = has_buttons ? 0 : UnloadEntries(target);
   for (const Method& method : ReadMethods(Lenient(engine), methods)) {
     const Lenient entry =

@@ -1,15 +1,13 @@
 #include "suite/url.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
-#include <vector>
 
 #include "platform/text/ascii.h"
 
 namespace quillan {
 namespace {
-
-constexpr size_t kBufferSize = 1024;
 
 // A part arrives in a buffer of fixed length: its text ends at the first NUL, and where it fills
 // the buffer, the blanks at its ends are padding.
@@ -21,38 +19,27 @@ std::string TakePart(std::string_view part) {
 }  // namespace
 
 std::string URL::GetURL() {
-  last_error_.clear();
   UrlParts parts = parts_;
   parts.extra_info = ExtraInfo();
-
-  std::vector<char> buffer(kBufferSize);
-  size_t length = 0;
-  UrlStatus status = CreateUrl(parts, buffer, length);
-  if (status.error == kUrlBufferTooSmall) {
-    buffer.resize(length);
-    status = CreateUrl(parts, buffer, length);
-  }
-  if (!status.Ok()) {
-    last_error_ = std::move(status.text);
-    return {};
-  }
-  return {buffer.data(), length};
+  last_error_.clear();
+  return CreateUrl(parts, last_error_).value_or("");
 }
 
 void URL::SetURL(std::string_view address) {
+  // The address may be one of the parts that are about to be dropped.
+  std::string error;
+  const std::optional<std::string> canonical = CanonicalizeUrl(address, error);
+  std::optional<UrlParts> parts;
+  if (canonical) parts = CrackUrl(*canonical, error);
   *this = URL();
-  std::string canonical;
-  UrlStatus status = CanonicalizeUrl(address, canonical);
-  if (status.Ok()) status = CrackUrl(canonical, parts_);
-  if (!status.Ok()) {
-    last_error_ = std::move(status.text);
-    return;
-  }
+  last_error_ = std::move(error);
+  if (!parts) return;
+  parts_ = std::move(*parts);
   for (std::string* part : {&parts_.scheme_name, &parts_.host_name, &parts_.user_name,
                             &parts_.password, &parts_.path, &parts_.extra_info}) {
     *part = TakePart(*part);
   }
-  internal_ = text::StartsWithIgnoringCase(canonical, "internal:");
+  internal_ = parts_.scheme_name == "internal";
   scheme_ = internal_ ? "internal" : parts_.scheme_name;
   ReadParameters();
 }

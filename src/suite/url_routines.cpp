@@ -24,25 +24,15 @@ constexpr std::string_view kEndsPassword = "/?#@[]";
 constexpr std::string_view kEndsHost = "/?#@";
 constexpr std::string_view kEndsPath = "?#";
 
-struct KnownScheme {
-  std::string_view name;
-  UrlScheme scheme;
-  int port;  // Its own port; 0 for none.
-};
-constexpr std::array<KnownScheme, 7> kSchemes = {{{"ftp", UrlScheme::kFtp, 21},
-                                                  {"gopher", UrlScheme::kGopher, 70},
-                                                  {"http", UrlScheme::kHttp, 80},
-                                                  {"https", UrlScheme::kHttps, 443},
-                                                  {"file", UrlScheme::kFile, 0},
-                                                  {"news", UrlScheme::kNews, 0},
-                                                  {"mailto", UrlScheme::kMailto, 0}}};
+// The schemes that have a port of their own.
+constexpr std::array<std::pair<std::string_view, int>, 4> kPorts = {
+    {{"ftp", 21}, {"gopher", 70}, {"http", 80}, {"https", 443}}};
 
-KnownScheme FindScheme(std::string_view name) {
-  const auto* const found = std::find_if(
-      kSchemes.begin(), kSchemes.end(),
-      [&](const KnownScheme& known) { return text::EqualsIgnoringCase(known.name, name); });
-  if (found != kSchemes.end()) return *found;
-  return {name, name.empty() ? UrlScheme::kPartial : UrlScheme::kUnknown, 0};
+int DefaultPort(std::string_view scheme) {
+  for (const auto& [name, port] : kPorts) {
+    if (text::EqualsIgnoringCase(name, scheme)) return port;
+  }
+  return 0;
 }
 
 // The stretches of an address, each without the marks around it but the extra information's own.
@@ -114,32 +104,30 @@ void AppendEscaped(std::string_view text, std::string_view also_unsafe, bool esc
 
 std::string_view CutAtNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
-UrlStatus Invalid(std::string text) { return {kUrlInvalid, std::move(text)}; }
-
 // Splits "host:port"; the port stays as it is where none is named.
-UrlStatus CrackHost(std::string_view text, bool takes_port, UrlParts& parts) {
+// Returns what is wrong; empty if nothing is.
+std::string CrackHost(std::string_view text, UrlParts& parts) {
   size_t host_end = std::min(text.find(':'), text.size());
   if (text.starts_with('[')) {
     const size_t bracket = text.find(']');
     if (bracket == std::string_view::npos) {
-      return Invalid("The host \"" + std::string(text) + "\" has no closing bracket.");
+      return "The host \"" + std::string(text) + "\" has no closing bracket.";
     }
     host_end = bracket + 1;
-  } else if (!takes_port) {
+  } else if (parts.scheme_name == "file") {
     host_end = text.size();  // "C:" of a file on a drive.
   }
   parts.host_name = text.substr(0, host_end);
   std::string_view port = text.substr(host_end);
-  if (port.empty()) return {};
+  if (port.empty() || port == ":") return {};
   const bool has_colon = port.front() == ':';
   if (has_colon) port.remove_prefix(1);
-  if (has_colon && port.empty()) return {};
   unsigned number = 0;
   const auto read = std::from_chars(port.data(), port.data() + port.size(), number);
   if (!has_colon || read.ec != std::errc() || read.ptr != port.data() + port.size() ||
       number > kLargestPort) {
-    // What stands here may be part of a password that holds a "/", so it is not repeated.
-    return Invalid("The port is no number from 0 to 65535.");
+    // What stands here may be part of a password that contains a "/", so it is not repeated.
+    return "The port is not a number from 0 to 65535.";
   }
   parts.port = static_cast<int>(number);
   return {};
@@ -147,31 +135,30 @@ UrlStatus CrackHost(std::string_view text, bool takes_port, UrlParts& parts) {
 
 using NamedText = std::pair<const char*, const std::string&>;
 
-// Refuses, as `error`, a part beyond `kUrlPartLimit`.
-UrlStatus CheckLengths(std::int32_t error, std::initializer_list<NamedText> texts) {
+// What is wrong with the parts' lengths; empty if nothing is.
+std::string CheckLengths(std::initializer_list<NamedText> texts) {
   for (const auto& [name, text] : texts) {
     if (text.size() > kUrlPartLimit) {
-      return {error, std::string("The ") + name + " of the address has " +
-                         std::to_string(text.size()) + " characters; at most " +
-                         std::to_string(kUrlPartLimit) + " are possible."};
+      return std::string("The ") + name + " of the address has " + std::to_string(text.size()) +
+             " characters; at most " + std::to_string(kUrlPartLimit) + " are allowed.";
     }
   }
   return {};
 }
 
-UrlStatus CheckLengths(std::int32_t error, const UrlParts& parts) {
-  return CheckLengths(error, {{"scheme", parts.scheme_name},
-                              {"user name", parts.user_name},
-                              {"password", parts.password},
-                              {"host name", parts.host_name},
-                              {"path", parts.path}});
+std::string CheckLengths(const UrlParts& parts) {
+  return CheckLengths({{"scheme", parts.scheme_name},
+                       {"user name", parts.user_name},
+                       {"password", parts.password},
+                       {"host name", parts.host_name},
+                       {"path", parts.path}});
 }
 
 std::string Compose(const UrlParts& parts) {
   std::string address;
   if (!parts.scheme_name.empty()) address += parts.scheme_name + ":";
   const bool has_user = !parts.user_name.empty() || !parts.password.empty();
-  const bool has_port = parts.port != 0 && parts.port != FindScheme(parts.scheme_name).port;
+  const bool has_port = parts.port != 0 && parts.port != DefaultPort(parts.scheme_name);
   if (parts.has_authority || has_user || has_port || !parts.host_name.empty() ||
       parts.path.starts_with("//")) {
     address += "//";
@@ -198,21 +185,21 @@ std::string Compose(const UrlParts& parts) {
 
 }  // namespace
 
-UrlStatus CanonicalizeUrl(std::string_view address, std::string& canonical) {
+std::optional<std::string> CanonicalizeUrl(std::string_view address, std::string& error) {
   address = CutAtNul(address);
   address.remove_prefix(std::min(address.find_first_not_of(kWhiteSpace), address.size()));
   if (address.find_first_of("?#") == std::string_view::npos) {
     address = address.substr(0, address.find_last_not_of(kWhiteSpace) + 1);
   }
-  if (address.empty()) return Invalid("The address is empty.");
+  if (address.empty()) {
+    error = "The address is empty.";
+    return std::nullopt;
+  }
 
   const Stretches stretches = Split(address);
-  canonical.clear();
-  if (!stretches.scheme.empty()) {
-    for (const char c : stretches.scheme)
-      canonical += IsLetter(c) ? static_cast<char>(c | 0x20) : c;
-    canonical += ':';
-  }
+  std::string canonical;
+  for (const char c : stretches.scheme) canonical += IsLetter(c) ? static_cast<char>(c | 0x20) : c;
+  if (!stretches.scheme.empty()) canonical += ':';
   if (stretches.has_authority) canonical += "//";
   if (stretches.user_info) {
     AppendEscaped(*stretches.user_info, "@", true, canonical);
@@ -220,45 +207,36 @@ UrlStatus CanonicalizeUrl(std::string_view address, std::string& canonical) {
   }
   AppendEscaped(stretches.host_and_port, {}, false, canonical);
   AppendEscaped(stretches.path, {}, true, canonical);
-  canonical += stretches.extra;
-  return {};
+  return canonical.append(stretches.extra);
 }
 
-UrlStatus CrackUrl(std::string_view canonical, UrlParts& parts) {
+std::optional<UrlParts> CrackUrl(std::string_view canonical, std::string& error) {
   const Stretches stretches = Split(canonical);
-  const KnownScheme scheme = FindScheme(stretches.scheme);
-  UrlParts cracked;
-  cracked.scheme_name = stretches.scheme;
-  cracked.scheme = scheme.scheme;
-  cracked.port = scheme.port;
-  cracked.has_authority = stretches.has_authority;
+  UrlParts parts;
+  parts.scheme_name = stretches.scheme;
+  parts.port = DefaultPort(stretches.scheme);
+  parts.has_authority = stretches.has_authority;
   const std::string_view user_info = stretches.user_info.value_or(std::string_view());
   const size_t colon = std::min(user_info.find(':'), user_info.size());
-  cracked.user_name = user_info.substr(0, colon);
-  cracked.password = user_info.substr(std::min(colon + 1, user_info.size()));
-  cracked.path = stretches.path;
-  cracked.extra_info = stretches.extra;
-  UrlStatus status = CrackHost(stretches.host_and_port, scheme.scheme != UrlScheme::kFile, cracked);
-  if (status.Ok()) status = CheckLengths(kUrlBufferTooSmall, cracked);
-  if (status.Ok()) status = CheckLengths(kUrlBufferTooSmall, {{"query", cracked.extra_info}});
-  if (status.Ok()) parts = std::move(cracked);
-  return status;
+  parts.user_name = user_info.substr(0, colon);
+  parts.password = user_info.substr(std::min(colon + 1, user_info.size()));
+  parts.path = stretches.path;
+  parts.extra_info = stretches.extra;
+  error = CrackHost(stretches.host_and_port, parts);
+  if (error.empty()) error = CheckLengths(parts);
+  if (error.empty()) error = CheckLengths({{"query", parts.extra_info}});
+  return error.empty() ? std::optional(std::move(parts)) : std::nullopt;
 }
 
-UrlStatus CreateUrl(const UrlParts& parts, std::span<char> buffer, size_t& length) {
+std::optional<std::string> CreateUrl(const UrlParts& parts, std::string& error) {
   if (parts.port < 0 || parts.port > kLargestPort) {
-    return Invalid("The port " + std::to_string(parts.port) + " is no number from 0 to 65535.");
+    error = "The port " + std::to_string(parts.port) + " is not a number from 0 to 65535.";
+  } else {
+    error = CheckLengths(parts);
   }
-  if (UrlStatus status = CheckLengths(kUrlInvalid, parts); !status.Ok()) return status;
-  const std::string address = Compose(parts);
-  if (address.empty()) return Invalid("The address has no parts.");
-  if (address.size() >= buffer.size()) {
-    length = address.size() + 1;
-    return {kUrlBufferTooSmall, "The address needs " + std::to_string(length) + " characters."};
-  }
-  length = address.size();
-  *std::copy(address.begin(), address.end(), buffer.begin()) = '\0';
-  return {};
+  std::string address = Compose(parts);
+  if (error.empty() && address.empty()) error = "The address has no parts.";
+  return error.empty() ? std::optional(std::move(address)) : std::nullopt;
 }
 
 }  // namespace quillan

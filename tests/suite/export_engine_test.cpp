@@ -5,6 +5,8 @@
 
 #include <map>
 
+#include "support/fakes.h"
+
 namespace quillan {
 namespace {
 
@@ -60,22 +62,14 @@ class Recorder : public automation::Object {
   std::string type_;
 };
 
-class ExportEngineTest : public testing::Test,
-                         public automation::Server,
-                         public Printers,
-                         public MessageBox {
+class ExportEngineTest : public testing::Test, public automation::Server, public Printers {
  protected:
   ObjectRef CreateObject(std::string_view identifier) override {
     EXPECT_EQ(identifier, "Rendix.Engine");
     if (!engine_) throw automation::Error(429, "not registered");
     return engine_;
   }
-  bool AnyInstalled() const override { return true; }
-  MessageAnswer Show(std::string_view text, std::string_view title, MessageButtons,
-                     MessageIcon) override {
-    boxes_.push_back(std::string(title) + ": " + std::string(text));
-    return MessageAnswer::kOk;
-  }
+  bool AnyInstalled() const override { return has_printer_; }
 
   // The calls of the engine since the last look, without the options.
   Recorder::Log Calls() {
@@ -85,9 +79,10 @@ class ExportEngineTest : public testing::Test,
   }
 
   Recorder::Log log_;
-  std::vector<std::string> boxes_;
+  bool has_printer_ = true;
+  test::ScriptedMessageBox boxes_;
   std::shared_ptr<Recorder> engine_ = std::make_shared<Recorder>(log_, "Engine");
-  ExportEngine export_{*this, *this, *this, {"Quillan Settings", 4, 2, 17, "/opt/quillan"}};
+  ExportEngine export_{*this, *this, boxes_, {"Quillan Settings", 4, 2, 17, "/opt/quillan"}};
 };
 
 TEST_F(ExportEngineTest, OptionsArePushedInOrderAndHoldForOneCall) {
@@ -151,6 +146,8 @@ TEST_F(ExportEngineTest, ExportAndSendChoosesTheFormByTheWayItIsSent) {
            Row{map, "MAILCONTENT", "GIF", "ExportMap HTML object", "MHTML", "no"},
            Row{rtf, "MailContent", "", "ExportRTF txt r", "txt", "yes"},
            Row{text, "a", "html", "ExportText html t", "html", "yes"},
+           Row{text, "x.mapimail", "html", "ExportText MHTML t", "MHTML", "yes"},
+           Row{rtf, "x.MAPIMAIL", "RTF", "ExportRTF RTF r", "RTF", "yes"},
        }) {
     engine_->answers = {{row.call, true}, {"SendTo", true}};
     log_.clear();
@@ -184,16 +181,29 @@ TEST_F(ExportEngineTest, WithoutAnEngineOnlyTheCallsThatPrintExportOrSendComplai
   export_.Title = "kept";
   EXPECT_EQ(export_.ExportMethods(0), std::vector<std::string>());
   export_.LoadSendToMenu(std::make_shared<Recorder>(log_, "Object"));
-  EXPECT_THAT(boxes_, IsEmpty());
+  EXPECT_THAT(boxes_.messages, IsEmpty());
 
   EXPECT_FALSE(export_.PrintText("t", false));
   EXPECT_EQ(export_.SendTo("f", "a"), Value());
   EXPECT_EQ(export_.Title, "kept");
   EXPECT_FALSE(export_.ExportAndSendText("t", "a"));
-  EXPECT_EQ(boxes_.size(), 3U);
-  EXPECT_EQ(boxes_[0],
-            "Quillan Settings: Cannot start Tarrowby Export Engine.\r\nYou may need to reinstall "
-            "the Tarrowby software.\r\n\r\nError= 429");
+  EXPECT_EQ(boxes_.messages.size(), 3U);
+  EXPECT_EQ(boxes_.messages[0].title, "Quillan Settings");
+  EXPECT_EQ(boxes_.messages[0].icon, MessageIcon::kExclamation);
+  EXPECT_EQ(boxes_.messages[0].text,
+            "Cannot start Tarrowby Export Engine.\r\nYou may need to reinstall the Tarrowby "
+            "software.\r\n\r\nError= 429");
+}
+
+TEST_F(ExportEngineTest, AMissingPrinterIsReportedUnderTheProgramsName) {
+  EXPECT_FALSE(export_.NoPrinters());
+  EXPECT_THAT(boxes_.messages, IsEmpty());
+  has_printer_ = false;
+  EXPECT_TRUE(export_.NoPrinters());
+  ASSERT_EQ(boxes_.messages.size(), 1U);
+  EXPECT_EQ(boxes_.messages[0].title, "Quillan");
+  EXPECT_EQ(boxes_.messages[0].icon, MessageIcon::kCritical);
+  EXPECT_THAT(boxes_.messages[0].text, testing::StartsWith("You do not have a Printer installed."));
 }
 
 class ExportMenuTest : public ExportEngineTest {
@@ -205,7 +215,7 @@ class ExportMenuTest : public ExportEngineTest {
                         {"Item TXT", "Text"},
                         {"RemoveAll", {}}};
     const auto commands = toolbar_->Child("Commands", "Commands");
-    commands->Child("AddToolButton", "Button");
+    button_ = commands->Child("AddToolButton", "Button");
     images_ = commands->Child("Images", "Images");
     menu_->Child("CommandBar", "Bar")->Child("Controls", "Controls")->Child("Add", "Entry");
   }
@@ -221,6 +231,7 @@ class ExportMenuTest : public ExportEngineTest {
 
   std::shared_ptr<Recorder> toolbar_ = std::make_shared<Recorder>(log_, "Toolbar");
   std::shared_ptr<Recorder> menu_ = std::make_shared<Recorder>(log_, "ICommandPopupMenu");
+  std::shared_ptr<Recorder> button_;
   std::shared_ptr<Recorder> images_;
 };
 
@@ -233,6 +244,53 @@ TEST_F(ExportMenuTest, APopupTakesTheKeysOfNewButtons) {
                           "Commands.AddToolButton Export:TXT Text", "Button.Tag=TXT",
                           "Images.Item Export:TXT", "Images.Item TXT", "Button.Image=picture",
                           "Controls.Add Export:TXT", "Methods.RemoveAll"));
+}
+
+TEST_F(ExportMenuTest, AToolTakesTheNamesOfNewButtons) {
+  const auto tool = std::make_shared<Recorder>(log_, "ISSTool");
+  tool->Child("Menu", "Menu")->Child("Tools", "Tools")->Child("Add", "Entry");
+  button_->answers["Name"] = "Button1";
+  export_.LoadExportsMenu(tool, toolbar_, "X:", 1);
+  EXPECT_EQ(log_[0], "Engine.ExportMethods 1");
+  const Recorder::Log steps = Steps();
+  EXPECT_EQ(steps[0], "Commands.AddToolButton X:HTML Web page");
+  EXPECT_THAT(steps, testing::Contains("Tools.Add Button1").Times(2));
+  // Neither kind of menu can be filled without a toolbar.
+  export_.LoadExportsMenu(tool);
+  export_.LoadExportsMenu(menu_);
+  EXPECT_THAT(Steps(), IsEmpty());
+}
+
+TEST_F(ExportMenuTest, TheSendToMenuHasGroupsAndImagesByTheFirstWord) {
+  const std::pair<const char*, const char*> methods[] = {
+      {"C:\\bin\\a.MAPIMail", "Mail Recipient"},
+      {"MailContent", "Mail text"},
+      {"x/MyDocuments", "My Documents"},
+      {"C:\\Office\\EXCEL.EXE", "Microsoft Excel 2003"},
+      {"excel.exe.lnk", "Fax"},
+  };
+  const auto dictionary = engine_->Child("SentToMethods", "Methods");
+  std::vector<std::string> keys;
+  for (const auto& [key, name] : methods) {
+    keys.emplace_back(key);
+    dictionary->answers[std::string("Item ") + key] = name;
+  }
+  dictionary->answers["Keys"] = keys;
+  images_->answers["Item Excel"] = "picture";
+  export_.LoadSendToMenu(menu_, toolbar_);
+  Recorder::Log steps = Steps();
+  EXPECT_THAT(steps, testing::IsSupersetOf({"Images.Item SendTo:Mail", "Images.Item Mail",
+                                            "Images.Item SendTo:Excel", "Images.Item Excel",
+                                            "Button.Image=picture", "Images.Item SendTo:Fax",
+                                            "Methods.RemoveAll"}));
+  EXPECT_EQ(steps[0], "Commands.AddToolButton SendTo:C:\\bin\\a.MAPIMail Mail Recipient");
+  // The second to fourth entry, each after it has been added, begin a group.
+  std::string groups;
+  for (const std::string& step : steps) {
+    if (step.starts_with("Controls.Add")) groups += "-";
+    if (step == "Entry.BeginGroup=yes") groups += "group";
+  }
+  EXPECT_EQ(groups, "--group-group-group-");
 }
 
 TEST_F(ExportMenuTest, AnArrayKeepsItsFirstItemAsTheTemplate) {

@@ -87,8 +87,8 @@ TEST(UrlTest, WhatCannotBeParsedLeavesNothingOfTheLastAddress) {
   const std::string too_long(1025, 'x');
   const std::pair<std::string, const char*> rows[] = {
       {" ", "empty"},
-      {"http://h:65536/", "no number from 0"},
-      {"http://[::1]80/", "no number from 0"},
+      {"http://h:65536/", "not a number from 0"},
+      {"http://[::1]80/", "not a number from 0"},
       {"http://[::1/", "bracket"},
       {"http://h/" + too_long, "path of the address has 1026"},
   };
@@ -102,6 +102,13 @@ TEST(UrlTest, WhatCannotBeParsedLeavesNothingOfTheLastAddress) {
     EXPECT_THAT(url.Parameters().Entries(), IsEmpty());
     EXPECT_EQ(url.GetURL(), "");
   }
+}
+
+TEST(UrlTest, OneOfItsOwnPartsMayBeTheNewAddress) {
+  URL url;
+  url.SetURL("http://h/login?GOTO=http://www.example.com/a/rather/long/path&X=1");
+  url.SetURL(*url.Parameters().Item("GOTO"));
+  EXPECT_EQ(url.GetURL(), "http://www.example.com/a/rather/long/path");
 }
 
 TEST(UrlTest, ANameThatOccursTwiceIsAnErrorThatLosesNothing) {
