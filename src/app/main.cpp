@@ -39,6 +39,7 @@ int Run(int& argc, char** argv) {
     ReportFailure("unknown argument " + arguments[1].toStdString() + "; see quillan --help");
     return 2;
   }
+  QApplication::setDesktopFileName(QStringLiteral("net.tarrowby.quillan"));  // Names its icon.
   InstallAppearance();
   QtDesktop desktop;
   QtMessageBox messages;

@@ -14,8 +14,8 @@ namespace quillan::automation {
 class Object;
 using ObjectRef = std::shared_ptr<Object>;
 
-/// What an automation object takes and answers: nothing, a truth value, a whole number, a text
-/// (UTF-8), an array of texts, another object.
+/// An argument or result of an automation object: nothing, a boolean, an integer, a string (UTF-8),
+/// an array of strings or another object.
 using Value = std::variant<std::monostate, bool, std::int32_t, std::string,
                            std::vector<std::string>, ObjectRef>;
 
@@ -25,7 +25,7 @@ inline constexpr std::int32_t kCannotCreateObject = 429;
 /// A failure of an object or of its creation.
 class Error : public std::runtime_error {
  public:
-  /// `number`: the error's own, such as `kCannotCreateObject`.
+  /// `number` identifies the error, such as `kCannotCreateObject`.
   Error(std::int32_t number, const std::string& text) : std::runtime_error(text), number_(number) {}
   std::int32_t number() const { return number_; }
 
@@ -47,18 +47,18 @@ class Object {
   virtual Value Call(std::string_view member, std::span<Value> arguments) = 0;
 };
 
-/// Makes automation objects.
+/// Creates automation objects.
 class Server {
  public:
   virtual ~Server() = default;
-  /// A new object of the type that is registered as `programmatic_identifier`. Throws `Error`.
+  /// Creates an object of the type that is registered as `programmatic_identifier`. Throws `Error`.
   virtual ObjectRef CreateObject(std::string_view programmatic_identifier) = 0;
 };
 
-/// The value as a truth value: a number other than 0 and the text "True" count as true, in any case
-/// of its letters; everything else but true itself does not.
+/// The value as a boolean: true, a number other than 0, and the string "True" in any case are true;
+/// everything else is false.
 bool ToBoolean(const Value& value);
-/// The value as text: a whole number in decimal digits; empty for anything but text and numbers.
+/// The value as a string: an integer in decimal digits; empty for anything but strings and numbers.
 std::string ToText(const Value& value);
 /// The object that the value holds; null for anything else.
 ObjectRef ToObject(const Value& value);

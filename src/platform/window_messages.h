@@ -5,18 +5,18 @@
 
 namespace quillan {
 
-/// Names a window of the toolkit; 0 is none.
+/// Identifies a window of the toolkit; 0 is none.
 using WindowHandle = std::uintptr_t;
 
 /// The messages of a window that can be watched. Source: the WM_ numbers of Windows.
 enum class WindowMessage : std::uint32_t {
-  kDestroy = 2,          ///< The window ends.
+  kDestroy = 2,          ///< The window is destroyed.
   kSize = 5,             ///< Its size has changed.
-  kActivate = 6,         ///< It becomes active (w_param 1; 2 by a mouse click) or stops it (0).
+  kActivate = 6,         ///< It becomes active (w_param 1; 2 by a click) or inactive (0).
   kSizing = 532,         ///< It is being sized.
   kMoving = 534,         ///< It is being moved.
   kEnterSizeMove = 561,  ///< The user starts to move or size it.
-  kExitSizeMove = 562,   ///< The user ends it.
+  kExitSizeMove = 562,   ///< The user stops moving or sizing it.
 };
 
 /// A window with its frame, in screen pixels; right and bottom lie just outside it.
@@ -29,17 +29,17 @@ struct WindowRect {
   bool operator==(const WindowRect&) const = default;
 };
 
-/// What receives the messages of a window. Its members are called on the thread of the window; they
-/// let no exception out and do not delete the window.
+/// Receives the messages of a window. Its members are called on the thread of the window; they must
+/// not throw and must not delete the window.
 class ISubclass {
  public:
   virtual ~ISubclass() = default;
-  /// How the handler answers messages. The only answer used is 1: the handler is called before the
-  /// window acts on the message, and the window then goes on with what the handler has left.
+  /// How the handler responds to messages. The only answer used is 1: the handler is called before
+  /// the window acts on the message, and the window then goes on with what the handler has left.
   virtual std::int32_t MsgResponse() const = 0;
   virtual void SetMsgResponse(std::int32_t response) = 0;
-  /// Handles one message. `rectangle` is there with kMoving and kSizing alone: the window takes it
-  /// as the handler leaves it.
+  /// Handles one message. `rectangle` is set for kMoving and kSizing only; the handler may change
+  /// it and the window then takes it.
   virtual std::int32_t WindowProc(WindowHandle window, WindowMessage message, std::uint32_t w_param,
                                   WindowRect* rectangle) = 0;
 };
@@ -49,12 +49,12 @@ class WindowMessages {
  public:
   virtual ~WindowMessages() = default;
   /// Passes `message` of `window` to `handler` from now on; once, however often it is attached. A
-  /// window that does not exist is passed over.
+  /// window that does not exist is ignored.
   virtual void AttachMessage(ISubclass& handler, WindowHandle window, WindowMessage message) = 0;
   /// Ends that; harmless where it is not attached or the window is gone. Handlers detach what they
   /// have attached before they end.
   virtual void DetachMessage(ISubclass& handler, WindowHandle window, WindowMessage message) = 0;
-  /// Where the window stands; nothing when it does not exist.
+  /// The position of the window; nothing when it does not exist.
   virtual std::optional<WindowRect> GetWindowRect(WindowHandle window) const = 0;
 };
 

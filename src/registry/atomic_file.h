@@ -7,8 +7,8 @@
 namespace quillan {
 
 /// Holds the advisory lock of a file, so that programs which read, change and replace it do so one
-/// after the other. The lock lies on a file beside it ("registry.reg.lock"), which stays: the file
-/// itself is replaced while it is locked.
+/// after the other. The lock is held on a file beside it ("registry.reg.lock"), which is never
+/// removed, because the file itself is replaced while it is locked.
 class FileLock {
  public:
   /// Waits at most `patience` for the lock of `file`. A lock file that is not a regular file cannot

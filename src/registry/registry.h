@@ -11,7 +11,7 @@
 
 namespace quillan {
 
-/// Whose values are meant: the computer's or the current user's.
+/// The computer's values or the current user's.
 enum class RegistryRoot { kLocalMachine, kCurrentUser };
 
 /// An open key of a Registry; 0 is none.
@@ -26,12 +26,12 @@ std::filesystem::path UserConfigurationFolder();
 /// have one. Nothing here throws. Nothing is written to a root whose last reading failed.
 class Registry {
  public:
-  /// The computer's values lie in "registry.reg" of `program_folder`, the current user's in
+  /// The computer's values are in "registry.reg" of `program_folder`, the current user's in
   /// "tarrowby.net/registry.reg" of `user_folder` (see UserConfigurationFolder).
   Registry(const std::filesystem::path& program_folder, const std::filesystem::path& user_folder);
 
-  /// The text of an option, as it stands in the file now; nothing when there is no such string
-  /// value, so that the caller's default can stand in with `value_or`.
+  /// The text of an option, read from the file at every call; nothing when there is no such string
+  /// value, so that the caller can use its default with `value_or`.
   std::optional<std::string> ReadRegistryString(
       std::string_view product, std::string_view section, std::string_view name,
       RegistryRoot root = RegistryRoot::kLocalMachine) const;

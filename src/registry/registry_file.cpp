@@ -38,11 +38,11 @@ std::string_view WithoutBlanksAtEnd(std::string_view line) {
 
 struct Quoted {
   std::string text;
-  size_t end;  // Behind the closing quote.
+  size_t end;  // After the closing quote.
 };
 
-// The quoted text whose opening quote stands at `at`. A backslash that escapes neither a quote nor
-// a backslash stands for itself, which forgives paths written by hand.
+// The quoted string whose opening quote is at `at`. A backslash that escapes neither a quote nor a
+// backslash is kept, so that paths typed by hand are read as they were meant.
 std::optional<Quoted> ReadQuoted(std::string_view text, size_t at) {
   std::string content;
   for (size_t i = at + 1; i < text.size(); ++i) {
@@ -69,7 +69,7 @@ bool IsBlankOrComment(std::string_view line) {
   return start == line.size() || line[start] == ';';
 }
 
-// What stands between the brackets of a heading, which only a comment may follow.
+// The text between the brackets of a heading, which only a comment may follow.
 std::optional<std::string_view> ReadHeading(std::string_view line) {
   for (size_t close = line.find(']'); close != std::string_view::npos;
        close = line.find(']', close + 1)) {
@@ -127,7 +127,8 @@ void RegistryFile::Parse() {
 void RegistryFile::ParseHeading(std::string_view line, size_t line_end) {
   Section section;
   section.end = line_end;
-  // A heading that is cut short opens a section without a key: what follows it belongs to no other.
+  // A heading that is cut short opens a section without a key, so that what follows it does not
+  // belong to the section before it.
   if (const auto heading = ReadHeading(line)) {
     section.deletes = heading->starts_with('-');
     section.key = heading->substr(section.deletes ? 1 : 0);
@@ -135,8 +136,8 @@ void RegistryFile::ParseHeading(std::string_view line, size_t line_end) {
   sections_.push_back(std::move(section));
 }
 
-// Reads the value that begins at `at`; returns the end of its last line. What is no value takes one
-// line, so that a quote that never closes cannot swallow the sections behind it.
+// Reads the value that begins at `at`; returns the end of its last line. Anything that is not a
+// value takes one line, so that a quote that is never closed does not hide the sections after it.
 size_t RegistryFile::ParseValue(size_t at, Section& section) const {
   size_t line_end = EndOfLine(text_, at);
   Value value;
@@ -159,7 +160,7 @@ size_t RegistryFile::ParseValue(size_t at, Section& section) const {
     if (!quoted) return line_end;
     const size_t last_end = EndOfLine(text_, quoted->end);
     const std::string_view rest = Line(text_, quoted->end, last_end);
-    // Behind a text of several lines even a comment is doubtful: the quote that closed it may well
+    // After a string of several lines not even a comment may follow: the quote that closed it could
     // be the one that opens the next value.
     if (last_end == line_end ? !IsBlankOrComment(rest) : SkipBlanks(rest, 0) < rest.size())
       return line_end;
@@ -187,7 +188,7 @@ size_t RegistryFile::ParseValue(size_t at, Section& section) const {
   return line_end;
 }
 
-// The index of the first section behind the last deletion of `key`.
+// The index of the first section after the last deletion of `key`.
 size_t RegistryFile::FirstLiveSection(std::string_view key) const {
   size_t first = sections_.size();
   while (first > 0 && !(sections_[first - 1].deletes && !sections_[first - 1].key.empty() &&
@@ -260,9 +261,9 @@ bool RegistryFile::SetStringValue(std::string_view key, std::string_view name,
 }
 
 void RegistryFile::Put(std::string_view key, std::string_view name, std::string_view value) {
-  const Value* stands = LastValue(key, name);
-  if (stands != nullptr && stands->kind != ValueKind::kDeletion) {
-    text_.replace(stands->begin, stands->end - stands->begin, Quote(value));
+  const Value* existing = LastValue(key, name);
+  if (existing != nullptr && existing->kind != ValueKind::kDeletion) {
+    text_.replace(existing->begin, existing->end - existing->begin, Quote(value));
     Parse();
     return;
   }

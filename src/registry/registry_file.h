@@ -12,9 +12,9 @@ namespace quillan {
 /// each of them values `"Name"="text"`, or `@="text"` for the key's own value, whose name is empty.
 ///
 /// Only string values are understood. Everything else (other kinds of values, deletions, comments,
-/// a value that was cut short) keeps its bytes through every edit. Keys and value names compare
+/// a value that was cut short) is preserved by every edit. Keys and value names compare
 /// without regard to the case of ASCII letters. Deletions, `[-KEY]` and `"Name"=-`, undo what
-/// stands before them; of a value that stands twice the last one counts.
+/// precedes them; if a value occurs twice, the last one counts.
 class RegistryFile {
  public:
   /// Takes any UTF-8 text; whatever is not understood is kept and ignored.
@@ -28,10 +28,10 @@ class RegistryFile {
   /// Adds an empty section for `key` unless `HasKey`. False when the key cannot be represented:
   /// when it is empty, begins with "-", contains a line break or NUL or is not valid UTF-8.
   bool AddKey(std::string_view key);
-  /// Gives the value the text, in its own place where it stands already, whatever its kind was;
-  /// else at the end of the key's section, which is added at the end of the text where it is
-  /// missing. False, with the text as it was, when key, name or value cannot be represented or
-  /// what stands before the value (a string without its closing quote) would hide it.
+  /// Sets the value: in place if it exists, whatever its kind was; else at the end of the key's
+  /// section, which is added at the end of the text if it is missing. False, with the text as it
+  /// was, when key, name or value cannot be represented or what precedes the value (a string
+  /// without its closing quote) would hide it.
   bool SetStringValue(std::string_view key, std::string_view name, std::string_view value);
 
   /// The whole text as it now stands.
@@ -43,13 +43,13 @@ class RegistryFile {
     std::string name;
     ValueKind kind = ValueKind::kOther;
     std::string text;  // Of a string.
-    size_t begin = 0;  // Of what stands after "=", in the whole text.
+    size_t begin = 0;  // Of what follows "=", in the whole text.
     size_t end = 0;
   };
   struct Section {
     std::string key;
     bool deletes = false;  // [-KEY]
-    size_t end = 0;  // Behind the section's last line that holds anything, its line end aside.
+    size_t end = 0;        // After the section's last line that is not empty, without its line end.
     std::vector<Value> values;
   };
 

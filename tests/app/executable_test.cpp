@@ -85,6 +85,30 @@ TEST_F(ExecutableTest, OnlySomeStylesLetTheProcessOutliveItsDialog) {
   }
 }
 
+TEST_F(ExecutableTest, TheWizardOfTheProgramFolderIsStartedElseThatOfItsParent) {
+  const auto make_wizard = [&](const std::string& name, const std::string& script) {
+    const auto file = folder_.Write(name, script);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    return file;
+  };
+  std::filesystem::remove(folder_ / "program/registry.reg");
+  ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+  std::filesystem::create_directory(folder_ / "program/Kelvora-Wizard.exe");
+  make_wizard("Kelvora-Wizard.exe", "#!/bin/sh\necho parent >pipe\n");
+  const Outcome parent = Start();
+  EXPECT_EQ(folder_.Read("pipe"), "parent\n");
+  std::filesystem::remove(folder_ / "program/Kelvora-Wizard.exe");
+  make_wizard("program/Kelvora-Wizard.exe", "#!/bin/sh\necho own >../pipe\n");
+  const Outcome own = Start();
+  EXPECT_EQ(folder_.Read("pipe"), "own\n");
+  EXPECT_EQ(parent.status + own.status, 0);
+  const auto broken = make_wizard("program/Kelvora-Wizard.exe", "\x01\x02");
+  const Outcome failed = Start();
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_EQ(failed.error, "quillan: Cannot start " + broken.string() + ".\n");
+  EXPECT_EQ(parent.output + own.output + failed.output, "") << "no window is shown";
+}
+
 TEST_F(ExecutableTest, AFailedStartSaysWhyInABoxAndInOneLineAndEndsWithAStatus) {
   const auto expect_failure = [&](const std::string& reason) {
     const Outcome run = Start();
@@ -93,11 +117,14 @@ TEST_F(ExecutableTest, AFailedStartSaysWhyInABoxAndInOneLineAndEndsWithAStatus) 
     EXPECT_THAT(run.error, testing::MatchesRegex("quillan: [^\n]*\n"));
     EXPECT_THAT(run.error, HasSubstr(reason));
   };
-  const auto connection_file = folder_ / "program/TBKelvora.DB";
+  folder_.Write("program/TBKelvora.DB", "TIMEOUT=3\r\n");
+  expect_failure("Add a line such as CONNECTION=");
+  const auto connection_file = folder_.Write(
+      "program/TBKelvora.DB", "CONNECTION=Provider=SQLite;Password=secret;Data Source=suite.db");
   ASSERT_EQ(chmod((folder_ / "program/suite.db").c_str(), 0444), 0);
   expect_failure("suite.db is write-protected.");
   std::filesystem::remove(folder_ / "program/suite.db");
-  expect_failure("suite.db does not exist.");
+  expect_failure("Password='*********';Data Source=suite.db Error=The database file");
   std::filesystem::remove(connection_file);
   expect_failure("Cannot find TBKelvora.DB or QuillanGUI.DB. Please re-run");
   std::filesystem::create_directory(connection_file);

@@ -1,26 +1,20 @@
 #include "platform/desktop.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include <cstdlib>
-#include <fstream>
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "support/fakes.h"
-#include "support/temporary_folder.h"
 
 namespace quillan {
 namespace {
 
 class ScriptedDesktop final : public Desktop {
  public:
-  OpenUrlResult OpenUrl(const std::string& url) override {
-    opened = url;
-    return result;
-  }
+  OpenUrlResult OpenUrl(const std::string& /*url*/) override { return result; }
   std::string ComputerName() const override { return name; }
 
-  std::string opened;
   std::string name;
   OpenUrlResult result = OpenUrlResult::kOpened;
 };
@@ -29,26 +23,31 @@ TEST(OpenInBrowserTest, ABrowserThatDoesNotOpenIsReported) {
   ScriptedDesktop desktop;
   test::ScriptedMessageBox messages;
   OpenInBrowser(desktop, messages, "http://server/help");
-  EXPECT_EQ(desktop.opened, "http://server/help");
   EXPECT_TRUE(messages.messages.empty());
   desktop.result = OpenUrlResult::kNoBrowser;
   OpenInBrowser(desktop, messages, "http://server/help");
-  EXPECT_EQ(messages.messages.at(0).text, "Could not find default Browser");
-  EXPECT_EQ(messages.messages.at(0).title, "Browser Not Found");
   desktop.result = OpenUrlResult::kNotOpened;
   OpenInBrowser(desktop, messages, "http://server/help");
+  EXPECT_EQ(messages.messages.at(0).text, "Could not find default Browser");
   EXPECT_EQ(messages.messages.at(1).text, "Web Page not Opened");
-  EXPECT_EQ(messages.messages.at(1).title, "URL Failed");
 }
 
-TEST(LocalComputerNameTest, HasNoPaddingAtItsEnds) {
-  EXPECT_EQ(Desktop().ComputerName().find('.'), std::string::npos);
+TEST(ComputerNameTest, HasNeitherADomainNorPadding) {
   ScriptedDesktop desktop;
-  for (const std::string& name : {std::string("  SERVER  "), std::string("SERVER\0  ", 9),
-                                  std::string("SERVER \0\0", 9), std::string("SERVER")}) {
+  for (const std::string& name :
+       {std::string("  SERVER  "), std::string("SERVER\0  ", 9), std::string("SERVER \0\0", 9)}) {
     desktop.name = name;
     EXPECT_EQ(LocalComputerName(desktop), "SERVER");
   }
+  const pid_t other_host = fork();
+  if (other_host == 0) {
+    if (unshare(CLONE_NEWUTS) != 0 || sethostname("server.example.org", 18) != 0) _exit(2);
+    _exit(Desktop().ComputerName() == "server" ? 0 : 1);
+  }
+  int result = 0;
+  waitpid(other_host, &result, 0);
+  if (WEXITSTATUS(result) == 2) GTEST_SKIP() << "only root can rename its computer";
+  EXPECT_EQ(result, 0);
 }
 
 }  // namespace

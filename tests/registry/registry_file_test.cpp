@@ -27,7 +27,7 @@ TEST(RegistryFileTest, StringValuesAreReadInEveryForm) {
   EXPECT_EQ(Read("\"x\"=\"1\"\n\"X\"=\"2\"\n"), "2");
 }
 
-TEST(RegistryFileTest, WhatIsNoStringIsAbsent) {
+TEST(RegistryFileTest, ValuesThatAreNotStringsAreAbsent) {
   for (const char* lines :
        {"", "\"x\"=dword:000000fa\n", "\"x\"=hex(2):25,00,\\\n  31,00\n", "\"x\"=\n", "\"x\"\n",
         "\"x\"=\"1\"\n\"x\"=-\n", "\"x\"=\"1\"\n[-HKEY_LOCAL_MACHINE\\software]\n",
@@ -75,7 +75,7 @@ TEST(RegistryFileTest, AnEditChangesNothingButItsOwnValue) {
   }
 }
 
-// Whereever a file breaks off, what is written comes back, and every byte before it stays.
+// Wherever a file ends, a new value can be read back and no byte of the file is lost.
 TEST(RegistryFileTest, AFileCutShortAnywhereTakesNewValues) {
   const std::string whole = "REGEDIT4\r\n\r\n[" + std::string(kKey) +
                             "]\r\n\"a\"=\"1\\\\2\"\r\n\"h\"=hex:25,00,\\\r\n  31,00\r\n"

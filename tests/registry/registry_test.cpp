@@ -18,7 +18,7 @@ class RegistryTest : public testing::Test {
 };
 
 TEST_F(RegistryTest, OptionsLieInTheFileOfTheirRoot) {
-  registry_.SaveRegistryString("Quillan", "Settings", "Max Events", "250");
+  registry_.SaveRegistryString("Quillan", "Settings", "Max Events", std::string("250\0x", 5));
   registry_.SaveRegistryString("Quillan", "Settings", "GUI Style", "MINIMAL",
                                RegistryRoot::kCurrentUser);
   EXPECT_EQ(program_.Read("registry.reg"),
@@ -29,15 +29,6 @@ TEST_F(RegistryTest, OptionsLieInTheFileOfTheirRoot) {
             "\"GUI Style\"=\"MINIMAL\"\n");
   EXPECT_EQ(registry_.ReadRegistryString("quillan", "SETTINGS", "max events"), "250");
   EXPECT_EQ(registry_.ReadRegistryString("Quillan", "Settings", "GUI Style"), std::nullopt);
-}
-
-TEST_F(RegistryTest, OnlyStringsAreReadAndTextsEndAtTheirNul) {
-  program_.Write("registry.reg",
-                 "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\TBKelvora\\Wizard]\n"
-                 "\"Completed\"=dword:00000001\n");
-  EXPECT_EQ(registry_.ReadRegistryString("TBKelvora", "Wizard", "Completed"), std::nullopt);
-  registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", std::string("1\0002", 3));
-  EXPECT_EQ(registry_.ReadRegistryString("TBKelvora", "Wizard", "Completed"), "1");
 }
 
 TEST_F(RegistryTest, KeysAreOpenedCreatedAndClosedByHandle) {
