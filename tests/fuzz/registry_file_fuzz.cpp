@@ -38,6 +38,18 @@ Values ReadValues(const RegistryFile& file, const std::set<std::string>& keys,
   return values;
 }
 
+void ExpectValues(const Values& values, const Values& expected, const char* what) {
+  for (const auto& [place, value] : expected) {
+    const auto found = values.find(place);
+    if (found != values.end() && found->second == value) continue;
+    std::fprintf(stderr, "[%s] \"%s\" is \"%s\" instead of \"%s\"\n", place.first.c_str(),
+                 place.second.c_str(),
+                 found == values.end() ? "" : found->second.value_or("absent").c_str(),
+                 value.value_or("absent").c_str());
+    fuzz::Expect(false, what);
+  }
+}
+
 void Check(const std::string& key, const std::string& name, const std::string& value,
            const std::string& text) {
   RegistryFile file(text);
@@ -53,9 +65,9 @@ void Check(const std::string& key, const std::string& name, const std::string& v
     return;
   }
   expected[{text::ToUpperAscii(key), text::ToUpperAscii(name)}] = value;
-  fuzz::Expect(ReadValues(file, keys, names) == expected, "the edit is the only change");
+  ExpectValues(ReadValues(file, keys, names), expected, "the edit is the only change");
   const RegistryFile again(file.text());
-  fuzz::Expect(ReadValues(again, keys, names) == expected, "the file reads the same again");
+  ExpectValues(ReadValues(again, keys, names), expected, "the file reads the same again");
 
   // The edit is one replacement, within a line unless the old value had several.
   const std::string& after = file.text();
