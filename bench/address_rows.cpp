@@ -3,184 +3,108 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <memory>
 #include <random>
 
-#include "bench/rows.h"
+#include "bench/harness.h"
 #include "bench/suite_data.h"
-#include "bench/timing.h"
 #include "ip/ip_functions.h"
 
 namespace quillan::bench {
 namespace {
 
 constexpr double kNoAddress = -1;
-// Each run takes about as many addresses, however small the set.
+// Each run converts about as many addresses, however small the set.
 constexpr std::size_t kAddressesOfRun = 65536;
 
-std::vector<std::uint32_t> RandomAddresses(std::size_t count) {
+std::vector<std::string> RandomAddresses(std::size_t count) {
   std::mt19937 random(20070601);
-  std::vector<std::uint32_t> addresses(count);
-  for (std::uint32_t& address : addresses) address = static_cast<std::uint32_t>(random());
+  std::vector<std::string> addresses(count);
+  for (auto& text : addresses) text = DottedQuad(static_cast<std::uint32_t>(random()));
   return addresses;
 }
 
-std::vector<std::string> AddressTexts(std::size_t count) {
-  std::vector<std::string> texts;
-  for (const std::uint32_t address : RandomAddresses(count)) texts.push_back(DottedQuad(address));
-  return texts;
+std::vector<double> RandomSortValues(std::size_t count) {
+  std::vector<double> values;
+  for (const std::string& text : RandomAddresses(count)) {
+    values.push_back(IPAddressToSortValue(text));
+  }
+  return values;
 }
 
-// Takes every address of a set in turn, as often as makes a run.
-template <typename Input, typename Output>
-class Conversion : public Side {
- public:
-  explicit Conversion(std::vector<Input> inputs)
-      : inputs_(std::move(inputs)),
-        outputs_(inputs_.size()),
-        passes_(std::max<std::size_t>(kAddressesOfRun / inputs_.size(), 1)) {}
-
- protected:
-  template <typename Convert>
-  void ForEach(Convert convert) {
-    for (std::size_t pass = 0; pass < passes_; ++pass) {
-      for (std::size_t i = 0; i < inputs_.size(); ++i) outputs_[i] = convert(inputs_[i]);
-    }
-  }
-
-  std::vector<Input> inputs_;
-  std::vector<Output> outputs_;
-
- private:
-  std::size_t passes_;
-};
-
-enum class Calls { kApart, kTogether };
-
-// Validates and converts. Apart: what lies between the two calls may have changed the text.
-template <Calls calls>
-class OurRead final : public Conversion<std::string, double> {
- public:
-  using Conversion::Conversion;
-
-  void Run() override {
-    ForEach([](const std::string& text) {
-      if (!IsValidIPAddress(text)) return kNoAddress;
-      if constexpr (calls == Calls::kApart) asm volatile("" ::: "memory");
-      return IPAddressToSortValue(text);
-    });
-  }
-  std::string Result() override {
-    Checksum sum;
-    for (const double value : outputs_) {
-      sum.Add(static_cast<std::uint64_t>(SortValueToAddressNumber(value)));
-    }
-    return sum.Text();
-  }
-};
-
-class PlainRead final : public Conversion<std::string, std::uint32_t> {
- public:
-  using Conversion::Conversion;
-
-  void Run() override {
-    ForEach([](const std::string& text) {
-      in_addr address{};
-      return inet_pton(AF_INET, text.c_str(), &address) == 1 ? ntohl(address.s_addr) : 0;
-    });
-  }
-  std::string Result() override {
-    Checksum sum;
-    for (const std::uint32_t address : outputs_) sum.Add(address);
-    return sum.Text();
-  }
-};
-
-std::vector<double> PackedAddresses(std::size_t count) {
-  std::vector<double> packed;
-  for (const std::uint32_t address : RandomAddresses(count)) {
-    packed.push_back(std::stod(PackedDigits(address)));
-  }
-  return packed;
+// A side that converts every input in turn, as often as makes a run; `describe` adds an output to
+// the checksum.
+template <typename Input, typename Convert, typename Describe>
+Side Conversion(const std::vector<Input>& inputs, Convert convert, Describe describe) {
+  const auto outputs = std::make_shared<std::vector<decltype(convert(inputs[0]))>>(inputs.size());
+  const std::size_t passes = std::max<std::size_t>(kAddressesOfRun / inputs.size(), 1);
+  return {nullptr,
+          [=] {
+            for (std::size_t pass = 0; pass < passes; ++pass) {
+              for (std::size_t i = 0; i < inputs.size(); ++i) (*outputs)[i] = convert(inputs[i]);
+            }
+          },
+          [=] {
+            Checksum sum;
+            for (const auto& output : *outputs) describe(sum, output);
+            return sum.Text();
+          }};
 }
 
-class Writing : public Conversion<double, std::string> {
- public:
-  using Conversion::Conversion;
+double OurRead(const std::string& text) {
+  return IsValidIPAddress(text) ? IPAddressToSortValue(text) : kNoAddress;
+}
 
-  std::string Result() override {
-    Checksum sum;
-    for (const std::string& text : outputs_) sum.Add(text);
-    return sum.Text();
-  }
-};
+std::uint32_t PlainRead(const std::string& text) {
+  in_addr address{};
+  return inet_pton(AF_INET, text.c_str(), &address) == 1 ? ntohl(address.s_addr) : 0;
+}
 
-class OurWrite final : public Writing {
- public:
-  using Writing::Writing;
-
-  void Run() override { ForEach(&SortValueToIPAddress); }
-};
-
-// Out of line, as the program's is.
-[[gnu::noinline]] std::string WithToChars(double value) {
+// Out of line, as ours is.
+[[gnu::noinline]] std::string PlainWrite(double value) {
   const auto whole = static_cast<std::uint64_t>(value);
-  std::array<char, 44> text;  // NOLINT(cppcoreguidelines-init-variables): its use is counted.
+  std::array<char, 44>
+      text;  // NOLINT(cppcoreguidelines-init-variables): written before it is read.
   char* end = text.data();
-  const auto append = [&](std::uint64_t part) {
-    end = std::to_chars(end, end + 10, static_cast<unsigned>(part)).ptr;
-  };
-  append(whole / 1000000000);
-  *end++ = '.';
-  append(whole / 1000000 % 1000);
-  *end++ = '.';
-  append(whole / 1000 % 1000);
-  *end++ = '.';
-  append(whole % 1000);
+  for (const std::uint64_t unit : {1000000000U, 1000000U, 1000U, 1U}) {
+    if (end != text.data()) *end++ = '.';
+    end = std::to_chars(end, end + 10, static_cast<unsigned>(whole / unit % 1000)).ptr;
+  }
   return {text.data(), end};
-}
-
-class PlainWrite final : public Writing {
- public:
-  using Writing::Writing;
-
-  void Run() override { ForEach(&WithToChars); }
-};
-
-template <typename Ours, typename Plain, typename Inputs>
-Row AddressRow(std::string work, std::string yardstick, double goal, std::size_t size,
-               Inputs inputs) {
-  Row row{.work = std::move(work),
-          .yardstick = std::move(yardstick),
-          .goal = goal,
-          .sizes = {{size, 301}},
-          .short_size = 64};
-  return Timed(std::move(row), [inputs](std::size_t count) {
-    return Comparison{std::make_unique<Ours>(inputs(count)),
-                      std::make_unique<Plain>(inputs(count))};
-  });
 }
 
 }  // namespace
 
-std::vector<Row> AddressRows() {
-  constexpr std::size_t kMany = 65536;
-  constexpr std::size_t kFew = 64;
-  const std::string reading = "inet_pton once";
-  const std::string writing = "four std::to_chars";
-  return {
-      AddressRow<OurRead<Calls::kApart>, PlainRead>("validate and convert, apart", reading, 1,
-                                                    kMany, &AddressTexts),
-      AddressRow<OurRead<Calls::kApart>, PlainRead>("the same, a few again and again", reading, 1,
-                                                    kFew, &AddressTexts),
-      AddressRow<OurRead<Calls::kTogether>, PlainRead>("validate and convert, at once", reading, 1,
-                                                       kMany, &AddressTexts),
-      AddressRow<OurRead<Calls::kTogether>, PlainRead>("the same at once, a few", reading, 1, kFew,
-                                                       &AddressTexts),
-      AddressRow<OurWrite, PlainWrite>("SortValueToIPAddress", writing, 1.2, kMany,
-                                       &PackedAddresses),
-      AddressRow<OurWrite, PlainWrite>("SortValueToIPAddress, a few", writing, 1.2, kFew,
-                                       &PackedAddresses),
-  };
+void AddAddressRows() {
+  // A large set, and a small one that the processor's branch prediction learns by heart.
+  for (const auto& [size, suffix] :
+       {std::pair(kAddressesOfRun, ""), {std::size_t{64}, ", a few"}}) {
+    // Yardstick: inet_pton once.
+    AddTimedRow({std::string("validate and convert") + suffix, 0.9, {{size, 301}}, 64},
+                [](std::size_t count) {
+                  const auto texts = RandomAddresses(count);
+                  return Comparison{
+                      Conversion(
+                          texts, [](const std::string& text) { return OurRead(text); },
+                          [](Checksum& sum, double value) {
+                            sum.Add(static_cast<std::uint64_t>(SortValueToAddressNumber(value)));
+                          }),
+                      Conversion(
+                          texts, [](const std::string& text) { return PlainRead(text); },
+                          [](Checksum& sum, std::uint64_t value) { sum.Add(value); })};
+                });
+    // Yardstick: four std::to_chars.
+    AddTimedRow(
+        {std::string("SortValueToIPAddress") + suffix, 1.2, {{size, 301}}, 64},
+        [](std::size_t count) {
+          const auto values = RandomSortValues(count);
+          const auto describe = [](Checksum& sum, const std::string& text) { sum.Add(text); };
+          return Comparison{Conversion(
+                                values, [](double v) { return SortValueToIPAddress(v); }, describe),
+                            Conversion(
+                                values, [](double v) { return PlainWrite(v); }, describe)};
+        });
+  }
 }
 
 }  // namespace quillan::bench

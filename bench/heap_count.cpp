@@ -10,7 +10,7 @@
 
 namespace {
 
-// What glibc keeps before each block, its size.
+// glibc keeps the size of a block in front of it.
 constexpr std::ptrdiff_t kBlockHeader = sizeof(std::size_t);
 
 // Only one thread allocates while a count is on.

@@ -4,9 +4,8 @@
 
 namespace quillan::bench {
 
-/// Counts what the process holds on the heap, from its making on: everything allocated by `new`,
-/// with what the allocator adds to each block, and everything that the embedded database engine
-/// holds. One at a time.
+/// Counts what the process allocates during its life: by `new`, with what the allocator adds to
+/// each block, and inside SQLite. There may be one at a time.
 class HeapCount {
  public:
   HeapCount();

@@ -1,106 +1,99 @@
+#include <memory>
 #include <utility>
 
+#include "bench/harness.h"
+#include "bench/heap_count.h"
 #include "bench/plain_database.h"
-#include "bench/rows.h"
 #include "bench/suite.h"
-#include "bench/timing.h"
 #include "ip/ip_functions.h"
 #include "platform/ado/sqlite_dialect.h"
 
 namespace quillan::bench {
 namespace {
 
-// The columns of a list's query as strings; where each list shows them, the check column first.
+// The columns of a list's query as strings, and where each list shows them, the check column first.
 struct Shown {
   std::string_view query;
   std::vector<std::size_t> columns;
-  bool addresses = false;  // The first two texts are packed addresses.
-};
-
-class ListLoad final : public Side {
- public:
-  ListLoad(std::shared_ptr<const SuiteFolder> folder, MakeList make)
-      : folder_(std::move(folder)), program_(*folder_), make_(make) {}
-
-  void Prepare() override {
-    list_.reset();
-    list_ = (program_.*make_)();
-  }
-  void Run() override { list_->Refresh(); }
-  std::string Result() override { return Describe(list_->Table()); }
-
- private:
-  std::shared_ptr<const SuiteFolder> folder_;
-  Program program_;
-  MakeList make_;
-  std::unique_ptr<CheckableList> list_;
+  bool addresses = false;  // The first two strings are packed addresses.
 };
 
 template <std::size_t columns>
-class PlainLoad final : public Side {
- public:
-  PlainLoad(std::shared_ptr<const SuiteFolder> folder, Shown shown)
-      : folder_(std::move(folder)),
-        database_(folder_->database()),
-        shown_(std::move(shown)),
-        query_(ado::TranslateToSqlite(shown_.query)) {}
-
-  void Prepare() override { std::vector<std::array<std::string, columns>>().swap(rows_); }
-  void Run() override { rows_ = database_.Read<columns>(query_); }
-  std::string Result() override {
-    Checksum sum;
-    for (const auto& row : rows_) {
-      sum.Add(row[shown_.columns[0]] == "1" ? 1U : 0U);
-      for (std::size_t i = 1; i < shown_.columns.size(); ++i) {
-        const std::string& text = row[shown_.columns[i]];
-        const bool address = shown_.addresses && i <= 2;
-        sum.Add(address ? SortValueToIPAddress(std::stod(text)) : text);
-      }
+std::string Describe(const std::vector<std::array<std::string, columns>>& rows,
+                     const Shown& shown) {
+  Checksum sum;
+  for (const auto& row : rows) {
+    sum.Add(row[shown.columns[0]] == "1" ? 1U : 0U);
+    for (std::size_t i = 1; i < shown.columns.size(); ++i) {
+      const std::string& text = row[shown.columns[i]];
+      sum.Add(shown.addresses && i <= 2 ? SortValueToIPAddress(std::stod(text)) : text);
     }
-    return std::to_string(rows_.size()) + " rows, sum " + sum.Text();
   }
+  return std::to_string(rows.size()) + " rows, sum " + sum.Text();
+}
 
- private:
-  std::shared_ptr<const SuiteFolder> folder_;
-  PlainDatabase database_;
-  Shown shown_;
-  std::string query_;
-  std::vector<std::array<std::string, columns>> rows_;
-};
-
+// Yardstick: a bare driver loop that copies the same columns into strings.
 template <std::size_t columns>
-Row LoadRow(std::string work, std::vector<Size> sizes, Fill (*fill)(std::size_t), MakeList make,
-            Shown shown) {
-  Row row{.work = std::move(work),
-          .yardstick = "a bare driver loop that copies the same columns into strings",
-          .goal = 1.5,
-          .sizes = std::move(sizes),
-          .short_size = 1000};
-  return Timed(std::move(row), [fill, make, shown](std::size_t size) {
-    const auto folder = std::make_shared<const SuiteFolder>(fill(size));
-    return Comparison{std::make_unique<ListLoad>(folder, make),
-                      std::make_unique<PlainLoad<columns>>(folder, shown)};
+void AddLoadRow(const std::string& work, std::vector<Size> sizes, Fill (*fill)(std::size_t),
+                MakeList make_list, const Shown& shown) {
+  AddTimedRow({work, 1.15, std::move(sizes), 1000}, [=](std::size_t size) {
+    const auto program = std::make_shared<Program>(std::make_shared<const SuiteFolder>(fill(size)));
+    const auto list = std::make_shared<std::unique_ptr<CheckableList>>();
+    const auto database = std::make_shared<PlainDatabase>(program->folder().database());
+    const auto rows = std::make_shared<std::vector<std::array<std::string, columns>>>();
+    return Comparison{
+        {[=] {
+           list->reset();
+           *list = ((*program).*make_list)();
+         },
+         [=] { (*list)->Refresh(); }, [=] { return quillan::bench::Describe((*list)->Table()); }},
+        {[=] { std::vector<std::array<std::string, columns>>().swap(*rows); },
+         [=, query = ado::TranslateToSqlite(shown.query)] {
+           *rows = database->Read<columns>(query);
+         },
+         [=] { return Describe(*rows, shown); }}};
   });
+}
+
+enum class Moment { kAtRest, kPeak };
+
+// Bytes a row that a loaded list takes, beside those of its strings.
+double MemoryAboveStrings(std::size_t size, Moment moment) {
+  Program program(std::make_shared<const SuiteFolder>(Interfaces(size)));
+  const auto list = program.InterfaceList();
+  const HeapCount heap;
+  list->Refresh();
+  double bytes = moment == Moment::kAtRest ? heap.Held() : heap.Peak();
+  const Grid& grid = list->Table();
+  ExpectSame(std::to_string(grid.Rows() - Grid::kFixedRows), std::to_string(size));
+  for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
+    for (int column = 1; column < grid.Columns(); ++column) {
+      bytes -= static_cast<double>(grid.Text(row, column).size());
+    }
+  }
+  return bytes / static_cast<double>(size);
 }
 
 }  // namespace
 
-std::vector<Row> LoadRows() {
-  return {
-      LoadRow<4>("load ports", {{65536, 31}, {6553, 101}, {655, 301}}, &Ports, &Program::PortList,
-                 {"Select * From ServicePorts Order By Port", {3, 0, 1}}),
-      LoadRow<6>("load groups", {{12000, 61}, {1200, 201}, {120, 401}}, &Groups,
-                 &Program::GroupList,
-                 {"Select * From IPAddressGroups Order By IPRangeStart", {5, 1, 2, 3}, true}),
-      LoadRow<4>("load interfaces", {{1000000, 7}, {100000, 31}, {10000, 101}}, &Interfaces,
-                 &Program::InterfaceList,
-                 {"SELECT n.Caption NodeCaption, i.Caption InterfaceCaption, i.InterfaceID, "
-                  "ISNUMERIC(s.InterfaceID ) IsNetFlowSource "
-                  "FROM Interfaces i "
-                  "INNER JOIN Nodes n ON i.NodeID = n.NodeID "
-                  "LEFT JOIN NetflowSources s on i.InterfaceID = s.InterfaceID",
-                  {3, 0, 1, 2}}),
-  };
+void AddLoadRows() {
+  AddLoadRow<4>("load ports", {{65536, 31}, {6553, 101}, {655, 301}}, &Ports, &Program::PortList,
+                {"Select * From ServicePorts Order By Port", {3, 0, 1}});
+  AddLoadRow<6>("load groups", {{12000, 61}, {1200, 201}, {120, 401}}, &Groups, &Program::GroupList,
+                {"Select * From IPAddressGroups Order By IPRangeStart", {5, 1, 2, 3}, true});
+  AddLoadRow<4>("load interfaces", {{1000000, 7}, {100000, 31}, {10000, 101}}, &Interfaces,
+                &Program::InterfaceList,
+                {"SELECT n.Caption NodeCaption, i.Caption InterfaceCaption, i.InterfaceID, "
+                 "ISNUMERIC(s.InterfaceID ) IsNetFlowSource "
+                 "FROM Interfaces i "
+                 "INNER JOIN Nodes n ON i.NodeID = n.NodeID "
+                 "LEFT JOIN NetflowSources s on i.InterfaceID = s.InterfaceID",
+                 {3, 0, 1, 2}});
+  const std::vector<Size> sizes = {{1000000, 1}, {100000, 1}};
+  AddMeasuredRow({"memory of interfaces at rest", 100, sizes, 5000}, "bytes_a_row",
+                 [](std::size_t size) { return MemoryAboveStrings(size, Moment::kAtRest); });
+  AddMeasuredRow({"memory of interfaces, peak of the load", 200, sizes, 5000}, "bytes_a_row",
+                 [](std::size_t size) { return MemoryAboveStrings(size, Moment::kPeak); });
 }
 
 }  // namespace quillan::bench

@@ -11,8 +11,8 @@
 
 namespace quillan::bench {
 
-/// The embedded engine by hand: what one would write against its driver and no more. Opened with
-/// the settings of the program's own sessions. Failures throw std::runtime_error.
+/// SQLite used directly, as plain code would, with the settings of the program's own sessions.
+/// Failures throw std::runtime_error.
 class PlainDatabase {
  public:
   explicit PlainDatabase(const std::filesystem::path& file);

@@ -3,16 +3,16 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <memory>
 #include <stdexcept>
 
-#include "bench/rows.h"
-#include "bench/timing.h"
+#include "bench/harness.h"
 #include "support/temporary_folder.h"
 
 namespace quillan::bench {
 namespace {
 
-// The programs lie beside this one.
+// The programs are in the folder of this one.
 std::filesystem::path Beside(const char* name) {
   return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
 }
@@ -24,53 +24,41 @@ struct Installation {
                                 Beside("quillan_first_paint").string() + "' '" +
                                 folder.path().string() + "'";
     if (std::system(lay_out.c_str()) != 0) throw std::runtime_error("no demonstration folder");
-    std::filesystem::copy_file(Beside("empty_dialog"), folder / "empty_dialog");
+    std::filesystem::copy_file(Beside("plain_dialog"), folder / "plain_dialog");
   }
 
   test::TemporaryFolder folder;
 };
 
-// Starts a program and waits for its end, which is right after its first paint.
-class Start final : public Side {
- public:
-  Start(std::shared_ptr<const Installation> installation, std::string_view program)
-      : installation_(std::move(installation)), program_(installation_->folder / program) {}
-
-  void Run() override {
-    std::string name = program_.string();
-    char* const arguments[] = {name.data(), nullptr};
-    pid_t process = 0;
-    if (posix_spawn(&process, name.c_str(), nullptr, nullptr, arguments, environ) != 0 ||
-        waitpid(process, &status_, 0) != process) {
-      throw std::runtime_error("cannot start " + name);
-    }
+// Starts a program and waits until it ends, which it does after its first paint.
+void Start(const std::filesystem::path& program) {
+  std::string name = program.string();
+  char* const arguments[] = {name.data(), nullptr};
+  pid_t process = 0;
+  int status = -1;
+  if (posix_spawn(&process, name.c_str(), nullptr, nullptr, arguments, environ) != 0 ||
+      waitpid(process, &status, 0) != process || status != 0) {
+    throw std::runtime_error(name + " did not paint its window");
   }
-  std::string Result() override {
-    return WIFEXITED(status_) && WEXITSTATUS(status_) == 0 ? "painted"
-                                                           : "failed: " + program_.string();
-  }
+}
 
- private:
-  std::shared_ptr<const Installation> installation_;
-  std::filesystem::path program_;
-  int status_ = -1;
-};
+Side Starting(const std::shared_ptr<const Installation>& installation, std::string_view program) {
+  return {nullptr, [=, path = installation->folder / program] { Start(path); },
+          [=, keep = installation] { return std::string("painted"); }};
+}
 
 }  // namespace
 
-std::vector<Row> StartUpRows() {
-  Row row{.work = "process start to first painted page",
-          .yardstick = "an empty dialog",
-          .goal = 1.5,
-          .sizes = {{1, 41}}};
-  return {Timed(
-      std::move(row),
+void AddStartUpRows() {
+  // Yardstick: a dialog with one tab, one label, one text box and one empty table.
+  AddTimedRow(
+      {"process start to first painted page", 1.3, {{1, 41}}, 1},
       [](std::size_t) {
         const auto installation = std::make_shared<const Installation>();
-        return Comparison{std::make_unique<Start>(installation, "quillan"),
-                          std::make_unique<Start>(installation, "empty_dialog")};
+        return Comparison{Starting(installation, "quillan"),
+                          Starting(installation, "plain_dialog")};
       },
-      TimedBy::kWall)};
+      TimedBy::kWall);
 }
 
 }  // namespace quillan::bench

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "bench/comparison.h"
+#include "bench/harness.h"
 #include "lists/address_group_list.h"
 #include "lists/interfaces_list.h"
 #include "lists/port_list.h"
@@ -33,10 +33,11 @@ SuiteFolder::SuiteFolder(const SuiteFolder& original) {
   std::filesystem::copy_file(original.database(), database());
 }
 
-Program::Program(const SuiteFolder& folder, test::DriverScript* script)
-    : database_(files_, folder.program(), Drivers(folder, script)),
+Program::Program(std::shared_ptr<const SuiteFolder> folder, test::DriverScript* script)
+    : folder_(std::move(folder)),
+      database_(files_, folder_->program(), Drivers(*folder_, script)),
       locale_(text::UserLocale::FromEnvironment()),
-      registry_(folder.program(), folder.program()),
+      registry_(folder_->program(), folder_->program()),
       settings_(registry_, database_, desktop_, clock_, locale_) {
   if (!database_.OpenDatabase()) throw std::runtime_error(database_.LastError());
 }

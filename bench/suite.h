@@ -18,7 +18,7 @@ namespace quillan::bench {
 class SuiteFolder {
  public:
   explicit SuiteFolder(const Fill& fill);
-  /// A folder of its own with the same database.
+  /// A separate folder with a copy of the database.
   SuiteFolder(const SuiteFolder& original);
   SuiteFolder& operator=(const SuiteFolder&) = delete;
 
@@ -32,10 +32,10 @@ class SuiteFolder {
 /// The program without windows over a folder: an open session, settings, and the lists.
 class Program {
  public:
-  /// `script`, if any, sees what passes through the session; the folder must outlive the program.
-  explicit Program(const SuiteFolder& folder, test::DriverScript* script = nullptr);
+  /// `script`, if any, records what the session runs.
+  explicit Program(std::shared_ptr<const SuiteFolder> folder, test::DriverScript* script = nullptr);
 
-  FlowDatabase& database() { return database_; }
+  const SuiteFolder& folder() const { return *folder_; }
   std::unique_ptr<CheckableList> PortList();
   std::unique_ptr<CheckableList> GroupList();
   std::unique_ptr<CheckableList> InterfaceList();
@@ -43,6 +43,7 @@ class Program {
  private:
   ListServices Services();
 
+  std::shared_ptr<const SuiteFolder> folder_;
   DiskFiles files_;
   FlowDatabase database_;
   test::FakeDesktop desktop_;
@@ -57,7 +58,18 @@ class Program {
 /// Makes one of the lists.
 using MakeList = std::unique_ptr<CheckableList> (Program::*)();
 
-/// Every data row of a list as text, what the window shows of it, in one sum.
+/// A list that has been loaded, and its program.
+struct LoadedList {
+  LoadedList(const Fill& fill, MakeList make_list)
+      : program(std::make_shared<const SuiteFolder>(fill)), list((program.*make_list)()) {
+    list->Refresh();
+  }
+
+  Program program;
+  std::unique_ptr<CheckableList> list;
+};
+
+/// Every data row that the list shows, in one checksum.
 std::string Describe(const Grid& grid);
 
 }  // namespace quillan::bench

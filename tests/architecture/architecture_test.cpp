@@ -12,7 +12,7 @@
 namespace quillan {
 namespace {
 
-using Arrows = std::map<std::string, std::set<std::string>>;
+using Dependencies = std::map<std::string, std::set<std::string>>;
 
 const std::filesystem::path kSource = QUILLAN_SOURCE_DIR;
 
@@ -24,20 +24,20 @@ std::set<std::string> Matches(const std::string& text, const std::regex& pattern
   return found;
 }
 
-// The rooms of the page's table of arrows, and what each may use.
-Arrows DocumentedArrows() {
+// The modules of the table in the documentation, and what each may use.
+Dependencies DocumentedDependencies() {
   std::ifstream page(kSource / "docs/architecture.md");
-  Arrows arrows;
+  Dependencies dependencies;
   bool in_table = false;
   for (std::string line; std::getline(page, line);) {
     if (line.find("The test reads this table") != std::string::npos) in_table = true;
     if (line.starts_with("## ") && in_table) break;
     std::smatch row;
     if (in_table && std::regex_match(line, row, std::regex(R"(\| `([a-z/]+)/` \|(.*)\|)"))) {
-      arrows[row[1]] = Matches(row[2], std::regex("`([a-z/]+)/`"));
+      dependencies[row[1]] = Matches(row[2], std::regex("`([a-z/]+)/`"));
     }
   }
-  return arrows;
+  return dependencies;
 }
 
 // The lines of `file` that include something.
@@ -50,39 +50,40 @@ std::vector<std::string> Includes(const std::filesystem::path& file) {
   return includes;
 }
 
-TEST(ArchitectureTest, IncludesRunOnlyAlongTheDocumentedArrows) {
+TEST(ArchitectureTest, IncludesFollowTheDocumentedDependencies) {
   const std::regex own(R"re(#include "([a-z_/]+)/[a-z_]+\.h".*)re");
   const std::regex driver(R"(#include <(sqlite3|sql|sqlext|sqltypes|sqlucode)\.h>.*)");
   const std::regex qt(R"(#include <Q.*)");
-  Arrows used;
+  Dependencies used;
   for (const auto& file : std::filesystem::recursive_directory_iterator(kSource / "src")) {
     if (!file.is_regular_file()) continue;
-    const std::string room =
+    const std::string module_name =
         file.path().parent_path().lexically_relative(kSource / "src").generic_string();
-    const bool window =
-        room == "platform/qt" || room == "dialog" || file.path().filename() == "main.cpp";
-    used[room];
+    const bool may_use_qt = module_name == "platform/qt" || module_name == "dialog" ||
+                            file.path().filename() == "main.cpp";
+    used[module_name];
     for (const std::string& line : Includes(file.path())) {
       std::smatch include;
-      if (std::regex_match(line, include, own) && include[1] != room) used[room].insert(include[1]);
-      EXPECT_TRUE(room == "platform/ado" || !std::regex_match(line, driver)) << file.path();
-      EXPECT_TRUE(window || !std::regex_match(line, qt)) << file.path();
+      if (std::regex_match(line, include, own) && include[1] != module_name)
+        used[module_name].insert(include[1]);
+      EXPECT_TRUE(module_name == "platform/ado" || !std::regex_match(line, driver)) << file.path();
+      EXPECT_TRUE(may_use_qt || !std::regex_match(line, qt)) << file.path();
     }
   }
-  EXPECT_EQ(used, DocumentedArrows());
+  EXPECT_EQ(used, DocumentedDependencies());
 }
 
-TEST(ArchitectureTest, ArrowsNeverRunInACircle) {
-  Arrows arrows = DocumentedArrows();
-  ASSERT_FALSE(arrows.empty());
-  // Rooms that use nothing any more are taken away; what stays leans on itself.
-  while (!arrows.empty()) {
-    const auto bottom = std::find_if(arrows.begin(), arrows.end(),
-                                     [](const auto& room) { return room.second.empty(); });
-    ASSERT_NE(bottom, arrows.end()) << arrows.begin()->first;
+TEST(ArchitectureTest, TheDependenciesHaveNoCycle) {
+  Dependencies dependencies = DocumentedDependencies();
+  ASSERT_FALSE(dependencies.empty());
+  // Modules without dependencies are removed until none is left; modules of a cycle would stay.
+  while (!dependencies.empty()) {
+    const auto bottom = std::find_if(dependencies.begin(), dependencies.end(),
+                                     [](const auto& entry) { return entry.second.empty(); });
+    ASSERT_NE(bottom, dependencies.end()) << dependencies.begin()->first;
     const std::string name = bottom->first;
-    arrows.erase(bottom);
-    for (auto& [room, uses] : arrows) uses.erase(name);
+    dependencies.erase(bottom);
+    for (auto& [name_of_user, uses] : dependencies) uses.erase(name);
   }
 }
 

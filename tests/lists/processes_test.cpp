@@ -1,0 +1,195 @@
+// Programs that are killed at any moment, and programs that work at the same time.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "db/flow_database.h"
+#include "lists/port_list.h"
+#include "platform/ado/drivers.h"
+#include "registry/registry_store.h"
+#include "support/fakes.h"
+#include "support/sqlite_file.h"
+#include "support/temporary_folder.h"
+
+namespace quillan {
+namespace {
+
+constexpr int kPorts = 60;
+constexpr char kKey[] = "HKEY_LOCAL_MACHINE\\Software\\Test";
+
+// A program of its own over the folder's database.
+class Program {
+ public:
+  explicit Program(const std::filesystem::path& folder)
+      : database_(files_, folder, ado::InstalledDrivers(folder)) {
+    if (!database_.OpenDatabase()) throw std::runtime_error(database_.LastError());
+    ports.Refresh();
+  }
+
+  // Whether each port is enabled, in their order.
+  std::vector<bool> Enabled() const {
+    std::vector<bool> enabled;
+    for (int row = Grid::kFixedRows; row < ports.Table().Rows(); ++row) {
+      enabled.push_back(ports.Table().Check(row, 0) == CheckState::kChecked);
+    }
+    return enabled;
+  }
+
+ private:
+  DiskFiles files_;
+  FlowDatabase database_;
+  test::FixedClock clock_;
+  test::ScriptedMessageBox messages_;
+  test::FakeListHost host_;
+  text::UserLocale locale_{"C"};
+
+ public:
+  PortList ports{{database_, host_, messages_, clock_, locale_}, [] { return std::nullopt; }};
+};
+
+class ProcessesTest : public testing::Test {
+ protected:
+  ProcessesTest() {
+    folder_.Write("TBKelvora.DB", "CONNECTION=Provider=SQLite;Data Source=suite.db\r\n");
+    // Closed before any process starts: SQLite's locks do not survive a fork.
+    test::SqliteFile suite(folder_ / "suite.db");
+    for (int port = 1; port <= kPorts; ++port) {
+      suite.Run("insert into ServicePorts (Port, ServiceName, System, Enabled) values (" +
+                std::to_string(port) + ", 'p', 0, 0)");
+    }
+  }
+
+  // Runs `work` in a process of its own, which tells with `ready()` that it begins; returns then.
+  static pid_t Start(const std::function<void(const std::function<void()>& ready)>& work) {
+    int ends[2];
+    if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+    const pid_t process = fork();
+    if (process == 0) {
+      try {
+        work([&] { (void)!write(ends[1], "r", 1); });
+        _exit(0);
+      } catch (const std::exception&) {
+        _exit(1);
+      }
+    }
+    char answer = 0;
+    close(ends[1]);
+    (void)!read(ends[0], &answer, 1);
+    close(ends[0]);
+    EXPECT_EQ(answer, 'r') << "the process did not begin";
+    return process;
+  }
+  static int End(pid_t process) {
+    int status = 0;
+    waitpid(process, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+  // Kills the process after a random part of `longest`.
+  void KillWithin(pid_t process, std::chrono::microseconds longest) {
+    const auto moment = std::uniform_int_distribution<long>(0, longest.count())(random_);
+    usleep(static_cast<useconds_t>(moment));
+    kill(process, SIGKILL);
+    End(process);
+  }
+  // Toggles every row whose number leaves `rest` when divided by `step`, and saves.
+  void Toggle(int step, int rest, const std::function<void()>& ready) const {
+    Program program(folder_.path());
+    for (int row = Grid::kFixedRows; row <= kPorts; ++row) {
+      if (row % step == rest) program.ports.OnClick(row, 0);
+    }
+    ready();
+    program.ports.Sync();
+  }
+
+  test::TemporaryFolder folder_;
+  std::mt19937 random_{20070601};
+};
+
+TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
+  const auto save = [this](const auto& ready) { Toggle(1, 0, ready); };
+  std::vector<bool> before = Program(folder_.path()).Enabled();
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_EQ(End(Start(save)), 0);
+  const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(
+      std::chrono::steady_clock::now() - start);
+  before.flip();
+
+  int cut_short = 0;
+  for (int round = 0; round < 60; ++round) {
+    KillWithin(Start(save), duration);
+    const std::vector<bool> after = Program(folder_.path()).Enabled();
+    ASSERT_EQ(after.size(), before.size());
+    std::size_t written = 0;
+    while (written < after.size() && after[written] != before[written]) ++written;
+    EXPECT_TRUE(std::equal(after.begin() + static_cast<long>(written), after.end(),
+                           before.begin() + static_cast<long>(written)))
+        << "a row was written after one that was not, in round " << round;
+    cut_short += written > 0 && written < after.size() ? 1 : 0;
+    before = after;
+  }
+  EXPECT_GT(cut_short, 0) << "no kill came in the middle of a save";
+  DiskFiles files;
+  FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
+  const auto check = database.OpenRecordset("pragma integrity_check");
+  ASSERT_NE(check, nullptr) << database.LastError();
+  EXPECT_EQ(ado::ToText(check->Fields("integrity_check").Value()), "ok");
+}
+
+TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
+  const std::filesystem::path file = folder_ / "registry.reg";
+  ASSERT_TRUE(RegistryStore(file).WriteString(kKey, "Kept", "kept"));
+  ASSERT_TRUE(RegistryStore(file).WriteString(kKey, "Count", "0"));
+  int count = 0;
+  for (int round = 0; round < 60; ++round) {
+    KillWithin(Start([&](const auto& ready) {
+                 RegistryStore store(file);
+                 ready();
+                 for (int next = count + 1;; ++next) {
+                   if (!store.WriteString(kKey, "Count", std::to_string(next))) _exit(1);
+                 }
+               }),
+               std::chrono::milliseconds(3));
+    RegistryStore store(file);
+    EXPECT_EQ(store.ReadString(kKey, "Kept"), "kept");
+    const int read = std::stoi(store.ReadString(kKey, "Count").value_or("-1"));
+    EXPECT_GE(read, count);
+    count = read;
+    EXPECT_TRUE(store.WriteString(kKey, "Next", std::to_string(round)));
+  }
+  EXPECT_GT(count, 0) << "no write came through";
+}
+
+TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
+  for (int round = 0; round < 25; ++round) {
+    const std::vector<bool> before = Program(folder_.path()).Enabled();
+    std::vector<pid_t> processes;
+    for (int number = 0; number < 2; ++number) {
+      processes.push_back(Start([&](const auto& ready) {
+        // Both wait until both have read the same rows.
+        Toggle(2, number, [&] {
+          ready();
+          raise(SIGSTOP);
+        });
+      }));
+    }
+    for (const pid_t process : processes) waitpid(process, nullptr, WUNTRACED);
+    for (const pid_t process : processes) kill(process, SIGCONT);
+    for (const pid_t process : processes) ASSERT_EQ(End(process), 0);
+    std::vector<bool> expected = before;
+    expected.flip();
+    EXPECT_EQ(Program(folder_.path()).Enabled(), expected);
+  }
+}
+
+}  // namespace
+}  // namespace quillan
