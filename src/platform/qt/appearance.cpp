@@ -1,12 +1,26 @@
 #include "platform/qt/appearance.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
 
 namespace quillan {
 namespace {
+
+// The buttons of a message show their caption alone, and stand in the order of the answers.
+class ProgramStyle final : public QProxyStyle {
+ public:
+  ProgramStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    if (hint == SH_DialogButtonLayout) return QDialogButtonBox::WinLayout;
+    return QProxyStyle::styleHint(hint, option, widget, result);
+  }
+};
 
 QPalette LightPalette() {
   const QColor window(240, 240, 240);
@@ -32,7 +46,7 @@ void InstallAppearance() {
   font.setPixelSize(kFontPixels);
   QFont::insertSubstitution(QStringLiteral("Tahoma"), font.family());
   QApplication::setFont(font);
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new ProgramStyle);
   QApplication::setPalette(LightPalette());
 }
 

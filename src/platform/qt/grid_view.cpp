@@ -1,5 +1,6 @@
 #include "platform/qt/grid_view.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QHeaderView>
@@ -68,11 +69,9 @@ GridView::GridView(Grid& grid, QWidget* parent)
 GridView::~GridView() { grid_.SetObserver(nullptr); }
 
 void GridView::ConnectUser() {
-  connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
-    if (GridListener* listener = grid_.listener()) {
-      listener->OnClick(index.row() + Grid::kFixedRows, index.column());
-    }
-  });
+  connect(this, &QTableView::clicked, this, &GridView::TellClick);
+  // Qt reports the second of two fast clicks as this alone.
+  connect(this, &QTableView::doubleClicked, this, &GridView::TellClick);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &GridView::SortBy);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int value) { grid_.NoteTopRow(value + Grid::kFixedRows); });
@@ -108,7 +107,7 @@ void GridView::CommitEdit() {
 }
 
 bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
-  // Anything but an attempt of the user's to edit needs no leave.
+  // Only what the user starts is subject to the listener's consent.
   if (!index.isValid() || (trigger & editTriggers()) == 0) {
     return QTableView::edit(index, trigger, event);
   }
@@ -116,12 +115,20 @@ bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
       !IsTyping(*static_cast<QKeyEvent*>(event))) {
     return false;
   }
-  GridListener* listener = grid_.listener();
-  if (listener == nullptr ||
-      !listener->OnBeforeEdit(index.row() + Grid::kFixedRows, index.column())) {
-    return false;
+  const auto may_edit = [&](int column) {
+    GridListener* listener = grid_.listener();
+    return listener != nullptr && listener->OnBeforeEdit(index.row() + Grid::kFixedRows, column);
+  };
+  if (may_edit(index.column())) return QTableView::edit(index, trigger, event);
+  if (trigger != EditKeyPressed) return false;
+  // The key means the row's editable cell, whichever cell is current.
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    if (!may_edit(column)) continue;
+    const QModelIndex editable = index.siblingAtColumn(column);
+    selectionModel()->setCurrentIndex(editable, QItemSelectionModel::NoUpdate);
+    return QTableView::edit(editable, trigger, event);
   }
-  return QTableView::edit(index, trigger, event);
+  return false;
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
@@ -137,14 +144,44 @@ void GridView::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-void GridView::focusInEvent(QFocusEvent* event) {
-  QTableView::focusInEvent(event);
-  // Qt makes the first row current for the keyboard; to be worked on, it must be selected too.
-  if (event->reason() != Qt::MouseFocusReason && currentIndex().isValid() &&
-      !selectionModel()->hasSelection()) {
-    selectionModel()->select(currentIndex(),
-                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+  // Only the left button's double click is one.
+  if (event->button() == Qt::LeftButton) {
+    QTableView::mouseDoubleClickEvent(event);
+  } else {
+    QTableView::mousePressEvent(event);
   }
+}
+
+void GridView::focusInEvent(QFocusEvent* event) {
+  // Qt makes the first row current whatever brought the focus, such as a message box that closes.
+  // A row that the user did not choose must not be at the mercy of the next key.
+  QFocusEvent quiet(event->type(), Qt::MouseFocusReason);
+  QTableView::focusInEvent(&quiet);
+  const bool by_key =
+      event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (by_key && !currentIndex().isValid()) {
+    selectionModel()->setCurrentIndex(
+        TopIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  }
+}
+
+void GridView::hideEvent(QHideEvent* event) {
+  QTableView::hideEvent(event);
+  // The window system hides the view with its whole window; the program, when the page changes.
+  if (event->spontaneous()) return;
+  CommitEdit();
+  grid_.SelectOnly(0, grid_.CurrentColumn());
+}
+
+QModelIndex GridView::TopIndex() const { return model_->index(verticalScrollBar()->value(), 0); }
+
+QModelIndex GridView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  const int column = std::max(currentIndex().column(), 0);
+  if (action == MoveHome) return model_->index(0, column);
+  if (action == MoveEnd) return model_->index(model_->rowCount() - 1, column);
+  // The first key starts where the user looks, not at the first row far above.
+  return currentIndex().isValid() ? QTableView::moveCursor(action, modifiers) : TopIndex();
 }
 
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
@@ -152,6 +189,12 @@ void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint h
   const bool moves_on = hint == QAbstractItemDelegate::EditNextItem ||
                         hint == QAbstractItemDelegate::EditPreviousItem;
   QTableView::closeEditor(editor, moves_on ? QAbstractItemDelegate::NoHint : hint);
+}
+
+void GridView::TellClick(const QModelIndex& index) {
+  if (GridListener* listener = grid_.listener()) {
+    listener->OnClick(index.row() + Grid::kFixedRows, index.column());
+  }
 }
 
 void GridView::SortBy(int column) {

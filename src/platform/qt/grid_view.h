@@ -26,7 +26,10 @@ class GridView final : public QTableView, private GridObserver {
  protected:
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   // Typing must not jump to another row.
   void keyboardSearch(const QString& /*search*/) override {}
@@ -40,6 +43,9 @@ class GridView final : public QTableView, private GridObserver {
   void OnShowCell(int row, int column) override;
 
   void ConnectUser();
+  void TellClick(const QModelIndex& index);
+  // The cell of column 0 in the topmost row on screen.
+  QModelIndex TopIndex() const;
   void SortBy(int column);
   void LayOutColumns();
   void ShowSortIndicator();
