@@ -14,8 +14,8 @@
 namespace quillan {
 namespace {
 
-constexpr int kRowPadding = 6;
-constexpr int kMinimumColumnWidth = 24;
+// Of a row and of the header, in heights of a line of text.
+constexpr double kRowHeight = 1.5;
 
 // Sorts by the current column, as a click on its header does.
 constexpr QKeyCombination kSortKey = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
@@ -37,11 +37,11 @@ GridView::GridView(Grid& grid, QWidget* parent)
   QFont own = font();
   own.setFamily(QStringLiteral("Tahoma"));
   setFont(own);
-  // Selected rows are light, so that coloured texts stay readable on them.
-  QPalette light = palette();
-  light.setColor(QPalette::Highlight, QColor(206, 218, 255));
-  light.setColor(QPalette::HighlightedText, light.color(QPalette::Text));
-  setPalette(light);
+  // Dark enough that red, which is given, has a contrast of 4.5 : 1 on it, and grey a higher one.
+  QPalette dark = palette();
+  dark.setColor(QPalette::Highlight, QColor(0, 16, 64));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  setPalette(dark);
   setModel(model_);
   setItemDelegate(delegate_);
   setSelectionBehavior(SelectRows);
@@ -55,11 +55,11 @@ GridView::GridView(Grid& grid, QWidget* parent)
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setMinimumSectionSize(1);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  verticalHeader()->setDefaultSectionSize(qRound(fontMetrics().height() * kRowHeight));
+  horizontalHeader()->setFixedHeight(qRound(fontMetrics().height() * kRowHeight));
   horizontalHeader()->setSectionsClickable(true);
   horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setStretchLastSection(true);
-  horizontalHeader()->setMinimumSectionSize(kMinimumColumnWidth);
+  horizontalHeader()->setMinimumSectionSize(2 * fontMetrics().height());
   LayOutColumns();
   OnSelectionSet();
   ConnectUser();
@@ -73,8 +73,12 @@ void GridView::ConnectUser() {
   // Qt reports the second of two fast clicks as this alone.
   connect(this, &QTableView::doubleClicked, this, &GridView::TellClick);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &GridView::SortBy);
-  connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
-          [this](int value) { grid_.NoteTopRow(value + Grid::kFixedRows); });
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int column, int /*before*/, int width) { OnColumnDrawn(column, width); });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
+    // A list that is empty until it is loaded again keeps its place.
+    if (model_->rowCount() > 0) grid_.NoteTopRow(value + Grid::kFixedRows);
+  });
   connect(delegate_, &GridDelegate::EditFinished, this, [this](const QModelIndex& index) {
     if (GridListener* listener = grid_.listener()) {
       listener->OnAfterEdit(index.row() + Grid::kFixedRows, index.column());
@@ -174,6 +178,11 @@ void GridView::hideEvent(QHideEvent* event) {
   grid_.SelectOnly(0, grid_.CurrentColumn());
 }
 
+void GridView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  LayOutColumns();
+}
+
 QModelIndex GridView::TopIndex() const { return model_->index(verticalScrollBar()->value(), 0); }
 
 QModelIndex GridView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
@@ -204,16 +213,22 @@ void GridView::SortBy(int column) {
 }
 
 void GridView::OnRowsReset() {
-  const bool other_columns = model_->columnCount() != grid_.Columns();
+  const int top_row = grid_.TopRow();
   following_ = true;
   // The selection is set anew afterwards; until then it need not follow every row.
   selectionModel()->clear();
   model_->Reload();
   following_ = false;
-  // A load lays the columns out anew; sorting leaves them as the user drew them.
-  if (other_columns || grid_.SortColumn() < 0) LayOutColumns();
+  LayOutColumns();
   ShowSortIndicator();
-  grid_.NoteTopRow(verticalScrollBar()->value() + Grid::kFixedRows);
+  RestoreTopRow(top_row);
+}
+
+void GridView::RestoreTopRow(int top_row) {
+  updateGeometries();  // The range of the scroll bar would follow the rows only later.
+  verticalScrollBar()->setValue(top_row - Grid::kFixedRows);
+  grid_.NoteTopRow(model_->rowCount() > 0 ? verticalScrollBar()->value() + Grid::kFixedRows
+                                          : top_row);
 }
 
 void GridView::OnRowsAppended(int /*first*/, int last) {
@@ -253,22 +268,46 @@ void GridView::OnShowCell(int row, int column) {
   if (row >= Grid::kFixedRows) scrollTo(model_->index(row - Grid::kFixedRows, column));
 }
 
+int GridView::ColumnWidth(int column) const {
+  const auto drawn = drawn_widths_.find(column);
+  return drawn != drawn_widths_.end()
+             ? drawn->second
+             : fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text));
+}
+
 int GridView::ColumnsWidth() const {
   int width = 0;
-  for (int column = 0; column < grid_.Columns(); ++column) {
-    width += fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text));
-  }
+  for (int column = 0; column < grid_.Columns(); ++column) width += ColumnWidth(column);
   return width + 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
 }
 
 void GridView::LayOutColumns() {
-  for (int column = 0; column < grid_.Columns(); ++column) {
+  laying_out_ = true;
+  int left_over = viewport()->width();
+  std::vector<int> stretching;
+  for (int column = 0; column < model_->columnCount(); ++column) {
     setColumnHidden(column, grid_.Column(column).hidden);
-    setColumnWidth(column,
-                   fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text)));
+    setColumnWidth(column, ColumnWidth(column));
+    left_over -= columnWidth(column);
+    // A column that the user has sized stays as it is.
+    if (grid_.Column(column).stretches && !drawn_widths_.contains(column)) {
+      stretching.push_back(column);
+    }
   }
-  // One and a half times as high as a line of text.
-  horizontalHeader()->setFixedHeight(qRound(fontMetrics().height() * 1.5));
+  auto parts = static_cast<int>(stretching.size());
+  for (const int column : stretching) {
+    if (left_over <= 0) break;
+    const int part = left_over / parts--;
+    setColumnWidth(column, columnWidth(column) + part);
+    left_over -= part;
+  }
+  laying_out_ = false;
+}
+
+void GridView::OnColumnDrawn(int column, int width) {
+  if (laying_out_) return;
+  drawn_widths_[column] = width;
+  LayOutColumns();
 }
 
 void GridView::ShowSortIndicator() {

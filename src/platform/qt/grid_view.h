@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include <QTableView>
 
 #include "platform/grid/grid.h"
@@ -29,6 +31,7 @@ class GridView final : public QTableView, private GridObserver {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   // Typing must not jump to another row.
@@ -47,13 +50,19 @@ class GridView final : public QTableView, private GridObserver {
   // The cell of column 0 in the topmost row on screen.
   QModelIndex TopIndex() const;
   void SortBy(int column);
+  void RestoreTopRow(int top_row);
+  // The width that the user drew, or else that of the column's text.
+  int ColumnWidth(int column) const;
   void LayOutColumns();
+  void OnColumnDrawn(int column, int width);
   void ShowSortIndicator();
 
   Grid& grid_;
   GridModel* model_;
   GridDelegate* delegate_;
-  bool following_ = false;  // While the view follows the grid, nothing is told back to it.
+  std::map<int, int> drawn_widths_;  // Of the columns that the user has sized.
+  bool laying_out_ = false;          // The view itself sizes columns.
+  bool following_ = false;           // While the view follows the grid, nothing is told back to it.
 };
 
 }  // namespace quillan
