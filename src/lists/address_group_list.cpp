@@ -21,8 +21,11 @@ constexpr std::array<ListColumn, 4> kColumns = {{
     {"Managed", "XXXXXXXXX", Alignment::kCenter, "Enabled"},
     {"IP Start Range", kAddressWidth, Alignment::kLeft, "IPRangeStart", FormatAddress},
     {"IP End Range  ", kAddressWidth, Alignment::kLeft, "IPRangeEnd", FormatAddress},
-    {"Description", "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX", Alignment::kLeft,
-     "IPAddressGroupName"},
+    {.header = "Description",
+     .width_text = "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX",
+     .alignment = Alignment::kLeft,
+     .field = "IPAddressGroupName",
+     .stretches = true},
 }};
 
 constexpr ListDescription kGroups = {

@@ -18,7 +18,10 @@ void CheckableList::LayOut(Grid& grid) const {
   const Grid::Batch batch(grid);
   std::vector<GridColumn> columns;
   for (const ListColumn& column : description_.columns) {
-    columns.push_back({std::string(column.width_text), column.alignment});
+    columns.push_back({.width_text = std::string(column.width_text),
+                       .alignment = column.alignment,
+                       .stretches = column.stretches,
+                       .digits_by_value = column.digits_by_value});
   }
   grid.Reset(Grid::kFixedRows, std::move(columns));
   for (int column = 0; column < grid.Columns(); ++column) {

@@ -12,8 +12,18 @@ constexpr std::string_view kCaptionWidth = "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX";
 
 constexpr std::array<ListColumn, 4> kColumns = {{
     {"Monitored", "XXXXXXXXX", Alignment::kCenter, "IsNetFlowSource"},
-    {"Node Name  ", kCaptionWidth, Alignment::kLeft, "NodeCaption"},
-    {"Interface Name", kCaptionWidth, Alignment::kLeft, "InterfaceCaption"},
+    {.header = "Node Name  ",
+     .width_text = kCaptionWidth,
+     .alignment = Alignment::kLeft,
+     .field = "NodeCaption",
+     .stretches = true,
+     .digits_by_value = true},
+    {.header = "Interface Name",
+     .width_text = kCaptionWidth,
+     .alignment = Alignment::kLeft,
+     .field = "InterfaceCaption",
+     .stretches = true,
+     .digits_by_value = true},
     {"Interface Id", "XXXXXXXXX", Alignment::kLeft, "InterfaceID"},
 }};
 

@@ -17,6 +17,8 @@ struct ListColumn {
   Alignment alignment;
   std::string_view field;                              ///< The field of the list's query.
   std::string (*format)(const ado::Value&) = nullptr;  ///< The field's text; null: as it is.
+  bool stretches = false;                              ///< See GridColumn.
+  bool digits_by_value = false;
 };
 
 /// What one list shows, and of what table.

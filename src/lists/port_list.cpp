@@ -11,7 +11,11 @@ namespace {
 constexpr std::array<ListColumn, 3> kColumns = {{
     {"Monitored", "XXXXXXXXX", Alignment::kCenter, "Enabled"},
     {"Port  ", "XXXXXXX", Alignment::kCenter, "Port"},
-    {"Description", "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX", Alignment::kLeft, "ServiceName"},
+    {.header = "Description",
+     .width_text = "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX",
+     .alignment = Alignment::kLeft,
+     .field = "ServiceName",
+     .stretches = true},
 }};
 
 constexpr ListDescription kPorts = {

@@ -21,13 +21,16 @@ class DialogTest : public ProgramTest {
  protected:
   void SetUp() override { EXPECT_TRUE(program_.database.OpenDatabase()); }
 
+  // What shows the dialog's messages.
+  virtual MessageBox& Messages() { return messages_; }
+
   // Shows the dialog over what the database and the registry hold by now.
   void Open() {
     form_.reset();
     settings_.reset();
     settings_ = std::make_unique<Settings>(registry_, program_.database, desktop_, clock_, locale_);
     form_ = std::make_unique<SettingsForm>(SettingsFormServices{
-        *settings_, program_.database, program_.files, desktop_, messages_, clock_, locale_,
+        *settings_, program_.database, program_.files, desktop_, Messages(), clock_, locale_,
         program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
     form_->show();
     form_->activateWindow();

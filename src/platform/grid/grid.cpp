@@ -16,7 +16,6 @@ void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   current_column_ = 0;
   first_selected_ = std::numeric_limits<int>::max();
   last_selected_ = 0;
-  top_row_ = kFixedRows;
   sort_column_ = -1;
   reset_ = true;
   selection_set_ = true;
@@ -61,16 +60,6 @@ void Grid::RemoveRows(const std::vector<int>& rows) {
 void Grid::SetText(int row, int column, std::string_view text) {
   if (row >= kFixedRows) TouchSortKey(column);
   At(row, column).text = texts_.Add(text);
-  Touch(row);
-}
-
-Alignment Grid::CellAlignment(int row, int column) const {
-  const std::uint32_t own = At(row, column).alignment;
-  return own == 0 ? Column(column).alignment : static_cast<Alignment>(own);
-}
-
-void Grid::SetCellAlignment(int row, int column, Alignment alignment) {
-  At(row, column).alignment = static_cast<std::uint32_t>(alignment);
   Touch(row);
 }
 

@@ -28,6 +28,8 @@ struct GridColumn {
   std::string width_text;  ///< The column is as wide as this text in the view's font.
   Alignment alignment = Alignment::kLeft;
   bool hidden = false;
+  bool stretches = false;        ///< Takes width that is left over, in equal parts with its like.
+  bool digits_by_value = false;  ///< Sorts numbers inside a string by value: "0/2" before "0/10".
 };
 
 /// What the owner of a grid keeps with a row. The grid moves it with the row and does not use it.
@@ -68,13 +70,13 @@ class Grid {
   Grid(const Grid&) = delete;
   Grid& operator=(const Grid&) = delete;
 
-  /// Who learns of the user's doings, and who draws; either may be null.
+  /// Who is told of user actions, and who draws; either may be null.
   void SetListener(GridListener* listener) { listener_ = listener; }
   GridListener* listener() const { return listener_; }
   void SetObserver(GridObserver* observer) { observer_ = observer; }
 
-  /// Drops every row and lays the grid out with `rows` empty rows. No row is current or selected;
-  /// the header is the current row.
+  /// Drops every row and lays the grid out with `rows` empty rows. No row is selected and the
+  /// header is the current row; the top row stays, so that a reload keeps the place.
   void Reset(int rows, std::vector<GridColumn> columns);
   /// Adds an empty row at the end; returns its number.
   int AppendRow();
@@ -87,8 +89,6 @@ class Grid {
 
   std::string_view Text(int row, int column) const { return TextArena::View(At(row, column).text); }
   void SetText(int row, int column, std::string_view text);
-  Alignment CellAlignment(int row, int column) const;
-  void SetCellAlignment(int row, int column, Alignment alignment);
   CheckState Check(int row, int column) const;
   void SetCheck(int row, int column, CheckState state);
   Color ForeColor(int row, int column) const { return At(row, column).look & kColorMask; }
@@ -114,7 +114,7 @@ class Grid {
   void ShowCell(int row, int column);
 
   /// Sorts the data rows physically and stably by `column`: the check states of column 0, else
-  /// numbers by value before other texts alphabetically, without regard to case. Row data, marks,
+  /// numbers by value before other strings in the order of the program's locale. Row data, marks,
   /// selection and the current cell follow their rows.
   void Sort(int column, SortDirection direction);
   /// The same by `key(row)`, asked once for each row.
@@ -133,9 +133,8 @@ class Grid {
 
  private:
   struct Cell {
-    const char* text = nullptr;   // In texts_.
-    std::uint32_t look = 0;       // Colour, check state, bold.
-    std::uint32_t alignment = 0;  // Of the cell's own; 0: the column's.
+    const char* text = nullptr;  // In texts_.
+    std::uint32_t look = 0;      // Colour, check state, bold.
   };
   struct Row {
     GridRowData data;

@@ -2,7 +2,7 @@
 
 namespace quillan {
 
-/// What the owner of a grid learns of the user's doings. Rows and columns count from 0; row 0 is
+/// What the owner of a grid is told of user actions. Rows and columns count from 0; row 0 is
 /// the header. Each member does nothing unless it is overridden.
 class GridListener {
  public:

@@ -5,7 +5,7 @@
 
 #include "platform/grid/grid.h"
 #include "platform/text/ascii.h"
-#include "platform/text/case_fold.h"
+#include "platform/text/collation.h"
 
 namespace quillan {
 namespace {
@@ -16,12 +16,11 @@ struct NumberKey {
 };
 
 struct TextKey {
-  std::optional<double> number;
-  std::string folded;
+  std::string key;
   std::uint32_t row;
 };
 
-// The value of a text that is a decimal number and nothing else.
+// The value of a string that is a decimal number and nothing else.
 std::optional<double> WholeTextNumber(std::string_view text) {
   text = text::TrimSpaces(text);
   double value = 0;
@@ -31,11 +30,8 @@ std::optional<double> WholeTextNumber(std::string_view text) {
   return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-bool TextBefore(const TextKey& a, const TextKey& b) {
-  if (a.number && b.number) return *a.number < *b.number;
-  if (a.number.has_value() != b.number.has_value()) return a.number.has_value();
-  return a.folded < b.folded;
-}
+bool SmallerNumber(const NumberKey& a, const NumberKey& b) { return a.value < b.value; }
+bool SmallerText(const TextKey& a, const TextKey& b) { return a.key < b.key; }
 
 // Sorts stably in either direction: equal keys keep their order in both.
 template <typename Key, typename Before>
@@ -61,35 +57,34 @@ std::vector<std::uint32_t> Grid::OrderByNumber(const std::vector<double>& keys,
   for (size_t i = 0; i < keys.size(); ++i) {
     numbered.push_back({keys[i], static_cast<std::uint32_t>(i) + kFixedRows});
   }
-  return OrderOf(numbered, direction,
-                 [](const NumberKey& a, const NumberKey& b) { return a.value < b.value; });
+  return OrderOf(numbered, direction, SmallerNumber);
 }
 
 std::vector<std::uint32_t> Grid::OrderByText(int column, SortDirection direction) const {
-  std::vector<double> numbers;
-  numbers.reserve(rows_.size());
+  std::vector<NumberKey> numbers;
+  std::vector<TextKey> others;
   for (int row = kFixedRows; row < Rows(); ++row) {
-    const auto number = WholeTextNumber(Text(row, column));
-    if (!number) break;
-    numbers.push_back(*number);
+    const std::string_view string = Text(row, column);
+    const auto place = static_cast<std::uint32_t>(row);
+    if (const auto number = WholeTextNumber(string)) {
+      numbers.push_back({*number, place});
+    } else if (Column(column).digits_by_value) {
+      others.push_back({text::CollationKey(text::DigitsByValue(string)), place});
+    } else {
+      others.push_back({text::CollationKey(string), place});
+    }
   }
-  if (static_cast<int>(numbers.size()) == Rows() - kFixedRows) {
-    return OrderByNumber(numbers, direction);
-  }
-  std::vector<TextKey> keys;
-  keys.reserve(rows_.size());
-  for (int row = kFixedRows; row < Rows(); ++row) {
-    const auto number = WholeTextNumber(Text(row, column));
-    keys.push_back({number, number ? std::string() : text::FoldCase(Text(row, column)),
-                    static_cast<std::uint32_t>(row)});
-  }
-  return OrderOf(keys, direction, TextBefore);
+  std::vector<std::uint32_t> first = OrderOf(numbers, direction, SmallerNumber);
+  std::vector<std::uint32_t> second = OrderOf(others, direction, SmallerText);
+  if (direction == SortDirection::kDescending) first.swap(second);
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
 }
 
 void Grid::Sort(int column, SortDirection direction) {
   const Batch batch(*this);
   if (column != 0) {
-    if (Rows() > kFixedRows) Permute(OrderByText(column, direction));
+    Permute(OrderByText(column, direction));
   } else {
     std::vector<double> states;
     states.reserve(rows_.size());

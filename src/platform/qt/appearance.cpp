@@ -1,18 +1,83 @@
 #include "platform/qt/appearance.h"
 
+#include <algorithm>
+
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
 
 namespace quillan {
 namespace {
+
+// The font of a desktop with the usual size of nine points, in pixels.
+constexpr int kUsualDesktopPixels = 12;
+
+// Fusion with lengths that follow the size of the font, buttons of messages that show their caption
+// alone in the order of the answers, and check boxes with an outline that can be seen.
+class ProgramStyle final : public QProxyStyle {
+ public:
+  ProgramStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    if (hint == SH_DialogButtonLayout) return QDialogButtonBox::WinLayout;
+    return QProxyStyle::styleHint(hint, option, widget, result);
+  }
+
+  int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                  const QWidget* widget) const override {
+    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+    switch (metric) {
+      case PM_IndicatorWidth:
+      case PM_IndicatorHeight:
+      case PM_CheckBoxLabelSpacing:
+      case PM_ScrollBarExtent:
+      case PM_ScrollBarSliderMin:
+      case PM_TabBarTabHSpace:
+      case PM_TabBarTabVSpace:
+      case PM_HeaderMarkSize:
+      case PM_MessageBoxIconSize:
+      case PM_LayoutLeftMargin:
+      case PM_LayoutTopMargin:
+      case PM_LayoutRightMargin:
+      case PM_LayoutBottomMargin:
+      case PM_LayoutHorizontalSpacing:
+      case PM_LayoutVerticalSpacing:
+        return usual * QApplication::font().pixelSize() / kFontPixels;
+      default:
+        return usual;
+    }
+  }
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    if (element != PE_IndicatorCheckBox) {
+      QProxyStyle::drawPrimitive(element, option, painter, widget);
+      return;
+    }
+    QStyleOptionButton box;
+    box.QStyleOption::operator=(*option);
+    // Fusion darkens it for the outline.
+    box.palette.setColor(QPalette::Window, QColor(90, 90, 90));
+    QProxyStyle::drawPrimitive(element, &box, painter, widget);
+  }
+};
+
+// As much larger than usual as the desktop's own font.
+int FontPixels() {
+  const int desktop = QFontInfo(QApplication::font()).pixelSize();
+  return std::max(kFontPixels, qRound(1.0 * kFontPixels * desktop / kUsualDesktopPixels));
+}
 
 QPalette LightPalette() {
   const QColor window(240, 240, 240);
   QPalette palette(window, window);
   palette.setColor(QPalette::Base, Qt::white);
-  palette.setColor(QPalette::AlternateBase, QColor(246, 248, 252));
   palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 225));
   // Strong enough for the outline that shows the focus.
   palette.setColor(QPalette::Highlight, QColor(64, 104, 208));
@@ -29,10 +94,10 @@ void InstallAppearance() {
   QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/LiberationSans-Regular.ttf"));
   QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/LiberationSans-Bold.ttf"));
   QFont font(QStringLiteral("Liberation Sans"));
-  font.setPixelSize(kFontPixels);
+  font.setPixelSize(FontPixels());
   QFont::insertSubstitution(QStringLiteral("Tahoma"), font.family());
   QApplication::setFont(font);
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new ProgramStyle);
   QApplication::setPalette(LightPalette());
 }
 

@@ -6,7 +6,8 @@ namespace quillan {
 /// which every caption fits its button.
 inline constexpr int kFontPixels = 11;
 
-/// Gives the application its one font, style and colours, the same on every desktop. To be called
+/// Gives the application its one font, style and colours, the same on every desktop; a desktop with
+/// a larger font than the usual nine points gets a font that is larger in proportion. To be called
 /// once, before the first window.
 void InstallAppearance();
 

@@ -2,16 +2,22 @@
 
 #include <limits>
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyle>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace quillan {
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
-  option->palette.setBrush(QPalette::HighlightedText, option->palette.brush(QPalette::Text));
+  if (index.data(Qt::ForegroundRole).isValid()) {
+    option->palette.setBrush(QPalette::HighlightedText, option->palette.brush(QPalette::Text));
+  }
 }
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -50,6 +56,18 @@ void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
                                 const QModelIndex& index) const {
   QStyledItemDelegate::setModelData(editor, model, index);
   emit EditFinished(index);
+}
+
+bool GridDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                             const QStyleOptionViewItem& option, const QModelIndex& index) {
+  if (event->type() != QEvent::ToolTip) {
+    return QStyledItemDelegate::helpEvent(event, view, option, index);
+  }
+  const bool cut_off = sizeHint(option, index).width() > option.rect.width();
+  // Rich text is broken into lines; the text itself is plain.
+  QToolTip::showText(event->globalPos(),
+                     cut_off ? Qt::convertFromPlainText(index.data().toString()) : QString(), view);
+  return true;
 }
 
 void GridDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const {

@@ -19,6 +19,9 @@ class GridDelegate final : public QStyledItemDelegate {
                         const QModelIndex& index) const override;
   void setModelData(QWidget* editor, QAbstractItemModel* model,
                     const QModelIndex& index) const override;
+  /// Shows the text of a cell that is too narrow for it as a tooltip.
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override;
   void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
 
   /// The editor that is open; null when there is none.

@@ -15,6 +15,17 @@ int ToQt(Alignment alignment) {
                           Qt::AlignVCenter);
 }
 
+// A string is laid out as a whole to be painted, so only as much of it is shown as a screen is
+// wide.
+QString ShownText(std::string_view text) {
+  constexpr size_t kMostBytes = 1000;
+  if (text.size() <= kMostBytes) return ToQString(text);
+  size_t length = kMostBytes;
+  // Not within a character.
+  while (length > 0 && (text[length] & 0xC0) == 0x80) --length;
+  return ToQString(text.substr(0, length)) + QChar(0x2026);
+}
+
 }  // namespace
 
 GridModel::GridModel(Grid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {
@@ -31,9 +42,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   const int row = index.row() + Grid::kFixedRows;
   // Between a change of the grid and its report the views may ask for a row that is gone.
   if (!index.isValid() || row >= grid_.Rows() || index.column() >= grid_.Columns()) return {};
-  if (role == Qt::DisplayRole || role == Qt::EditRole) {
-    return ToQString(grid_.Text(row, index.column()));
-  }
+  if (role == Qt::DisplayRole) return ShownText(grid_.Text(row, index.column()));
+  if (role == Qt::EditRole) return ToQString(grid_.Text(row, index.column()));
   return Decoration(row, index.column(), role);
 }
 
@@ -62,7 +72,7 @@ QVariant GridModel::Decoration(int row, int column, int role) const {
       return bold;
     }
     case Qt::TextAlignmentRole:
-      return ToQt(grid_.CellAlignment(row, column));
+      return ToQt(grid_.Column(column).alignment);
     default:
       return {};
   }

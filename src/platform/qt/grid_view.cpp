@@ -1,5 +1,6 @@
 #include "platform/qt/grid_view.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QHeaderView>
@@ -13,8 +14,8 @@
 namespace quillan {
 namespace {
 
-constexpr int kRowPadding = 6;
-constexpr int kMinimumColumnWidth = 24;
+// Of a row and of the header, in heights of a line of text.
+constexpr double kRowHeight = 1.5;
 
 // Sorts by the current column, as a click on its header does.
 constexpr QKeyCombination kSortKey = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
@@ -36,11 +37,11 @@ GridView::GridView(Grid& grid, QWidget* parent)
   QFont own = font();
   own.setFamily(QStringLiteral("Tahoma"));
   setFont(own);
-  // Selected rows are light, so that coloured texts stay readable on them.
-  QPalette light = palette();
-  light.setColor(QPalette::Highlight, QColor(206, 218, 255));
-  light.setColor(QPalette::HighlightedText, light.color(QPalette::Text));
-  setPalette(light);
+  // Dark enough that red, which is given, has a contrast of 4.5 : 1 on it, and grey a higher one.
+  QPalette dark = palette();
+  dark.setColor(QPalette::Highlight, QColor(0, 16, 64));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  setPalette(dark);
   setModel(model_);
   setItemDelegate(delegate_);
   setSelectionBehavior(SelectRows);
@@ -54,11 +55,11 @@ GridView::GridView(Grid& grid, QWidget* parent)
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setMinimumSectionSize(1);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  verticalHeader()->setDefaultSectionSize(qRound(fontMetrics().height() * kRowHeight));
+  horizontalHeader()->setFixedHeight(qRound(fontMetrics().height() * kRowHeight));
   horizontalHeader()->setSectionsClickable(true);
   horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setStretchLastSection(true);
-  horizontalHeader()->setMinimumSectionSize(kMinimumColumnWidth);
+  horizontalHeader()->setMinimumSectionSize(2 * fontMetrics().height());
   LayOutColumns();
   OnSelectionSet();
   ConnectUser();
@@ -68,14 +69,16 @@ GridView::GridView(Grid& grid, QWidget* parent)
 GridView::~GridView() { grid_.SetObserver(nullptr); }
 
 void GridView::ConnectUser() {
-  connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
-    if (GridListener* listener = grid_.listener()) {
-      listener->OnClick(index.row() + Grid::kFixedRows, index.column());
-    }
-  });
+  connect(this, &QTableView::clicked, this, &GridView::TellClick);
+  // Qt reports the second of two fast clicks as this alone.
+  connect(this, &QTableView::doubleClicked, this, &GridView::TellClick);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &GridView::SortBy);
-  connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
-          [this](int value) { grid_.NoteTopRow(value + Grid::kFixedRows); });
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int column, int /*before*/, int width) { OnColumnDrawn(column, width); });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
+    // A list that is empty until it is loaded again keeps its place.
+    if (model_->rowCount() > 0) grid_.NoteTopRow(value + Grid::kFixedRows);
+  });
   connect(delegate_, &GridDelegate::EditFinished, this, [this](const QModelIndex& index) {
     if (GridListener* listener = grid_.listener()) {
       listener->OnAfterEdit(index.row() + Grid::kFixedRows, index.column());
@@ -108,7 +111,7 @@ void GridView::CommitEdit() {
 }
 
 bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
-  // Anything but an attempt of the user's to edit needs no leave.
+  // Only what the user starts is subject to the listener's consent.
   if (!index.isValid() || (trigger & editTriggers()) == 0) {
     return QTableView::edit(index, trigger, event);
   }
@@ -116,12 +119,20 @@ bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
       !IsTyping(*static_cast<QKeyEvent*>(event))) {
     return false;
   }
-  GridListener* listener = grid_.listener();
-  if (listener == nullptr ||
-      !listener->OnBeforeEdit(index.row() + Grid::kFixedRows, index.column())) {
-    return false;
+  const auto may_edit = [&](int column) {
+    GridListener* listener = grid_.listener();
+    return listener != nullptr && listener->OnBeforeEdit(index.row() + Grid::kFixedRows, column);
+  };
+  if (may_edit(index.column())) return QTableView::edit(index, trigger, event);
+  if (trigger != EditKeyPressed) return false;
+  // The key means the row's editable cell, whichever cell is current.
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    if (!may_edit(column)) continue;
+    const QModelIndex editable = index.siblingAtColumn(column);
+    selectionModel()->setCurrentIndex(editable, QItemSelectionModel::NoUpdate);
+    return QTableView::edit(editable, trigger, event);
   }
-  return QTableView::edit(index, trigger, event);
+  return false;
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
@@ -137,14 +148,49 @@ void GridView::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-void GridView::focusInEvent(QFocusEvent* event) {
-  QTableView::focusInEvent(event);
-  // Qt makes the first row current for the keyboard; to be worked on, it must be selected too.
-  if (event->reason() != Qt::MouseFocusReason && currentIndex().isValid() &&
-      !selectionModel()->hasSelection()) {
-    selectionModel()->select(currentIndex(),
-                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+  // Only the left button's double click is one.
+  if (event->button() == Qt::LeftButton) {
+    QTableView::mouseDoubleClickEvent(event);
+  } else {
+    QTableView::mousePressEvent(event);
   }
+}
+
+void GridView::focusInEvent(QFocusEvent* event) {
+  // Qt makes the first row current whatever brought the focus, such as a message box that closes.
+  // A row that the user did not choose must not be at the mercy of the next key.
+  QFocusEvent quiet(event->type(), Qt::MouseFocusReason);
+  QTableView::focusInEvent(&quiet);
+  const bool by_key =
+      event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (by_key && !currentIndex().isValid()) {
+    selectionModel()->setCurrentIndex(
+        TopIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  }
+}
+
+void GridView::hideEvent(QHideEvent* event) {
+  QTableView::hideEvent(event);
+  // The window system hides the view with its whole window; the program, when the page changes.
+  if (event->spontaneous()) return;
+  CommitEdit();
+  grid_.SelectOnly(0, grid_.CurrentColumn());
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  LayOutColumns();
+}
+
+QModelIndex GridView::TopIndex() const { return model_->index(verticalScrollBar()->value(), 0); }
+
+QModelIndex GridView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  const int column = std::max(currentIndex().column(), 0);
+  if (action == MoveHome) return model_->index(0, column);
+  if (action == MoveEnd) return model_->index(model_->rowCount() - 1, column);
+  // The first key starts where the user looks, not at the first row far above.
+  return currentIndex().isValid() ? QTableView::moveCursor(action, modifiers) : TopIndex();
 }
 
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
@@ -154,6 +200,12 @@ void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint h
   QTableView::closeEditor(editor, moves_on ? QAbstractItemDelegate::NoHint : hint);
 }
 
+void GridView::TellClick(const QModelIndex& index) {
+  if (GridListener* listener = grid_.listener()) {
+    listener->OnClick(index.row() + Grid::kFixedRows, index.column());
+  }
+}
+
 void GridView::SortBy(int column) {
   CommitEdit();
   grid_.RequestSort(column);
@@ -161,16 +213,22 @@ void GridView::SortBy(int column) {
 }
 
 void GridView::OnRowsReset() {
-  const bool other_columns = model_->columnCount() != grid_.Columns();
+  const int top_row = grid_.TopRow();
   following_ = true;
   // The selection is set anew afterwards; until then it need not follow every row.
   selectionModel()->clear();
   model_->Reload();
   following_ = false;
-  // A load lays the columns out anew; sorting leaves them as the user drew them.
-  if (other_columns || grid_.SortColumn() < 0) LayOutColumns();
+  LayOutColumns();
   ShowSortIndicator();
-  grid_.NoteTopRow(verticalScrollBar()->value() + Grid::kFixedRows);
+  RestoreTopRow(top_row);
+}
+
+void GridView::RestoreTopRow(int top_row) {
+  updateGeometries();  // The range of the scroll bar would follow the rows only later.
+  verticalScrollBar()->setValue(top_row - Grid::kFixedRows);
+  grid_.NoteTopRow(model_->rowCount() > 0 ? verticalScrollBar()->value() + Grid::kFixedRows
+                                          : top_row);
 }
 
 void GridView::OnRowsAppended(int /*first*/, int last) {
@@ -210,22 +268,46 @@ void GridView::OnShowCell(int row, int column) {
   if (row >= Grid::kFixedRows) scrollTo(model_->index(row - Grid::kFixedRows, column));
 }
 
+int GridView::ColumnWidth(int column) const {
+  const auto drawn = drawn_widths_.find(column);
+  return drawn != drawn_widths_.end()
+             ? drawn->second
+             : fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text));
+}
+
 int GridView::ColumnsWidth() const {
   int width = 0;
-  for (int column = 0; column < grid_.Columns(); ++column) {
-    width += fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text));
-  }
+  for (int column = 0; column < grid_.Columns(); ++column) width += ColumnWidth(column);
   return width + 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
 }
 
 void GridView::LayOutColumns() {
-  for (int column = 0; column < grid_.Columns(); ++column) {
+  laying_out_ = true;
+  int left_over = viewport()->width();
+  std::vector<int> stretching;
+  for (int column = 0; column < model_->columnCount(); ++column) {
     setColumnHidden(column, grid_.Column(column).hidden);
-    setColumnWidth(column,
-                   fontMetrics().horizontalAdvance(ToQString(grid_.Column(column).width_text)));
+    setColumnWidth(column, ColumnWidth(column));
+    left_over -= columnWidth(column);
+    // A column that the user has sized stays as it is.
+    if (grid_.Column(column).stretches && !drawn_widths_.contains(column)) {
+      stretching.push_back(column);
+    }
   }
-  // One and a half times as high as a line of text.
-  horizontalHeader()->setFixedHeight(qRound(fontMetrics().height() * 1.5));
+  auto parts = static_cast<int>(stretching.size());
+  for (const int column : stretching) {
+    if (left_over <= 0) break;
+    const int part = left_over / parts--;
+    setColumnWidth(column, columnWidth(column) + part);
+    left_over -= part;
+  }
+  laying_out_ = false;
+}
+
+void GridView::OnColumnDrawn(int column, int width) {
+  if (laying_out_) return;
+  drawn_widths_[column] = width;
+  LayOutColumns();
 }
 
 void GridView::ShowSortIndicator() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include <QTableView>
 
 #include "platform/grid/grid.h"
@@ -26,7 +28,11 @@ class GridView final : public QTableView, private GridObserver {
  protected:
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   // Typing must not jump to another row.
   void keyboardSearch(const QString& /*search*/) override {}
@@ -40,14 +46,23 @@ class GridView final : public QTableView, private GridObserver {
   void OnShowCell(int row, int column) override;
 
   void ConnectUser();
+  void TellClick(const QModelIndex& index);
+  // The cell of column 0 in the topmost row on screen.
+  QModelIndex TopIndex() const;
   void SortBy(int column);
+  void RestoreTopRow(int top_row);
+  // The width that the user drew, or else that of the column's text.
+  int ColumnWidth(int column) const;
   void LayOutColumns();
+  void OnColumnDrawn(int column, int width);
   void ShowSortIndicator();
 
   Grid& grid_;
   GridModel* model_;
   GridDelegate* delegate_;
-  bool following_ = false;  // While the view follows the grid, nothing is told back to it.
+  std::map<int, int> drawn_widths_;  // Of the columns that the user has sized.
+  bool laying_out_ = false;          // The view itself sizes columns.
+  bool following_ = false;           // While the view follows the grid, nothing is told back to it.
 };
 
 }  // namespace quillan

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,24 @@ TEST_F(GridTest, NumbersSortByValueBeforeOtherTextsAndEqualRowsKeepTheirOrder) {
   grid_.Sort(1, SortDirection::kDescending);
   EXPECT_THAT(Texts(), ElementsAre("É", "é", "NaN", "inf", "b", "B", "a", "", "1e3", "10", "9",
                                    "09", " 8.5 ", "-1"));
+}
+
+TEST_F(GridTest, TextsSortByTheProgramsLocale) {
+  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no German locale";
+  Fill({"Zoo", "É", "f", "E", "e", "ä", "12", std::string(500, 'E')});
+  grid_.Sort(1, SortDirection::kAscending);
+  std::setlocale(LC_ALL, "C");
+  EXPECT_THAT(Texts(), ElementsAre("12", "ä", "e", "E", "É", std::string(500, 'E'), "f", "Zoo"));
+}
+
+TEST_F(GridTest, AColumnMaySortDigitsByValue) {
+  const std::vector<std::string> sorted = {"Gi0/2",          "Gi0/10",       "Gi0/10.5",
+                                           "Gi1/0",          "Gi1/00000001", "Gi1/123456789",
+                                           "Gi1/1234567890", "Gi1/x",        "Gi10"};
+  grid_.Reset(Grid::kFixedRows, {{"X"}, {.width_text = "X", .digits_by_value = true}});
+  Fill({sorted.rbegin(), sorted.rend()});
+  grid_.Sort(1, SortDirection::kAscending);
+  EXPECT_EQ(Texts(), sorted);
 }
 
 TEST_F(GridTest, EverythingOfARowFollowsItWhenSorted) {

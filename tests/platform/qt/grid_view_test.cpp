@@ -1,0 +1,266 @@
+#include "platform/qt/grid_view.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextDocumentFragment>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+double Luminance(const QColor& color) {
+  const auto linear = [](double part) {
+    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+         0.0722 * linear(color.blueF());
+}
+
+// The contrast ratio of the Web Content Accessibility Guidelines.
+double Contrast(const QColor& one, const QColor& other) {
+  const auto [dark, light] = std::minmax({Luminance(one), Luminance(other)});
+  return (light + 0.05) / (dark + 0.05);
+}
+
+/// A view of 100 rows, each with a check box, a number, a text that can be edited and another text,
+/// in a window with a text box above it.
+class GridViewTest : public testing::Test, public GridListener {
+ protected:
+  static constexpr int kRows = 100;
+  static constexpr int kEditable = 2;
+
+  GridViewTest() {
+    Load();
+    grid_.SetListener(this);
+    window_.setLayout(new QVBoxLayout());
+    window_.layout()->addWidget(&box_);
+    window_.layout()->addWidget(&view_);
+    window_.resize(400, 300);
+    window_.show();
+    window_.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+  }
+
+  void Load() {
+    const Grid::Batch batch(grid_);
+    grid_.Reset(Grid::kFixedRows, {{"XXXXXXXXX", Alignment::kCenter},
+                                   {"XXXXXXX", Alignment::kCenter},
+                                   {.width_text = "XXXX", .stretches = true},
+                                   {.width_text = "XXXX", .stretches = true}});
+    for (int column = 0; column < grid_.Columns(); ++column) grid_.SetText(0, column, "header");
+    for (int i = 1; i <= kRows; ++i) {
+      const int row = grid_.AppendRow();
+      grid_.SetCheck(row, 0, CheckState::kUnchecked);
+      grid_.SetText(row, 1, std::to_string(i));
+      grid_.SetText(row, 2, "text");
+      grid_.SetText(row, 3, "other");
+    }
+  }
+  void OnClick(int row, int column) override {
+    if (column != 0) return;
+    grid_.SetCheck(row, 0,
+                   grid_.Check(row, 0) == CheckState::kChecked ? CheckState::kUnchecked
+                                                               : CheckState::kChecked);
+  }
+  bool OnBeforeEdit(int /*row*/, int column) override { return column == kEditable; }
+
+  QModelIndex Index(int row, int column) const { return view_.model()->index(row - 1, column); }
+  QPoint Center(int row, int column) {
+    view_.scrollTo(Index(row, column));
+    return view_.visualRect(Index(row, column)).center();
+  }
+  void Click(int row, int column) {
+    QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, Center(row, column));
+  }
+  bool OnScreen(int row) const {
+    const QRect rectangle = view_.visualRect(Index(row, 0));
+    return rectangle.isValid() && view_.viewport()->rect().contains(rectangle);
+  }
+  QLineEdit* Editor() const { return view_.findChild<QLineEdit*>(QStringLiteral("CellEditor")); }
+
+  Grid grid_;
+  QWidget window_;
+  QLineEdit box_;
+  GridView view_{grid_};
+};
+
+TEST_F(GridViewTest, FocusMakesARowCurrentOnlyWhenTheUserTabsIntoTheList) {
+  const std::pair<Qt::FocusReason, bool> cases[] = {
+      {Qt::ActiveWindowFocusReason, false}, {Qt::OtherFocusReason, false},
+      {Qt::PopupFocusReason, false},        {Qt::ShortcutFocusReason, false},
+      {Qt::MouseFocusReason, false},        {Qt::TabFocusReason, true},
+      {Qt::BacktabFocusReason, true}};
+  for (const auto& [reason, makes_current] : cases) {
+    box_.setFocus();
+    Click(60, 1);
+    const int top = view_.verticalScrollBar()->value();
+    grid_.SelectOnly(0, 1);  // As after a deletion.
+    box_.setFocus();
+    view_.setFocus(reason);
+    ASSERT_TRUE(view_.hasFocus());
+    EXPECT_EQ(grid_.CurrentRow() != 0, makes_current) << reason;
+    EXPECT_EQ(grid_.SelectedRows().empty(), !makes_current) << reason;
+    EXPECT_EQ(makes_current && OnScreen(grid_.CurrentRow()), makes_current) << reason;
+    EXPECT_EQ(view_.verticalScrollBar()->value(), top) << reason;
+  }
+}
+
+TEST_F(GridViewTest, NoRowIsCurrentAfterALoadOrAfterThePageWasLeft) {
+  Click(5, 1);
+  Load();
+  EXPECT_EQ(grid_.CurrentRow(), 0);
+  EXPECT_THAT(grid_.SelectedRows(), IsEmpty());
+  Click(5, 1);
+  view_.hide();
+  view_.show();
+  EXPECT_EQ(grid_.CurrentRow(), 0);
+  EXPECT_THAT(grid_.SelectedRows(), IsEmpty());
+  EXPECT_FALSE(view_.currentIndex().isValid());
+}
+
+TEST_F(GridViewTest, KeysReachTheFirstTheLastAndTheNearestRow) {
+  view_.verticalScrollBar()->setValue(40);
+  view_.setFocus(Qt::MouseFocusReason);
+  QTest::keyClick(&view_, Qt::Key_Down);
+  EXPECT_EQ(grid_.CurrentRow(), 41);  // Nothing was current: the topmost row on screen.
+  const std::pair<Qt::Key, int> cases[] = {{Qt::Key_End, kRows}, {Qt::Key_Home, 1}};
+  for (const auto& [key, row] : cases) {
+    QTest::keyClick(&view_, key);
+    EXPECT_EQ(grid_.CurrentRow(), row);
+    EXPECT_THAT(grid_.SelectedRows(), ElementsAre(row));
+    EXPECT_TRUE(OnScreen(row));
+  }
+  QTest::keyClick(&view_, Qt::Key_End, Qt::ShiftModifier);
+  EXPECT_EQ(grid_.SelectedRows().size(), kRows);
+}
+
+TEST_F(GridViewTest, F2EditsTheEditableCellWhicheverIsCurrent) {
+  for (int column = 0; column < grid_.Columns(); ++column) {
+    Click(3, column);
+    QTest::keyClick(&view_, Qt::Key_F2);
+    ASSERT_NE(Editor(), nullptr) << column;
+    EXPECT_EQ(view_.currentIndex(), Index(3, kEditable));
+    EXPECT_THAT(grid_.SelectedRows(), ElementsAre(3));
+    QTest::keyClicks(Editor(), QStringLiteral("dropped"));
+    QTest::keyClick(Editor(), Qt::Key_Escape);
+    EXPECT_TRUE(window_.isVisible());
+    EXPECT_EQ(grid_.Text(3, kEditable), "text");
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+TEST_F(GridViewTest, EveryOneOfFastClicksOnACheckBoxCounts) {
+  const QPoint box = Center(2, 0);
+  QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, box);
+  EXPECT_EQ(grid_.Check(2, 0), CheckState::kChecked);
+  QTest::mouseDClick(view_.viewport(), Qt::LeftButton, {}, box);
+  EXPECT_EQ(grid_.Check(2, 0), CheckState::kUnchecked);
+  QTest::mouseDClick(view_.viewport(), Qt::RightButton, {}, box);
+  EXPECT_EQ(grid_.Check(2, 0), CheckState::kUnchecked);
+}
+
+TEST_F(GridViewTest, AReloadKeepsThePlaceAndTheColumnsThatWereDrawn) {
+  const auto widths = [&] {
+    std::vector<int> all;
+    for (int column = 0; column < grid_.Columns(); ++column) {
+      all.push_back(view_.columnWidth(column));
+    }
+    return all;
+  };
+  const auto total = [&] { return view_.horizontalHeader()->length(); };
+  EXPECT_EQ(total(), view_.viewport()->width());
+  EXPECT_EQ(view_.columnWidth(0),
+            view_.fontMetrics().horizontalAdvance(QStringLiteral("XXXXXXXXX")));
+  EXPECT_NEAR(view_.columnWidth(2), view_.columnWidth(3), 1);
+  view_.setColumnWidth(1, 90);  // As the user does by drawing it.
+  view_.setColumnWidth(2, 70);
+  EXPECT_EQ(total(), view_.viewport()->width());
+  view_.verticalScrollBar()->setValue(30);
+  const std::vector<int> drawn = widths();
+  EXPECT_EQ(drawn[1], 90);
+  EXPECT_EQ(drawn[2], 70);
+  grid_.Reset(0, {});
+  Load();
+  EXPECT_EQ(widths(), drawn);
+  EXPECT_EQ(view_.verticalScrollBar()->value(), 30);
+  grid_.Sort(1, SortDirection::kDescending);
+  EXPECT_EQ(widths(), drawn);
+  window_.resize(300, 200);
+  EXPECT_EQ(view_.columnWidth(2), 70);
+  EXPECT_GE(view_.columnWidth(3), view_.fontMetrics().horizontalAdvance(QStringLiteral("XXXX")));
+}
+
+TEST_F(GridViewTest, OnlyATextThatIsCutOffHasATooltip) {
+  const std::string words = "a <b>long</b> text that does not fit into its column by far";
+  grid_.SetText(2, 2, words);
+  const std::pair<int, QString> cases[] = {{3, QString()}, {2, QString::fromStdString(words)}};
+  for (const auto& [row, shown] : cases) {
+    QHelpEvent event(QEvent::ToolTip, Center(row, 2),
+                     view_.viewport()->mapToGlobal(Center(row, 2)));
+    QApplication::sendEvent(view_.viewport(), &event);
+    EXPECT_EQ(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(), shown);
+  }
+  QToolTip::hideText();
+}
+
+TEST_F(GridViewTest, HugeTextsArePaintedByTheirBeginning) {
+  std::string huge;
+  for (int i = 0; i < 200000; ++i) huge += "é";
+  for (int row = 1; row <= kRows; ++row) grid_.SetText(row, 2, huge);
+  QElapsedTimer timer;
+  timer.start();
+  view_.grab();
+  view_.resizeColumnToContents(2);
+  EXPECT_LT(timer.elapsed(), 1000);
+  EXPECT_LT(Index(1, 2).data().toString().size(), 2000);
+  EXPECT_EQ(Index(1, 2).data().toString().remove(QChar(0xE9)), QString(QChar(0x2026)));
+  EXPECT_EQ(Index(1, 2).data(Qt::EditRole).toString().size(), 200000);
+}
+
+TEST_F(GridViewTest, EveryMarkIsLegibleInSelectedAndUnselectedRows) {
+  const Color red = Rgb(255, 0, 0);
+  const Color grey = Rgb(200, 200, 200);
+  grid_.SetForeColor(1, 2, red);
+  grid_.SetForeColor(2, 2, grey);
+  for (const int row : {1, 2, 3}) grid_.SetText(row, 2, "\u2588\u2588\u2588\u2588\u2588\u2588");
+  // Paints the cells and takes the colours of text and background.
+  const auto contrast = [&](int row, int column) {
+    const QImage picture = view_.viewport()->grab(view_.visualRect(Index(row, column))).toImage();
+    const QColor ground = picture.pixelColor(2, 2);
+    double best = 1;
+    for (int x = 0; x < picture.width(); ++x) {
+      for (int y = 2; y < picture.height() - 2; ++y) {
+        best = std::max(best, Contrast(picture.pixelColor(x, y), ground));
+      }
+    }
+    return best;
+  };
+  for (const int row : {1, 2, 3, 4}) {
+    grid_.SelectOnly(row, 1);
+    EXPECT_GE(contrast(row, 2), 4.5) << row;
+    EXPECT_GE(contrast(row, 0), 4.5) << row;
+  }
+  grid_.SelectOnly(0, 1);
+  EXPECT_GE(contrast(3, 2), 4.5);
+  EXPECT_GE(contrast(3, 0), 4.5);
+}
+
+}  // namespace
+}  // namespace quillan
