@@ -79,7 +79,9 @@ std::vector<ado::Outcome> FlowDatabase::ExecuteBatch(std::span<const std::string
       if (outcome) NoteFailure(statements[outcomes.size()], *outcome);
       outcomes.push_back(std::move(outcome));
     }
-    if (mode == ado::BatchMode::kStopAtFailure && outcomes.back()) break;
+    const bool ended = outcomes.back() && (mode == ado::BatchMode::kStopAtFailure ||
+                                           ado::EndsBatch(*outcomes.back()));
+    if (ended) break;
   }
   return outcomes;
 }

@@ -40,7 +40,8 @@ class FlowDatabase {
 
   /// Runs `statements` in order, several to a round trip where the server takes them, and notes
   /// each in the report. Raises nothing. Returns the outcome of each that ran: a statement that
-  /// failed is followed by the rest, or with kStopAtFailure is the last.
+  /// failed is followed by the rest, but for one that ends a batch (see ado::EndsBatch) and, with
+  /// kStopAtFailure, for any.
   std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
                                          ado::BatchMode mode = ado::BatchMode::kRunAll);
 

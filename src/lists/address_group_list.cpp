@@ -81,8 +81,8 @@ void AddressGroupList::Add() {
   }
 }
 
-void AddressGroupList::OnRowLoaded(ado::Recordset& rows, int row) {
-  GridRowData& data = Table().RowData(row);
+void AddressGroupList::OnRowLoaded(ado::Recordset& rows, Grid& grid, int row) {
+  GridRowData& data = grid.RowData(row);
   const std::int64_t id = ado::ToWhole(rows.Fields("IPAddressGroupID").Value());
   data.id = id > 0 && id <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int32_t>(id)
                                                                      : kNoIdentifier;
@@ -90,19 +90,38 @@ void AddressGroupList::OnRowLoaded(ado::Recordset& rows, int row) {
       HoldsRange(rows.Fields("IPRangeStart").Value(), rows.Fields("IPRangeEnd").Value());
 }
 
-GroupRange AddressGroupList::RangeOf(int row) const {
-  const Grid& grid = Table();
+GroupRange AddressGroupList::RangeOf(const Grid& grid, int row) {
   const std::int32_t id = grid.RowData(row).id;
   return {IPAddressToSortValue(grid.Text(row, kGroupStartColumn)),
-          IPAddressToSortValue(grid.Text(row, kGroupEndColumn)), IsChecked(row),
+          IPAddressToSortValue(grid.Text(row, kGroupEndColumn)),
+          grid.Check(row, 0) == CheckState::kChecked,
           id == kNoIdentifier ? std::nullopt : std::optional(id)};
+}
+
+std::string AddressGroupList::Key(const Grid& grid, int row) const {
+  if (!grid.RowData(row).has_range) return "id " + std::to_string(grid.RowData(row).id);
+  const GroupRange range = RangeOf(grid, row);
+  return text::FormatDigits(range.start) + "-" + text::FormatDigits(range.end);
+}
+
+std::string AddressGroupList::RowName(const Grid& grid, int row) const {
+  return std::string(grid.Text(row, kGroupStartColumn)) + " - " +
+         std::string(grid.Text(row, kGroupEndColumn));
+}
+
+bool AddressGroupList::IsNested(int row, const Grid& stored, int stored_row) const {
+  if (!stored.RowData(stored_row).has_range) return false;
+  const GroupRange ours = RangeOf(Table(), row);
+  const GroupRange theirs = RangeOf(stored, stored_row);
+  return (ours.start >= theirs.start && ours.end <= theirs.end) ||
+         (theirs.start >= ours.start && theirs.end <= ours.end);
 }
 
 // Finds the stored group: by its range, and by its identifier where that is known; a group without
 // a range by its identifier alone.
 std::string AddressGroupList::Condition(int row) const {
-  const GroupRange range = RangeOf(row);
-  std::string by_id = "IPAddressGroupID=" + std::to_string(range.id.value_or(0));
+  const GroupRange range = RangeOf(Table(), row);
+  std::string by_id = "IPAddressGroupID=" + std::to_string(range.id.value_or(kNoIdentifier));
   if (!HasRange(row)) return by_id;
   return "IPRangeStart=" + text::FormatDigits(range.start) + " and IPRangeEnd" +
          (State(row) == RowState::kDeleted ? " =" : "=") + text::FormatDigits(range.end) +
@@ -115,44 +134,62 @@ void AddressGroupList::OnSyncBegins() {
 
 void AddressGroupList::OnSyncEnds() {
   regrouping_.reset();
-  Table().Reset(0, {});
+  EmptyGrid();
 }
 
-void AddressGroupList::WriteChanged(int row) {
-  const GroupRange range = RangeOf(row);
-  const bool regroup = HasRange(row);
-  if (regroup) regrouping_->BeforeChange(range);
-  services().database.Execute("Update IPAddressGroups Set IPAddressGroupName=" +
-                              SqlText(Table().Text(row, kGroupNameColumn)) + ", Enabled=" +
-                              std::string(Enabled(row)) + " Where " + Condition(row));
-  if (regroup) regrouping_->AfterChange(range);
-}
-
-void AddressGroupList::WriteDeleted(int row) {
-  const GroupRange range = RangeOf(row);
-  const bool regroup = HasRange(row);
-  if (regroup) regrouping_->BeforeDelete(range);
-  services().database.Execute("Delete From IPAddressGroups Where " + Condition(row));
-  if (regroup) regrouping_->AfterDelete(range);
-}
-
-void AddressGroupList::WriteNew(int row) {
-  GroupRange range = RangeOf(row);
-  const std::string start = text::FormatDigits(range.start);
-  const std::string end = text::FormatDigits(range.end);
+std::string AddressGroupList::Statement(int row) const {
+  const GroupRange range = RangeOf(Table(), row);
   const std::string name = SqlText(Table().Text(row, kGroupNameColumn));
-  FlowDatabase& database = services().database;
-  regrouping_->BeforeInsert(range);
-  database.Execute(
-      "Insert Into IPAddressGroups (IPRangeStart, IPRangeEnd, IPAddressGroupName, System, Enabled) "
-      "Values (" +
-      start + "," + end + "," + name + ",0," + std::string(Enabled(row)) + ")");
-  const auto rows = database.OpenRecordset(
-      "Select IPAddressGroupID from IPAddressGroups WHERE IPRangeStart=" + start +
-      " and IPRangeEnd=" + end + " and IPAddressGroupName=" + name);
-  if (!rows || rows->Eof()) return;
-  range.id = static_cast<std::int32_t>(ado::ToWhole(rows->Fields("IPAddressGroupID").Value()));
-  regrouping_->AfterInsert(range);
+  const std::string enabled(Enabled(row));
+  switch (State(row)) {
+    case RowState::kDeleted:
+      return "Delete From IPAddressGroups Where " + Condition(row);
+    case RowState::kNew:
+      return "Insert Into IPAddressGroups (IPRangeStart, IPRangeEnd, IPAddressGroupName, System, "
+             "Enabled) Values (" +
+             text::FormatDigits(range.start) + "," + text::FormatDigits(range.end) + "," + name +
+             ",0," + enabled + ")";
+    default:
+      return "Update IPAddressGroups Set IPAddressGroupName=" + name + ", Enabled=" + enabled +
+             " Where " + Condition(row);
+  }
+}
+
+std::optional<std::int32_t> AddressGroupList::StoredIdentifier(int row) const {
+  const GroupRange range = RangeOf(Table(), row);
+  const auto rows = services().database.OpenRecordset(
+      "Select IPAddressGroupID from IPAddressGroups WHERE IPRangeStart=" +
+      text::FormatDigits(range.start) + " and IPRangeEnd=" + text::FormatDigits(range.end) +
+      " and IPAddressGroupName=" + SqlText(Table().Text(row, kGroupNameColumn)));
+  if (!rows || rows->Eof()) return std::nullopt;
+  return static_cast<std::int32_t>(ado::ToWhole(rows->Fields("IPAddressGroupID").Value()));
+}
+
+void AddressGroupList::Write(int row) {
+  GroupRange range = RangeOf(Table(), row);
+  const auto execute = [&] { services().database.Execute(Statement(row)); };
+  if (!HasRange(row)) return execute();
+  switch (State(row)) {
+    case RowState::kDeleted: {
+      // A group that an earlier save deleted without freeing its endpoints is not stored any more.
+      const bool stored = !range.id || Table().RowData(row).loaded_check != CheckState::kNone;
+      regrouping_->BeforeDelete(range, stored);
+      execute();
+      regrouping_->AfterDelete(range);
+      break;
+    }
+    case RowState::kNew:
+      regrouping_->BeforeInsert(range);
+      execute();
+      range.id = StoredIdentifier(row);
+      if (range.id) regrouping_->AfterInsert(range);
+      break;
+    default:
+      regrouping_->BeforeChange(range);
+      execute();
+      regrouping_->AfterChange(range);
+      break;
+  }
 }
 
 }  // namespace quillan

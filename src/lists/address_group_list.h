@@ -29,17 +29,21 @@ class AddressGroupList final : public EditableList {
 
   ImportPlan PlanImport(std::string_view bytes, ImportMode mode) override;
 
+  std::string Key(const Grid& grid, int row) const override;
+  std::string RowName(const Grid& grid, int row) const override;
+
  protected:
   void Add() override;
-  void OnRowLoaded(ado::Recordset& rows, int row) override;
+  void OnRowLoaded(ado::Recordset& rows, Grid& grid, int row) override;
   void OnSyncBegins() override;
   void OnSyncEnds() override;
-  void WriteChanged(int row) override;
-  void WriteNew(int row) override;
-  void WriteDeleted(int row) override;
+  std::string Statement(int row) const override;
+  void Write(int row) override;
+  bool IsNested(int row, const Grid& stored, int stored_row) const override;
 
  private:
-  GroupRange RangeOf(int row) const;
+  static GroupRange RangeOf(const Grid& grid, int row);
+  std::optional<std::int32_t> StoredIdentifier(int row) const;
   bool HasRange(int row) const { return Table().RowData(row).has_range; }
   std::string Condition(int row) const;
 

@@ -3,7 +3,7 @@
 #include <tuple>
 
 #include "ip/ip_functions.h"
-#include "lists/list_description.h"
+#include "lists/list_changes.h"
 #include "lists/new_group.h"
 #include "platform/text/number.h"
 

@@ -1,101 +1,128 @@
 #include "lists/checkable_list.h"
 
-#include <optional>
+#include <unordered_map>
+#include <utility>
 
-#include "db/sql_text.h"
+#include "lists/list_import.h"
+#include "platform/text/ascii.h"
 
 namespace quillan {
+
 CheckableList::CheckableList(const ListDescription& description, const ListServices& services)
     : description_(description), services_(services) {
   grid_.SetListener(this);
   InitGrid();
 }
 
-void CheckableList::InitGrid() {
-  const Grid::Batch batch(grid_);
+void CheckableList::LayOut(Grid& grid) const {
+  const Grid::Batch batch(grid);
   std::vector<GridColumn> columns;
   for (const ListColumn& column : description_.columns) {
     columns.push_back({std::string(column.width_text), column.alignment});
   }
-  grid_.Reset(Grid::kFixedRows, std::move(columns));
-  for (int column = 0; column < grid_.Columns(); ++column) {
-    grid_.SetText(0, column, description_.columns[static_cast<size_t>(column)].header);
+  grid.Reset(Grid::kFixedRows, std::move(columns));
+  for (int column = 0; column < grid.Columns(); ++column) {
+    grid.SetText(0, column, description_.columns[static_cast<size_t>(column)].header);
   }
 }
 
-void CheckableList::Refresh() {
-  const Grid::Batch batch(grid_);
+void CheckableList::InitGrid() {
+  LayOut(grid_);
+  pending_count_ = 0;
+  loaded_texts_.clear();
+  nested_rows_.clear();
+  saved_ = false;
+}
+
+void CheckableList::EmptyGrid() {
+  grid_.Reset(0, {});
+  pending_count_ = 0;
+  saved_ = false;
+}
+
+bool CheckableList::Refresh() { return LoadOver({}); }
+
+bool CheckableList::Reload() {
+  for (int row = Grid::kFixedRows; !saved_ && row < grid_.Rows(); ++row) {
+    if (State(row) != RowState::kUnchanged) kept_.push_back(Keep(row));
+  }
+  return LoadOver(std::exchange(kept_, {}));
+}
+
+bool CheckableList::LoadOver(std::vector<KeptRow> kept) {
+  const Edit edit(*this);
+  kept_ = std::move(kept);
   InitGrid();
+  load_error_.clear();
   const auto rows = services_.database.OpenRecordset(description_.query);
-  if (!rows) return;
+  if (!rows) {
+    load_error_ = services_.database.LastError();
+    if (load_error_.empty()) load_error_ = "The database cannot be reached.";
+    return false;
+  }
+  try {
+    LoadRows(*rows, grid_);
+  } catch (const std::exception& failure) {
+    // A part of the rows would look like all of them.
+    InitGrid();
+    load_error_ = failure.what();
+    return false;
+  }
+  std::unordered_map<std::string, int> row_of_key;
+  for (const KeptRow& row : kept_) row_of_key.emplace(row.key, 0);
+  for (int row = Grid::kFixedRows; !kept_.empty() && row < grid_.Rows(); ++row) {
+    const auto found = row_of_key.find(Key(grid_, row));
+    if (found != row_of_key.end()) found->second = row;
+  }
+  for (const KeptRow& row : kept_) LayOver(row, row_of_key.at(row.key));
+  kept_.clear();
+  return true;
+}
+
+void CheckableList::LoadRows(ado::Recordset& rows, Grid& grid) {
+  const Grid::Batch batch(grid);
   std::vector<ado::Field> fields;
   for (const ListColumn& column : description_.columns) {
-    fields.push_back(rows->Fields(column.field));
+    fields.push_back(rows.Fields(column.field));
   }
-  if (!description_.system_field.empty()) {
-    fields.push_back(rows->Fields(description_.system_field));
-  }
-  for (; !rows->Eof(); rows->MoveNext()) LoadRow(*rows, fields);
+  if (!description_.system_field.empty()) fields.push_back(rows.Fields(description_.system_field));
+  for (; !rows.Eof(); rows.MoveNext()) LoadRow(rows, fields, grid);
 }
 
-void CheckableList::LoadRow(ado::Recordset& rows, std::vector<ado::Field>& fields) {
-  const int row = grid_.AppendRow();
+void CheckableList::LoadRow(ado::Recordset& rows, std::vector<ado::Field>& fields, Grid& grid) {
+  const int row = grid.AppendRow();
   const bool checked = ado::ToBoolean(fields[0].Value());
-  grid_.SetCheck(row, 0, checked ? CheckState::kChecked : CheckState::kUnchecked);
-  for (int column = 1; column < grid_.Columns(); ++column) {
+  const CheckState check = checked ? CheckState::kChecked : CheckState::kUnchecked;
+  grid.SetCheck(row, 0, check);
+  grid.RowData(row).loaded_check = check;
+  for (int column = 1; column < grid.Columns(); ++column) {
     const auto index = static_cast<size_t>(column);
     const ado::Value value = fields[index].Value();
     const auto format = description_.columns[index].format;
     if (format != nullptr) {
-      grid_.SetText(row, column, format(value));
+      grid.SetText(row, column, format(value));
     } else if (const auto* text = std::get_if<std::string_view>(&value)) {
-      grid_.SetText(row, column, *text);
+      grid.SetText(row, column, *text);
     } else {
-      grid_.SetText(row, column, ado::ToText(value));
+      grid.SetText(row, column, ado::ToText(value));
     }
   }
-  if (!description_.system_field.empty()) SetSystem(row, ado::ToBoolean(fields.back().Value()));
-  OnRowLoaded(rows, row);
-}
-
-void CheckableList::Sync() {
-  const BusyPointer busy(services_.host);
-  OnSyncBegins();
-  bool written = false;
-  const int rows = grid_.Rows();
-  for (const bool first : {true, false}) {
-    for (int row = Grid::kFixedRows; row < rows; ++row) {
-      const bool goes_first = State(row) == RowState::kDeleted && grid_.RowData(row).deleted_first;
-      if (goes_first == first) written |= WriteRow(row);
-    }
+  if (!description_.system_field.empty()) {
+    SetSystem(grid, row, ado::ToBoolean(fields.back().Value()));
   }
-  if (written) RecordLastUpdate();
-  OnSyncEnds();
+  OnRowLoaded(rows, grid, row);
 }
 
-bool CheckableList::WriteRow(int row) {
-  switch (State(row)) {
-    case RowState::kChanged:
-      WriteChanged(row);
-      return true;
-    case RowState::kNew:
-      WriteNew(row);
-      return true;
-    case RowState::kDeleted:
-      if (IsSystem(row)) return false;
-      WriteDeleted(row);
-      return true;
-    case RowState::kUnchanged:
-      break;
-  }
-  return false;
+void CheckableList::SetState(int row, RowState state) {
+  std::int8_t& current = grid_.RowData(row).state;
+  pending_count_ += (state != RowState::kUnchanged ? 1 : 0) - (current != 0 ? 1 : 0);
+  current = static_cast<std::int8_t>(state);
 }
 
-void CheckableList::RecordLastUpdate() {
-  if (description_.last_update_setting.empty()) return;
-  services_.database.Execute("exec tbsp_netflowSetGlobalSetting '" +
-                             std::string(description_.last_update_setting) + "', " +
-                             SqlText(services_.locale.GeneralDateText(services_.clock.Now())));
+void CheckableList::ReportPending() {
+  if (PendingCount() == reported_count_) return;
+  reported_count_ = PendingCount();
+  if (pending_changed_) pending_changed_();
 }
 
 void CheckableList::SetRowChecked(int row, bool checked) {
@@ -112,12 +139,12 @@ void CheckableList::ToggleRow(int row) {
 }
 
 void CheckableList::SetSelectedChecked(bool checked) {
-  const Grid::Batch batch(grid_);
+  const Edit edit(*this);
   for (const int row : grid_.SelectedRows()) SetRowChecked(row, checked);
 }
 
 void CheckableList::ToggleSelected() {
-  const Grid::Batch batch(grid_);
+  const Edit edit(*this);
   for (const int row : grid_.SelectedRows()) ToggleRow(row);
 }
 
@@ -125,9 +152,28 @@ void CheckableList::MarkChanged(int row) {
   if (State(row) != RowState::kNew) SetState(row, RowState::kChanged);
 }
 
-void CheckableList::SetSystem(int row, bool system) {
-  grid_.RowData(row).system = system;
-  for (int column = 1; column < grid_.Columns(); ++column) grid_.SetBold(row, column, !system);
+void CheckableList::MarkDeleted(int row) {
+  SetState(row, RowState::kDeleted);
+  grid_.SetCheck(row, 0, CheckState::kNone);
+  SetRowColor(row, kDeletedColor);
+}
+
+int CheckableList::AppendNewRow(const std::vector<std::string>& texts, CheckState check) {
+  // Between a save and the next load the grid can be without even its header.
+  if (grid_.Rows() == 0) InitGrid();
+  const int row = grid_.AppendRow();
+  grid_.SetCheck(row, 0, check);
+  int column = 1;
+  for (const std::string& text : texts) grid_.SetText(row, column++, text);
+  SetRowColor(row, kChangedColor);
+  SetSystem(grid_, row, false);
+  SetState(row, RowState::kNew);
+  return row;
+}
+
+void CheckableList::SetSystem(Grid& grid, int row, bool system) {
+  grid.RowData(row).system = system;
+  for (int column = 1; column < grid.Columns(); ++column) grid.SetBold(row, column, !system);
 }
 
 void CheckableList::SetRowColor(int row, Color color) {
@@ -136,7 +182,7 @@ void CheckableList::SetRowColor(int row, Color color) {
 
 void CheckableList::OnClick(int row, int column) {
   if (column != 0) return;
-  const Grid::Batch batch(grid_);
+  const Edit edit(*this);
   ToggleRow(row);
 }
 
@@ -169,11 +215,86 @@ bool CheckableList::OnBeforeEdit(int row, int column) {
 }
 
 void CheckableList::OnAfterEdit(int row, int /*column*/) {
+  const Edit edit(*this);
   const int editable = description_.editable_column;
   MarkChanged(row);
-  if (grid_.Text(row, editable) != edit_start_text_) {
-    grid_.SetForeColor(row, editable, kChangedColor);
+  if (grid_.Text(row, editable) == edit_start_text_) return;
+  grid_.SetForeColor(row, editable, kChangedColor);
+  std::uint32_t& loaded = grid_.RowData(row).loaded_text;
+  if (loaded == 0 && State(row) != RowState::kNew) {
+    loaded_texts_.push_back(edit_start_text_);
+    loaded = static_cast<std::uint32_t>(loaded_texts_.size());
   }
+}
+
+void CheckableList::EditText(int row, std::string_view text) {
+  const Edit edit(*this);
+  const int editable = description_.editable_column;
+  if (!OnBeforeEdit(row, editable)) return;
+  grid_.SetText(row, editable, text);
+  OnAfterEdit(row, editable);
+}
+
+std::string CheckableList::LoadedText(int row) const {
+  const std::uint32_t loaded = grid_.RowData(row).loaded_text;
+  if (loaded != 0) return loaded_texts_[loaded - 1];
+  const int editable = description_.editable_column;
+  return editable != 0 ? std::string(grid_.Text(row, editable)) : std::string();
+}
+
+std::vector<PendingRow> CheckableList::Pending() const {
+  const auto header = [&](int column) {
+    return std::string(text::TrimSpaces(description_.columns[static_cast<size_t>(column)].header));
+  };
+  std::vector<PendingRow> pending;
+  for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+    const RowState state = State(row);
+    if (state == RowState::kUnchanged) continue;
+    PendingRow entry{row, state, RowName(grid_, row), {}};
+    const auto add = [&](int column, std::string_view from, std::string_view to) {
+      if (from != to) entry.values.push_back({header(column), std::string(from), std::string(to)});
+    };
+    const bool is_new = state == RowState::kNew;
+    const bool deleted = state == RowState::kDeleted;
+    const CheckState to = IsChecked(row) ? CheckState::kChecked : CheckState::kUnchecked;
+    const CheckState from = grid_.RowData(row).loaded_check;
+    add(0, from == CheckState::kNone ? "" : CheckWord(from), deleted ? "" : CheckWord(to));
+    for (int column = 1; column < grid_.Columns(); ++column) {
+      const bool editable = column == description_.editable_column;
+      if (!is_new && !deleted && !editable) continue;
+      add(column,
+          is_new     ? ""
+          : editable ? LoadedText(row)
+                     : grid_.Text(row, column),
+          deleted ? "" : grid_.Text(row, column));
+    }
+    pending.push_back(std::move(entry));
+  }
+  if (saved_) return pending;
+  for (const KeptRow& row : kept_) pending.push_back({0, row.state, row.name, {}});
+  return pending;
+}
+
+void CheckableList::Revert(const std::vector<int>& rows) {
+  const Edit edit(*this);
+  std::vector<int> removed;
+  for (const int row : rows) {
+    if (State(row) == RowState::kUnchanged) continue;
+    SetState(row, RowState::kUnchanged);
+    GridRowData& data = grid_.RowData(row);
+    if (data.loaded_check == CheckState::kNone) {
+      removed.push_back(row);
+      continue;
+    }
+    grid_.SetCheck(row, 0, data.loaded_check);
+    if (data.loaded_text != 0) {
+      grid_.SetText(row, description_.editable_column, loaded_texts_[data.loaded_text - 1]);
+      data.loaded_text = 0;
+    }
+    SetRowColor(row, 0);
+  }
+  nested_rows_.clear();
+  grid_.RemoveRows(removed);
 }
 
 }  // namespace quillan

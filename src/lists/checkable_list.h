@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lists/list_changes.h"
 #include "lists/list_description.h"
 #include "lists/list_services.h"
 #include "platform/ado/recordset.h"
@@ -25,14 +26,50 @@ class CheckableList : public GridListener {
   CheckableList(const CheckableList&) = delete;
   CheckableList& operator=(const CheckableList&) = delete;
 
-  /// Reloads the rows from the database; a failed query leaves the header alone.
-  void Refresh();
-  /// Writes the user's changes to the database, row by row as displayed, under the busy pointer.
-  /// Row states and marks stay until the next `Refresh`. A list may let `ado::Error` out.
-  void Sync();
+  /// Reloads the rows from the database and drops every pending change. False, with the header
+  /// alone and the reason in `LoadError`, when the rows cannot be read.
+  bool Refresh();
+  /// Reloads the rows after a save and lays the rows that it did not write over them, still
+  /// pending. When the rows cannot be read the pending ones wait for the next call.
+  bool Reload();
+  /// Why the rows could not be read; empty while they are the database's.
+  const std::string& LoadError() const { return load_error_; }
+
+  /// Writes the pending rows to the database, row by row as displayed, under the busy pointer. Row
+  /// states and marks stay until the next load. A row fails when one of its statements fails; the
+  /// next row is written all the same, but for a list whose failures stop the save: that one lets
+  /// the failure out.
+  SaveOutcome Sync();
+  /// The rows that the last `Sync` could not save, in their order.
+  const std::vector<SaveFailure>& Failures() const { return failures_; }
+
+  /// The number of pending rows: those whose state is not kUnchanged.
+  int PendingCount() const {
+    return pending_count_ + (saved_ ? 0 : static_cast<int>(kept_.size()));
+  }
+  /// The pending rows, as displayed.
+  std::vector<PendingRow> Pending() const;
+  /// Gives rows the values that were loaded; a new row is removed. `rows` is ascending.
+  void Revert(const std::vector<int>& rows);
+  void RevertSelected() { Revert(grid_.SelectedRows()); }
+  /// `handler` is called when `PendingCount` may have changed.
+  void OnPendingChanged(std::function<void()> handler) { pending_changed_ = std::move(handler); }
+
+  /// Gives the editable column of a data row another text, as an edit in place does.
+  void EditText(int row, std::string_view text);
+
+  /// Whether a save must compare the pending rows with the stored ones first.
+  bool NeedsConflictCheck() const { return description_.finds_conflicts && PendingCount() > 0; }
+  /// Reads the stored rows and adds the conflicts with the pending ones to `conflicts`. False, with
+  /// the reason in the session's `LastError`, when they cannot be read.
+  bool FindConflicts(std::vector<Conflict>& conflicts);
+  /// Carries out the answer, but for kCancel, to conflicts that `FindConflicts` found. A nested new
+  /// group is never written: it is dropped with kKeepTheirs and else fails in the next `Sync`.
+  void Resolve(const std::vector<Conflict>& conflicts, ConflictAnswer answer);
 
   Grid& Table() { return grid_; }
   const Grid& Table() const { return grid_; }
+  const ListDescription& Description() const { return description_; }
 
   /// The buttons beside the list, from top to bottom.
   virtual std::vector<ListCommand> Commands() = 0;
@@ -41,6 +78,11 @@ class CheckableList : public GridListener {
   /// `handler` is called when `RowCommandsEnabled` may have changed.
   void OnRowCommands(std::function<void()> handler) { row_commands_changed_ = std::move(handler); }
 
+  /// Identifies the row among the stored ones, however its texts are written.
+  virtual std::string Key(const Grid& grid, int row) const = 0;
+  /// Names the row to the user.
+  virtual std::string RowName(const Grid& grid, int row) const = 0;
+
   void OnClick(int row, int column) override;
   bool OnKeyPress(char32_t key) override;
   void OnSelectionChanged() override;
@@ -48,50 +90,87 @@ class CheckableList : public GridListener {
   void OnAfterEdit(int row, int column) override;
 
  protected:
+  /// Reports the grid's changes and the number of pending rows once, at its end.
+  class Edit {
+   public:
+    explicit Edit(CheckableList& list) : list_(list), batch_(list.grid_) {}
+    ~Edit() { list_.ReportPending(); }
+    Edit(const Edit&) = delete;
+    Edit& operator=(const Edit&) = delete;
+
+   private:
+    CheckableList& list_;
+    Grid::Batch batch_;
+  };
+
   /// Empties the grid and lays it out, with the header row alone.
   void InitGrid();
+  /// Removes every row of the grid, the header too.
+  void EmptyGrid();
   /// Checks or unchecks a data row and marks it changed; does nothing to other rows. A row that was
   /// to be deleted is thereby kept.
   void SetRowChecked(int row, bool checked);
   void ToggleRow(int row);
   void SetSelectedChecked(bool checked);
   void ToggleSelected();
+  /// Marks a row to be deleted by the next save.
+  void MarkDeleted(int row);
+  /// Adds a user-defined row of state kNew with `texts` from column 1 on; returns its number.
+  int AppendNewRow(const std::vector<std::string>& texts, CheckState check);
 
   RowState State(int row) const { return static_cast<RowState>(grid_.RowData(row).state); }
-  void SetState(int row, RowState state) {
-    grid_.RowData(row).state = static_cast<std::int8_t>(state);
-  }
+  void SetState(int row, RowState state);
   bool IsChecked(int row) const { return grid_.Check(row, 0) == CheckState::kChecked; }
   /// The check state as it stands in a statement: "1" or "0".
   std::string_view Enabled(int row) const { return IsChecked(row) ? "1" : "0"; }
   bool IsSystem(int row) const { return grid_.RowData(row).system; }
-  /// Sets the system flag of the row, and the bold type of one that the user defined.
-  void SetSystem(int row, bool system);
-  void SetRowColor(int row, Color color);
-  int EditableColumn() const { return description_.editable_column; }
   const ListServices& services() const { return services_; }
 
-  /// Called for each row that was loaded, while `rows` stands on its record.
-  virtual void OnRowLoaded(ado::Recordset& /*rows*/, int /*row*/) {}
+  /// Called for each row that was loaded into `grid`, while `rows` stands on its record.
+  virtual void OnRowLoaded(ado::Recordset& /*rows*/, Grid& /*grid*/, int /*row*/) {}
   /// Called before the first and after the last row of a `Sync`.
   virtual void OnSyncBegins() {}
   virtual void OnSyncEnds() {}
-  /// Write one row that was changed, added, or (user-defined rows only) deleted.
-  virtual void WriteChanged(int row) = 0;
-  virtual void WriteNew(int row) = 0;
-  virtual void WriteDeleted(int row) = 0;
+  /// The statement that writes a changed, new or (user-defined rows only) deleted row.
+  virtual std::string Statement(int row) const = 0;
+  /// Runs what writes a row, where that is more than its statement.
+  virtual void Write(int row);
+  /// Whether the new row may not stand beside the stored row of `stored`.
+  virtual bool IsNested(int /*row*/, const Grid& /*stored*/, int /*stored_row*/) const {
+    return false;
+  }
 
  private:
-  void LoadRow(ado::Recordset& rows, std::vector<ado::Field>& fields);
+  class Save;
+
+  void LayOut(Grid& grid) const;
+  void LoadRows(ado::Recordset& rows, Grid& grid);
+  void LoadRow(ado::Recordset& rows, std::vector<ado::Field>& fields, Grid& grid);
+  bool LoadOver(std::vector<KeptRow> kept);
+  static void SetSystem(Grid& grid, int row, bool system);
+  void SetRowColor(int row, Color color);
   void MarkChanged(int row);
-  bool WriteRow(int row);
-  void RecordLastUpdate();
+  void ReportPending();
+  std::string LoadedText(int row) const;
+  std::string ValuesText(const Grid& grid, int row) const;
+  KeptRow Keep(int row) const;
+  void LayOver(const KeptRow& kept, int row);
+  void TakeStored(const Conflict& conflict);
 
   ListDescription description_;
   ListServices services_;
   Grid grid_;
   std::string edit_start_text_;
+  std::vector<std::string> loaded_texts_;  // Of rows whose text was edited.
+  std::string load_error_;
+  int pending_count_ = 0;      // In the grid.
+  int reported_count_ = 0;     // As the handler knows it.
+  std::vector<KeptRow> kept_;  // Not written yet and to be laid over the rows of the next load.
+  bool saved_ = false;         // The grid still shows the rows that a save has gone through.
+  std::vector<SaveFailure> failures_;
+  std::vector<int> nested_rows_;  // Refused by the next `Sync`.
   std::function<void()> row_commands_changed_;
+  std::function<void()> pending_changed_;
 };
 
 }  // namespace quillan

@@ -17,47 +17,28 @@ std::vector<ListCommand> EditableList::Commands() {
   };
 }
 
-int EditableList::AddRow(std::initializer_list<std::string_view> texts) {
-  Grid& grid = Table();
-  const Grid::Batch batch(grid);
-  const int row = AppendNewRow(texts, true);
-  grid.SelectOnly(row, 1);
+int EditableList::AddRow(const std::vector<std::string>& texts) {
+  const Edit edit(*this);
+  const int row = AppendNewRow(texts, CheckState::kChecked);
+  Table().SelectOnly(row, 1);
   return row;
-}
-
-int EditableList::AppendNewRow(std::initializer_list<std::string_view> texts, bool checked) {
-  Grid& grid = Table();
-  // Between a save and the next load the grid can be without even its header.
-  if (grid.Rows() == 0) InitGrid();
-  const int row = grid.AppendRow();
-  grid.SetCheck(row, 0, checked ? CheckState::kChecked : CheckState::kUnchecked);
-  int column = 1;
-  for (const std::string_view text : texts) grid.SetText(row, column++, text);
-  SetRowColor(row, kChangedColor);
-  SetSystem(row, false);
-  SetState(row, RowState::kNew);
-  return row;
-}
-
-void EditableList::DeleteRow(int row, bool first) {
-  SetState(row, RowState::kDeleted);
-  Table().RowData(row).deleted_first = first;
-  Table().SetCheck(row, 0, CheckState::kNone);
-  SetRowColor(row, kDeletedColor);
 }
 
 void EditableList::ApplyImport(const ImportPlan& plan) {
-  Grid& grid = Table();
-  const Grid::Batch batch(grid);
-  for (const int row : plan.deleted_rows) DeleteRow(row, true);
+  const Edit edit(*this);
+  for (const int row : plan.deleted_rows) {
+    MarkDeleted(row);
+    Table().RowData(row).deleted_first = true;
+  }
   for (const ImportLine& line : plan.lines) {
+    const CheckState check = line.enabled ? CheckState::kChecked : CheckState::kUnchecked;
     if (line.verdict == ImportVerdict::kChanged) {
       SetRowChecked(line.row, line.enabled);
-      grid.SetText(line.row, EditableColumn(), line.name);
+      EditText(line.row, line.name);
     } else if (line.verdict == ImportVerdict::kNew && line.end.empty()) {
-      AppendNewRow({line.key, line.name}, line.enabled);
+      AppendNewRow({line.key, line.name}, check);
     } else if (line.verdict == ImportVerdict::kNew) {
-      AppendNewRow({line.key, line.end, line.name}, line.enabled);
+      AppendNewRow({line.key, line.end, line.name}, check);
     }
   }
   OnImported();
@@ -74,8 +55,8 @@ void EditableList::DeleteSelected() {
   const std::vector<int> selected = grid.SelectedRows();
   for (const int row : selected) {
     if (!IsSystem(row)) {
-      const Grid::Batch batch(grid);
-      DeleteRow(row, false);
+      const Edit edit(*this);
+      MarkDeleted(row);
     } else if (warn) {
       warn = WarnOfSystemRow(row, selected.size() > 1);
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,14 +47,11 @@ class EditableList : public CheckableList {
   virtual void Add() = 0;
   /// Adds a checked, user-defined row of state kNew with `texts` from column 1 on, makes it the
   /// current row and returns its number.
-  int AddRow(std::initializer_list<std::string_view> texts);
+  int AddRow(const std::vector<std::string>& texts);
   /// Called after an import has changed the rows.
   virtual void OnImported() {}
 
  private:
-  int AppendNewRow(std::initializer_list<std::string_view> texts, bool checked);
-  // `first`: written before the list's insertions.
-  void DeleteRow(int row, bool first);
   void DeleteSelected();
   bool WarnOfSystemRow(int row, bool several);
 

@@ -40,7 +40,9 @@ void FlowRegrouping::BeforeChange(const GroupRange& group) {
   NoteOverlap(group, group.enabled ? 0 : 1);
 }
 
-void FlowRegrouping::BeforeDelete(const GroupRange& group) { NoteOverlap(group, 1); }
+void FlowRegrouping::BeforeDelete(const GroupRange& group, bool stored) {
+  NoteOverlap(group, stored ? 1 : 0);
+}
 
 void FlowRegrouping::BeforeInsert(const GroupRange& group) { NoteOverlap(group, 0); }
 

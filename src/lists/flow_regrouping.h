@@ -30,9 +30,9 @@ class FlowRegrouping {
   FlowRegrouping(FlowDatabase& database, MessageBox& messages)
       : database_(database), messages_(messages) {}
 
-  // Before the row's own statement.
+  // Before the row's own statement. `stored`: the group to be deleted still is.
   void BeforeChange(const GroupRange& group);
-  void BeforeDelete(const GroupRange& group);
+  void BeforeDelete(const GroupRange& group, bool stored);
   void BeforeInsert(const GroupRange& group);
 
   // After the row's own statement. An inserted group's `id` is that under which it was stored.

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "lists/list_description.h"
+#include "lists/list_changes.h"
 
 namespace quillan {
 namespace {

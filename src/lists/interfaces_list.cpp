@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/text/number.h"
+#include "db/sql_text.h"
 
 namespace quillan {
 namespace {
@@ -25,6 +25,9 @@ constexpr ListDescription kInterfaces = {
         "FROM Interfaces i "
         "INNER JOIN Nodes n ON i.NodeID = n.NodeID "
         "LEFT JOIN NetflowSources s on i.InterfaceID = s.InterfaceID",
+    .finds_conflicts = false,  // Both statements leave what somebody else did already.
+    .batch = true,
+    .stops_at_failure = true,
 };
 
 }  // namespace
@@ -42,17 +45,24 @@ std::vector<ListCommand> InterfacesList::Commands() {
 }
 
 void InterfacesList::SetAllChecked(bool checked) {
-  const Grid::Batch batch(Table());
+  const Edit edit(*this);
   for (int row = Grid::kFixedRows; row < Table().Rows(); ++row) SetRowChecked(row, checked);
 }
 
-void InterfacesList::WriteChanged(int row) {
-  const std::string id =
-      text::FormatDigits(text::ReadLeadingNumber(Table().Text(row, kInterfaceId)));
-  services().database.ExecuteChecked(
-      IsChecked(row) ? "if not exists (select * from NetFlowSources where InterfaceID = " + id +
-                           ") insert into NetFlowSources (InterfaceID) values (" + id + ")"
-                     : "delete from NetFlowSources where InterfaceID = " + id);
+std::string InterfacesList::Key(const Grid& grid, int row) const {
+  return SqlKey(grid.Text(row, kInterfaceId));
+}
+
+std::string InterfacesList::RowName(const Grid& grid, int row) const {
+  return std::string(grid.Text(row, 1)) + ", " + std::string(grid.Text(row, 2)) + " (" +
+         Key(grid, row) + ")";
+}
+
+std::string InterfacesList::Statement(int row) const {
+  const std::string id = Key(Table(), row);
+  return IsChecked(row) ? "if not exists (select * from NetFlowSources where InterfaceID = " + id +
+                              ") insert into NetFlowSources (InterfaceID) values (" + id + ")"
+                        : "delete from NetFlowSources where InterfaceID = " + id;
 }
 
 }  // namespace quillan

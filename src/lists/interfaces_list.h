@@ -13,11 +13,11 @@ class InterfacesList final : public CheckableList {
 
   std::vector<ListCommand> Commands() override;
 
+  std::string Key(const Grid& grid, int row) const override;
+  std::string RowName(const Grid& grid, int row) const override;
+
  protected:
-  void WriteChanged(int row) override;
-  // Rows can be neither added nor deleted here.
-  void WriteNew(int /*row*/) override {}
-  void WriteDeleted(int /*row*/) override {}
+  std::string Statement(int row) const override;
 
  private:
   void SetAllChecked(bool checked);

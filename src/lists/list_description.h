@@ -10,9 +10,6 @@
 
 namespace quillan {
 
-/// What became of a row since it was loaded; the grid keeps it as the row's data.
-enum class RowState { kDeleted = -1, kUnchanged = 0, kChanged = 1, kNew = 2 };
-
 /// A column of a list. Column 0 is the check column: its field says whether the box is checked.
 struct ListColumn {
   std::string_view header;
@@ -29,7 +26,10 @@ struct ListDescription {
   std::string_view system_field = {};  ///< True for system-defined rows; empty: no row is marked.
   int editable_column = 0;             ///< 0: none.
   std::string_view last_update_setting =
-      {};  ///< The global setting of the last change; empty: none.
+      {};                         ///< The global setting of the last change; empty: none.
+  bool finds_conflicts = true;    ///< A save compares the stored rows with the loaded ones first.
+  bool batch = false;             ///< Each row is one statement, and several may be sent at once.
+  bool stops_at_failure = false;  ///< A row that fails ends the whole save.
 };
 
 enum class CommandPlace { kTop, kBottom };

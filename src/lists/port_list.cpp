@@ -20,6 +20,7 @@ constexpr ListDescription kPorts = {
     .system_field = "System",
     .editable_column = kPortDescriptionColumn,
     .last_update_setting = "LastServicePortUpdate",
+    .batch = true,
 };
 
 constexpr EditableListTexts kTexts = {
@@ -59,25 +60,24 @@ void PortList::Add() {
 
 void PortList::OnImported() { Table().Sort(kPortColumn, SortDirection::kAscending); }
 
-void PortList::WriteChanged(int row) {
-  const Grid& grid = Table();
-  services().database.Execute(
-      "Update ServicePorts Set ServiceName=" + SqlText(grid.Text(row, kPortDescriptionColumn)) +
-      ", Enabled=" + std::string(Enabled(row)) +
-      " Where Port=" + std::string(grid.Text(row, kPortColumn)));
+std::string PortList::Key(const Grid& grid, int row) const {
+  return SqlKey(grid.Text(row, kPortColumn));
 }
 
-void PortList::WriteNew(int row) {
-  const Grid& grid = Table();
-  services().database.Execute(
-      "Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values (" +
-      std::string(grid.Text(row, kPortColumn)) + "," +
-      SqlText(grid.Text(row, kPortDescriptionColumn)) + ",0," + std::string(Enabled(row)) + ")");
-}
-
-void PortList::WriteDeleted(int row) {
-  services().database.Execute("Delete From ServicePorts Where Port=" +
-                              std::string(Table().Text(row, kPortColumn)));
+std::string PortList::Statement(int row) const {
+  const std::string port = Key(Table(), row);
+  const std::string name = SqlText(Table().Text(row, kPortDescriptionColumn));
+  const std::string enabled(Enabled(row));
+  switch (State(row)) {
+    case RowState::kDeleted:
+      return "Delete From ServicePorts Where Port=" + port;
+    case RowState::kNew:
+      return "Insert Into ServicePorts (Port, ServiceName, System, Enabled) Values (" + port + "," +
+             name + ",0," + enabled + ")";
+    default:
+      return "Update ServicePorts Set ServiceName=" + name + ", Enabled=" + enabled +
+             " Where Port=" + port;
+  }
 }
 
 }  // namespace quillan

@@ -18,12 +18,13 @@ class PortList final : public EditableList {
 
   ImportPlan PlanImport(std::string_view bytes, ImportMode mode) override;
 
+  std::string Key(const Grid& grid, int row) const override;
+  std::string RowName(const Grid& grid, int row) const override { return Key(grid, row); }
+
  protected:
   void Add() override;
   void OnImported() override;
-  void WriteChanged(int row) override;
-  void WriteNew(int row) override;
-  void WriteDeleted(int row) override;
+  std::string Statement(int row) const override;
 
  private:
   AddNewPort add_new_port_;

@@ -32,12 +32,14 @@ struct GridColumn {
 
 /// What the owner of a grid keeps with a row. The grid moves it with the row and does not use it.
 struct GridRowData {
-  std::int8_t state = 0;       ///< The list's row state.
-  bool system = false;         ///< The system defined the row, not the user.
-  bool has_range = true;       ///< The row's two addresses are a range.
-  bool deleted_first = false;  ///< A deletion that is written before the other rows.
-  std::int32_t id = 0;         ///< The identifier of the stored row; 0: not known.
-  std::uint32_t original = 0;  ///< 1 + the position of the row's loaded values; 0: not kept.
+  std::int8_t state = 0;                        ///< The list's row state.
+  CheckState loaded_check = CheckState::kNone;  ///< As loaded; kNone: the row is not stored.
+  bool system : 1 = false;                      ///< The system defined the row, not the user.
+  bool has_range : 1 = true;                    ///< The row's two addresses are a range.
+  bool deleted_first : 1 = false;  ///< A deletion that is written before the other rows.
+  std::int32_t id = 0;             ///< The stored row's identifier; 0: not known.
+  std::uint32_t loaded_text = 0;   ///< 1 + the position of the editable string that was loaded; 0:
+                                   ///< it is the displayed one.
 };
 
 /// A table of cells without a toolkit: one fixed header row (row 0) with the data rows below it, a

@@ -1,0 +1,340 @@
+// The part of CheckableList that writes pending rows and compares them with the stored ones.
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "db/sql_text.h"
+#include "lists/checkable_list.h"
+#include "lists/list_import.h"
+#include "platform/ado/error.h"
+
+namespace quillan {
+namespace {
+
+constexpr size_t kBatchRows = 100;
+
+constexpr std::string_view kNestedFailure =
+    "The group would be nested with one that was added in the meantime.";
+
+}  // namespace
+
+/// One `Sync` of a list.
+class CheckableList::Save {
+ public:
+  explicit Save(CheckableList& list)
+      : list_(list), database_(list.services_.database), rows_(RowsToWrite()) {
+    outcome_.total = static_cast<int>(rows_.size());
+    database_.BeginReport();
+  }
+
+  SaveOutcome Run() {
+    try {
+      list_.OnSyncBegins();
+      WriteRows();
+    } catch (...) {
+      End();
+      throw;
+    }
+    if (next_ > 0) RecordLastUpdate();
+    End();
+    return outcome_;
+  }
+
+ private:
+  std::vector<int> RowsToWrite() const {
+    std::vector<int> rows;
+    for (int row = Grid::kFixedRows; row < list_.grid_.Rows(); ++row) {
+      const RowState state = list_.State(row);
+      const bool kept = state == RowState::kDeleted && list_.IsSystem(row);
+      if (state != RowState::kUnchanged && !kept) rows.push_back(row);
+    }
+    std::stable_partition(rows.begin(), rows.end(), [&](int row) {
+      return list_.State(row) == RowState::kDeleted && list_.grid_.RowData(row).deleted_first;
+    });
+    return rows;
+  }
+
+  void WriteRows() {
+    ListHost& host = list_.services_.host;
+    while (next_ < rows_.size() && !outcome_.stopped) {
+      const ado::Error* failure = list_.description_.batch ? WriteBatch() : WriteRow();
+      if (failure != nullptr && list_.description_.stops_at_failure) throw ado::Error(*failure);
+      const bool timed_out = failure != nullptr && failure->IsTimeout();
+      const bool go_on = host.OnProgress(static_cast<int>(next_), outcome_.total) &&
+                         (!timed_out || host.OnTimeout(failure->what()));
+      outcome_.stopped = !go_on && next_ < rows_.size();
+    }
+  }
+
+  // Sets aside what was not written.
+  void End() {
+    unwritten_.insert(unwritten_.end(), rows_.begin() + static_cast<std::ptrdiff_t>(next_),
+                      rows_.end());
+    for (const int row : unwritten_) list_.kept_.push_back(list_.Keep(row));
+    list_.saved_ = true;
+    database_.EndReport();
+    list_.OnSyncEnds();
+  }
+
+  // Both write from `next_` on and return the last failure, if any.
+  const ado::Error* WriteRow() {
+    const int row = rows_[next_++];
+    if (std::ranges::count(list_.nested_rows_, row) > 0) {
+      return Fail(row, ado::Error(0, "", std::string(kNestedFailure)));
+    }
+    const size_t before = database_.Report().failures.size();
+    try {
+      list_.Write(row);
+    } catch (const ado::Error& error) {
+      return Fail(row, error);
+    } catch (const std::exception& error) {
+      return Fail(row, ado::Error(0, "", error.what()));
+    }
+    const auto& failures = database_.Report().failures;
+    if (failures.size() > before) return Fail(row, failures[before].error);
+    ++outcome_.written;
+    return nullptr;
+  }
+
+  const ado::Error* WriteBatch() {
+    std::vector<std::string> statements;
+    for (size_t i = next_; i < std::min(next_ + kBatchRows, rows_.size()); ++i) {
+      statements.push_back(list_.Statement(rows_[i]));
+    }
+    const ado::Error* failure = nullptr;
+    const auto mode = list_.description_.stops_at_failure ? ado::BatchMode::kStopAtFailure
+                                                          : ado::BatchMode::kRunAll;
+    for (const ado::Outcome& outcome : database_.ExecuteBatch(statements, mode)) {
+      const int row = rows_[next_++];
+      if (outcome) {
+        failure = Fail(row, *outcome);
+      } else {
+        ++outcome_.written;
+      }
+    }
+    return failure;
+  }
+
+  const ado::Error* Fail(int row, const ado::Error& error) {
+    ++outcome_.failed;
+    unwritten_.push_back(row);
+    list_.failures_.push_back({list_.RowName(list_.grid_, row), error.what()});
+    return &last_failure_.emplace(error);
+  }
+
+  void RecordLastUpdate() {
+    const std::string_view setting = list_.description_.last_update_setting;
+    if (setting.empty()) return;
+    const ListServices& services = list_.services_;
+    const size_t before = database_.Report().failures.size();
+    database_.Execute("exec tbsp_netflowSetGlobalSetting '" + std::string(setting) + "', " +
+                      SqlText(services.locale.GeneralDateText(services.clock.Now())));
+    const auto& failures = database_.Report().failures;
+    if (failures.size() > before) {
+      list_.failures_.push_back({std::string(setting), failures[before].error.what()});
+    }
+  }
+
+  CheckableList& list_;
+  FlowDatabase& database_;
+  std::vector<int> rows_;  // In the order in which they are written.
+  size_t next_ = 0;
+  std::vector<int> unwritten_;  // Of those before `next_`.
+  SaveOutcome outcome_;
+  std::optional<ado::Error> last_failure_;
+};
+
+SaveOutcome CheckableList::Sync() {
+  const BusyPointer busy(services_.host);
+  failures_.clear();
+  // Rows that an earlier save left and that could not be laid over the stored ones since.
+  if (!kept_.empty() && !saved_ && !Reload()) {
+    if (description_.stops_at_failure) throw ado::Error(0, "", load_error_);
+    failures_.push_back({std::string(description_.columns[1].header), load_error_});
+    return {.total = PendingCount(), .failed = PendingCount()};
+  }
+  kept_.clear();
+  return Save(*this).Run();
+}
+
+void CheckableList::Write(int row) { services_.database.Execute(Statement(row)); }
+
+KeptRow CheckableList::Keep(int row) const {
+  KeptRow kept{Key(grid_, row),    RowName(grid_, row), State(row), grid_.Check(row, 0), {},
+               grid_.RowData(row), LoadedText(row)};
+  for (int column = 0; column < grid_.Columns(); ++column) {
+    kept.texts.emplace_back(grid_.Text(row, column));
+  }
+  return kept;
+}
+
+// `row` is the stored row of the same key; 0 when there is none.
+void CheckableList::LayOver(const KeptRow& kept, int row) {
+  const bool stored = row != 0;
+  if (!stored) {
+    row = grid_.AppendRow();
+    for (int column = 1; column < grid_.Columns(); ++column) {
+      grid_.SetText(row, column, kept.texts[static_cast<size_t>(column)]);
+    }
+    grid_.RowData(row) = kept.data;
+    grid_.RowData(row).state = 0;
+    grid_.RowData(row).loaded_text = 0;
+    // What the row was deleted from or added to does not hold it.
+    if (kept.state != RowState::kChanged) grid_.RowData(row).loaded_check = CheckState::kNone;
+    SetSystem(grid_, row, kept.data.system);
+  }
+  if (kept.state == RowState::kDeleted) return MarkDeleted(row);
+  SetState(row, kept.state == RowState::kNew && !stored ? RowState::kNew : RowState::kChanged);
+  grid_.SetCheck(row, 0, kept.check);
+  SetRowColor(row, kChangedColor);
+  const int editable = description_.editable_column;
+  if (editable == 0) return;
+  const std::string before = stored ? std::string(grid_.Text(row, editable)) : kept.loaded_text;
+  const std::string& text = kept.texts[static_cast<size_t>(editable)];
+  if (text == before || kept.state == RowState::kNew) return grid_.SetText(row, editable, text);
+  loaded_texts_.push_back(before);
+  grid_.RowData(row).loaded_text = static_cast<std::uint32_t>(loaded_texts_.size());
+  grid_.SetText(row, editable, text);
+}
+
+std::string CheckableList::ValuesText(const Grid& grid, int row) const {
+  const bool checked = grid.Check(row, 0) == CheckState::kChecked;
+  std::string text(CheckWord(checked ? CheckState::kChecked : CheckState::kUnchecked));
+  if (description_.editable_column != 0) {
+    text.append(", ").append(grid.Text(row, description_.editable_column));
+  }
+  return text;
+}
+
+bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
+  if (!kept_.empty() && !saved_ && !Reload()) return false;
+  const auto rows = services_.database.OpenRecordset(description_.query);
+  if (!rows) return false;
+  Grid stored;
+  LayOut(stored);
+  LoadRows(*rows, stored);
+
+  const int editable = description_.editable_column;
+  const size_t first = conflicts.size();
+  const auto add = [&](ConflictKind kind, int row, int stored_row) {
+    const RowState state = State(row);
+    Conflict& conflict = conflicts.emplace_back();
+    conflict.kind = kind;
+    conflict.row = row;
+    conflict.name = RowName(grid_, row);
+    if (state != RowState::kNew) {
+      conflict.loaded = std::string(CheckWord(grid_.RowData(row).loaded_check));
+      if (editable != 0) conflict.loaded += ", " + LoadedText(row);
+    }
+    conflict.ours = state == RowState::kDeleted ? "to be deleted" : ValuesText(grid_, row);
+    if (stored_row == 0) return;
+    conflict.theirs = ValuesText(stored, stored_row);
+    if (kind == ConflictKind::kNested) conflict.theirs += " (" + RowName(stored, stored_row) + ")";
+    conflict.stored = stored.RowData(stored_row);
+    if (editable != 0) conflict.stored_text = stored.Text(stored_row, editable);
+  };
+
+  std::unordered_multimap<std::string, int> pending;
+  std::unordered_set<std::string> known;
+  bool adds = false;
+  for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+    if (State(row) != RowState::kUnchanged) pending.emplace(Key(grid_, row), row);
+    adds |= State(row) == RowState::kNew;
+  }
+  for (int row = Grid::kFixedRows; adds && row < grid_.Rows(); ++row) {
+    if (State(row) != RowState::kNew) known.insert(Key(grid_, row));
+  }
+  for (int stored_row = Grid::kFixedRows; stored_row < stored.Rows(); ++stored_row) {
+    const std::string key = Key(stored, stored_row);
+    const auto [begin, end] = pending.equal_range(key);
+    std::unordered_set<int> same;
+    for (auto match = begin; match != end; ++match) {
+      const int row = match->second;
+      same.insert(row);
+      const RowState state = State(row);
+      const std::string_view text = editable != 0 ? stored.Text(stored_row, editable) : "";
+      const bool as_loaded =
+          stored.Check(stored_row, 0) == grid_.RowData(row).loaded_check && text == LoadedText(row);
+      const bool as_ours = state == RowState::kChanged &&
+                           stored.Check(stored_row, 0) == grid_.Check(row, 0) &&
+                           (editable == 0 || text == grid_.Text(row, editable));
+      if (state == RowState::kNew) {
+        add(ConflictKind::kTaken, row, stored_row);
+      } else if (!as_loaded && !as_ours) {
+        add(ConflictKind::kChanged, row, stored_row);
+      }
+    }
+    pending.erase(begin, end);
+    if (!adds || known.contains(key)) continue;
+    // Only somebody else's rows can be nested with ours: the add dialogs refuse the others.
+    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+      if (State(row) == RowState::kNew && !same.contains(row) &&
+          IsNested(row, stored, stored_row)) {
+        add(ConflictKind::kNested, row, stored_row);
+      }
+    }
+  }
+  for (const auto& [key, row] : pending) {
+    if (State(row) == RowState::kChanged) add(ConflictKind::kGone, row, 0);
+  }
+  std::sort(conflicts.begin() + static_cast<std::ptrdiff_t>(first), conflicts.end(),
+            [](const Conflict& a, const Conflict& b) { return a.row < b.row; });
+  return true;
+}
+
+// Gives the row the stored row's values as the loaded ones.
+void CheckableList::TakeStored(const Conflict& conflict) {
+  GridRowData& data = grid_.RowData(conflict.row);
+  const std::int8_t state = data.state;
+  data = conflict.stored;
+  data.state = state;
+  data.loaded_text = 0;
+  SetSystem(grid_, conflict.row, conflict.stored.system);
+}
+
+void CheckableList::Resolve(const std::vector<Conflict>& conflicts, ConflictAnswer answer) {
+  if (answer == ConflictAnswer::kCancel) return;
+  const Edit edit(*this);
+  const int editable = description_.editable_column;
+  std::vector<int> removed;
+  for (const Conflict& conflict : conflicts) {
+    const int row = conflict.row;
+    const bool stored =
+        conflict.kind == ConflictKind::kChanged || conflict.kind == ConflictKind::kTaken;
+    if (answer == ConflictAnswer::kKeepTheirs) {
+      SetState(row, RowState::kUnchanged);
+      if (!stored) {
+        removed.push_back(row);
+        continue;
+      }
+      TakeStored(conflict);
+      grid_.SetCheck(row, 0, conflict.stored.loaded_check);
+      if (editable != 0) grid_.SetText(row, editable, conflict.stored_text);
+      SetRowColor(row, 0);
+    } else if (stored) {
+      TakeStored(conflict);
+      if (conflict.kind == ConflictKind::kTaken) SetState(row, RowState::kChanged);
+      if (editable != 0 && conflict.stored_text != grid_.Text(row, editable)) {
+        loaded_texts_.push_back(conflict.stored_text);
+        grid_.RowData(row).loaded_text = static_cast<std::uint32_t>(loaded_texts_.size());
+      }
+    } else if (conflict.kind == ConflictKind::kGone) {
+      SetState(row, RowState::kNew);
+      GridRowData& data = grid_.RowData(row);
+      data.loaded_check = CheckState::kNone;
+      data.loaded_text = 0;
+      data.id = 0;
+      SetSystem(grid_, row, false);
+    } else {
+      nested_rows_.push_back(row);
+    }
+  }
+  std::sort(removed.begin(), removed.end());
+  removed.erase(std::unique(removed.begin(), removed.end()), removed.end());
+  grid_.RemoveRows(removed);
+}
+
+}  // namespace quillan
