@@ -55,6 +55,11 @@ class Groups {
       return 0;
     }
     const auto& range = std::get<AddressRange>(parsed);
+    // Perhaps another group was meant.
+    if (!range.note.empty()) {
+      reason = range.note;
+      return 0;
+    }
     const Grid& grid = list.Table();
     for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
       if (IPAddressToSortValue(grid.Text(row, kGroupStartColumn)) == range.start_value &&

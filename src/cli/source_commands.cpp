@@ -76,7 +76,7 @@ ExitStatus ListSources(Session& session) {
     Console::PrintError(session.database().LastError());
     return kNoSession;
   }
-  return printer.Finish() ? kDone : kFailed;
+  return printer.Finish() && !Console::Interrupted() ? kDone : kFailed;
 }
 
 ExitStatus EnableSources(Session& session) { return CheckSources(session, '+'); }

@@ -170,6 +170,7 @@ TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
       {"groups disable 10.0.0.0/22", 0, "", "", kEndpoints, {"10.0.0.7|0", "10.0.9.7|0"}},
       {"groups delete -y 10.0.0.0-10.0.3.255", 0, "", "", kEndpoints, {"10.0.0.7|0", "10.0.9.7|0"}},
       {"groups delete -y 10.0.0.0/24", 1, "no group with the range", "", kGroups, kGroupsAsStored},
+      {"groups delete -y 10.0.0.7/22", 1, "not the first address", "", kGroups, kGroupsAsStored},
       {"groups import --replace $f",
        0,
        "",
