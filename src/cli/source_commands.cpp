@@ -1,4 +1,5 @@
 #include <array>
+#include <map>
 
 #include "cli/commands.h"
 #include "cli/list_commands.h"
@@ -18,7 +19,8 @@ std::vector<OutputColumn> SourceColumns() {
 // The rows that the command line names. All of its keys must name one.
 std::vector<int> NamedRows(const Grid& grid, const Options& options, bool& refused) {
   std::vector<int> rows;
-  std::vector<bool> found(options.keys.size());
+  std::map<std::string_view, bool> found;
+  for (const std::string& id : options.keys) found[id] = false;
   bool node_found = options.node.empty();
   for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
     bool named = options.all;
@@ -26,8 +28,8 @@ std::vector<int> NamedRows(const Grid& grid, const Options& options, bool& refus
         text::EqualsIgnoringCase(grid.Text(row, kSourceNodeColumn), options.node)) {
       named = node_found = true;
     }
-    for (size_t i = 0; i < options.keys.size(); ++i) {
-      if (grid.Text(row, kSourceIdColumn) == options.keys[i]) named = found[i] = true;
+    if (const auto id = found.find(grid.Text(row, kSourceIdColumn)); id != found.end()) {
+      named = id->second = true;
     }
     if (named) rows.push_back(row);
   }
@@ -35,9 +37,9 @@ std::vector<int> NamedRows(const Grid& grid, const Options& options, bool& refus
     Console::PrintError("there is no node " + options.node);
     refused = true;
   }
-  for (size_t i = 0; i < found.size(); ++i) {
-    if (found[i]) continue;
-    Console::PrintError("there is no interface " + options.keys[i]);
+  for (const auto& [id, is_found] : found) {
+    if (is_found) continue;
+    Console::PrintError("there is no interface " + std::string(id));
     refused = true;
   }
   return rows;
