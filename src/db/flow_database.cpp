@@ -184,6 +184,18 @@ std::unique_ptr<ado::Recordset> FlowDatabase::OpenRecordset(std::string_view que
   }
 }
 
+bool FlowDatabase::ReadInBlocks(std::string_view query,
+                                const std::function<bool(ado::Recordset& rows)>& on_block) {
+  if (!OpenDatabase()) return false;
+  try {
+    connection_.QueryInBlocks(query, on_block);
+    return true;
+  } catch (const ado::Error& error) {
+    last_error_ = error.what();
+    return false;
+  }
+}
+
 std::string FlowDatabase::Location() {
   const auto property = [&](std::string_view name) {
     try {

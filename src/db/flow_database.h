@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -82,6 +83,12 @@ class FlowDatabase {
   /// be changed and appended. The cursor is client-side: the rows are in memory once it returns.
   std::unique_ptr<ado::Recordset> OpenRecordset(std::string_view query,
                                                 ado::LockType lock_type = ado::LockType::kReadOnly);
+
+  /// Runs `query` and passes its rows on in blocks, so that results of any size take little memory
+  /// where the driver sends them as they are read. A handler that returns false ends the reading.
+  /// False when the query fails.
+  bool ReadInBlocks(std::string_view query,
+                    const std::function<bool(ado::Recordset& rows)>& on_block);
 
   /// "<catalog> on <server> SQL Server", for display; what cannot be read stays out.
   std::string Location();

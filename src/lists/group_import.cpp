@@ -73,6 +73,7 @@ class GroupImport final : public ImportRules {
   std::string Prepare(const std::vector<int>& remaining,
                       const std::vector<ImportKey>& keys) override {
     std::vector<double> starts;
+    starts.reserve(keys.size() + remaining.size());
     for (const ImportKey& key : keys) starts.push_back(key.first);
     for (const int row : remaining) {
       if (const auto key = KeyOf(row)) starts.push_back(key->first);

@@ -7,7 +7,6 @@
 namespace quillan {
 namespace {
 
-constexpr int kInterfaceId = 3;
 constexpr std::string_view kCaptionWidth = "XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX";
 
 constexpr std::array<ListColumn, 4> kColumns = {{
@@ -42,6 +41,25 @@ constexpr ListDescription kInterfaces = {
 
 }  // namespace
 
+bool ForEachInterface(FlowDatabase& database,
+                      const std::function<bool(const InterfaceRow& row)>& on_row) {
+  return database.ReadInBlocks(kInterfaces.query, [&](ado::Recordset& rows) {
+    if (rows.Eof()) return true;
+    std::vector<ado::Field> fields;
+    for (const ListColumn& column : kColumns) fields.push_back(rows.Fields(column.field));
+    std::array<std::string, kColumns.size()> texts;
+    const auto text = [&](size_t column) -> std::string_view {
+      const ado::Value value = fields[column].Value();
+      if (const auto* view = std::get_if<std::string_view>(&value)) return *view;
+      return texts[column] = ado::ToText(value);
+    };
+    for (; !rows.Eof(); rows.MoveNext()) {
+      if (!on_row({ado::ToBoolean(fields[0].Value()), text(1), text(2), text(3)})) return false;
+    }
+    return true;
+  });
+}
+
 InterfacesList::InterfacesList(const ListServices& services)
     : CheckableList(kInterfaces, services) {}
 
@@ -60,11 +78,11 @@ void InterfacesList::SetAllChecked(bool checked) {
 }
 
 std::string InterfacesList::Key(const Grid& grid, int row) const {
-  return SqlKey(grid.Text(row, kInterfaceId));
+  return SqlKey(grid.Text(row, kSourceIdColumn));
 }
 
 std::string InterfacesList::RowName(const Grid& grid, int row) const {
-  return std::string(grid.Text(row, 1)) + ", " + std::string(grid.Text(row, 2)) + " (" +
+  return std::string(grid.Text(row, kSourceNodeColumn)) + ", " + std::string(grid.Text(row, 2)) + " (" +
          Key(grid, row) + ")";
 }
 

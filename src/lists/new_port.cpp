@@ -1,8 +1,18 @@
 #include "lists/new_port.h"
 
+#include <charconv>
+
 #include "platform/text/number.h"
 
 namespace quillan {
+
+std::optional<std::int32_t> ReadPortNumber(std::string_view text) {
+  std::int32_t number = 0;
+  const char* end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  if (read.ec != std::errc{} || read.ptr != end) return std::nullopt;
+  return number;
+}
 
 std::variant<NewPort, Refusal> ValidateNewPort(std::string_view port_number,
                                                std::string_view description,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,6 +13,9 @@ namespace quillan {
 
 inline constexpr std::int32_t kLowestPort = 1;
 inline constexpr std::int32_t kHighestPort = 65536;
+
+/// The number that `text` is, digits alone; nothing for any other text.
+std::optional<std::int32_t> ReadPortNumber(std::string_view text);
 
 /// Where the rows of a port grid hold the number and its name.
 inline constexpr int kPortColumn = 1;

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <map>
 
 #include "lists/import_planner.h"
@@ -79,12 +78,8 @@ class PortImport final : public ImportRules {
 
  private:
   static std::optional<ImportKey> ReadPort(std::string_view text) {
-    text = text::TrimSpaces(text);
-    int port = 0;
-    const char* end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, port);
-    if (read.ec != std::errc{} || read.ptr != end) return std::nullopt;
-    return ImportKey{port, port};
+    const auto port = ReadPortNumber(text::TrimSpaces(text));
+    return port ? std::optional(ImportKey{*port, *port}) : std::nullopt;
   }
 
   const Grid& grid_;

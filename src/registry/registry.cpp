@@ -43,9 +43,9 @@ std::filesystem::path UserConfigurationFolder() {
 }
 
 Registry::Registry(const std::filesystem::path& program_folder,
-                   const std::filesystem::path& user_folder)
-    : local_machine_(program_folder / "registry.reg"),
-      current_user_(user_folder / "tarrowby.net" / "registry.reg") {}
+                   const std::filesystem::path& user_folder, RegistryAccess access)
+    : local_machine_(program_folder / "registry.reg", access),
+      current_user_(user_folder / "tarrowby.net" / "registry.reg", access) {}
 
 RegistryStore& Registry::Store(RegistryRoot root) {
   return root == RegistryRoot::kLocalMachine ? local_machine_ : current_user_;

@@ -28,7 +28,9 @@ class Registry {
  public:
   /// The computer's values are in "registry.reg" of `program_folder`, the current user's in
   /// "tarrowby.net/registry.reg" of `user_folder` (see UserConfigurationFolder).
-  Registry(const std::filesystem::path& program_folder, const std::filesystem::path& user_folder);
+  /// With kReadOnly everything that would write fails.
+  Registry(const std::filesystem::path& program_folder, const std::filesystem::path& user_folder,
+           RegistryAccess access = RegistryAccess::kReadWrite);
 
   /// The text of an option, read from the file at every call; nothing when there is no such string
   /// value, so that the caller can use its default with `value_or`.

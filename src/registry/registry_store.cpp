@@ -70,7 +70,7 @@ std::optional<std::string> RegistryStore::ReadString(std::string_view key,
 // Runs `edit` on a fresh reading of the file, under its lock; writes what changed.
 template <typename Edit>
 bool RegistryStore::Change(Edit edit) {
-  if (!read_error_.empty()) return false;
+  if (access_ == RegistryAccess::kReadOnly || !read_error_.empty()) return false;
   const std::filesystem::path file = FollowLinks(file_);
   std::error_code ignored;  // A folder that could not be made shows at the lock.
   std::filesystem::create_directories(file.parent_path(), ignored);

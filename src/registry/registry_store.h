@@ -9,13 +9,18 @@
 
 namespace quillan {
 
+/// Whether a registry may write its files; one that may not refuses everything that would.
+enum class RegistryAccess { kReadWrite, kReadOnly };
+
 /// One root of the registry, kept in a text file (see RegistryFile) that other programs and people
 /// change too. Every call reads the file anew; a file that does not exist is an empty root.
 /// Nothing here throws.
 class RegistryStore {
  public:
   /// `file` may be a symbolic link, which is followed and stays.
-  explicit RegistryStore(std::filesystem::path file) : file_(std::move(file)) {}
+  explicit RegistryStore(std::filesystem::path file,
+                         RegistryAccess access = RegistryAccess::kReadWrite)
+      : file_(std::move(file)), access_(access) {}
 
   /// Whether `key` (with its root: "HKEY_LOCAL_MACHINE\Software") exists.
   bool HasKey(std::string_view key) const;
@@ -40,6 +45,7 @@ class RegistryStore {
   bool Change(Edit edit);
 
   std::filesystem::path file_;
+  RegistryAccess access_;
   mutable std::string read_error_;
   bool lock_refused_ = false;  // The last write did not get the lock.
 };

@@ -20,6 +20,14 @@ std::unique_ptr<Recordset> Connection::OpenRecordset(std::string_view query, Loc
   return std::make_unique<Recordset>(std::move(rows), driver_, query);
 }
 
+void Connection::QueryInBlocks(std::string_view query,
+                               const std::function<bool(Recordset& rows)>& on_block) {
+  driver().QueryInBlocks(query, [&](RowStore rows) {
+    Recordset recordset(std::move(rows));
+    return on_block(recordset);
+  });
+}
+
 Driver& Connection::driver() const {
   if (!driver_) throw Error(kObjectClosed, "", "The database connection is closed.");
   return *driver_;

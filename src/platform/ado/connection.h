@@ -50,6 +50,9 @@ class Connection {
   }
   /// Runs `query`; the recordset stands on its first row. Throws `Error`.
   std::unique_ptr<Recordset> OpenRecordset(std::string_view query, LockType lock_type);
+  /// Runs `query` and passes its rows on in blocks; a handler that returns false ends the reading.
+  /// Throws `Error`.
+  void QueryInBlocks(std::string_view query, const std::function<bool(Recordset& rows)>& on_block);
   /// One of the dynamic properties "DBMS Name", "Current Catalog", "Data Source Name". Throws
   /// `Error`.
   std::string Property(std::string_view name) { return driver().Property(name); }

@@ -29,6 +29,12 @@ enum class BatchMode {
   kStopAtFailure,  ///< The first failed statement ends the batch.
 };
 
+/// Receives some rows of a query; returns whether it wants more.
+using BlockHandler = std::function<bool(RowStore rows)>;
+
+/// The rows of a block, at most.
+inline constexpr size_t kBlockRows = 10'000;
+
 /// One open session with a database engine; closing is destruction. Every member may throw
 /// `ado::Error`. Statements are Transact-SQL in UTF-8; a driver for an engine that speaks another
 /// dialect translates them. Calls come one at a time but may come from different threads; `Cancel`
@@ -48,6 +54,12 @@ class Driver {
 
   /// Runs `query` and returns all its rows; a statement without a result gives no columns.
   virtual RowStore Query(std::string_view query) = 0;
+
+  /// Runs `query` and passes its rows on in blocks of bounded size, where the engine sends them as
+  /// they are read; else in one block. A handler that returns false ends the reading.
+  virtual void QueryInBlocks(std::string_view query, const BlockHandler& on_block) {
+    on_block(Query(query));
+  }
 
   /// Lets the statements that follow read what other sessions have not committed.
   virtual void ReadUncommitted() = 0;

@@ -99,6 +99,15 @@ class OdbcDriver final : public Driver {
     return RowStore({});
   }
 
+  void QueryInBlocks(std::string_view query, const BlockHandler& on_block) override {
+    OdbcStatement statement(session_, command_timeout_);
+    const Running running(*this, statement);
+    Run(statement, query);
+    do {
+      if (statement.ColumnCount() > 0) return ReadRowsInBlocks(statement, on_block);
+    } while (statement.NextResult());
+  }
+
   void ReadUncommitted() override {
     if (session_.is_sqlite()) {
       Execute("set transaction isolation level read uncommitted");

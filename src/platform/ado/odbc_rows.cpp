@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <memory>
 
 #include "platform/ado/error.h"
@@ -77,10 +78,10 @@ class RowReader {
     bound_ = static_cast<size_t>(unbound - columns_.begin());
   }
 
-  RowStore Read() {
+  void Read(size_t block_rows, const BlockHandler& on_block) {
     std::vector<std::string> names;
     for (const BoundColumn& column : columns_) names.push_back(column.name);
-    RowStore rows(std::move(names));
+    RowStore rows(names);
     SetAttribute(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
     Bind();
     SQLULEN first = 1;
@@ -92,8 +93,11 @@ class RowReader {
       }
       for (size_t row = 0; row < fetched_; ++row) Store(row, rows);
       first += fetched_;
+      if (rows.row_count() < block_rows) continue;
+      if (!on_block(std::move(rows))) return;
+      rows = RowStore(names);
     }
-    return rows;
+    on_block(std::move(rows));
   }
 
  private:
@@ -296,6 +300,17 @@ class RowReader {
 
 }  // namespace
 
-RowStore ReadRows(const OdbcStatement& statement) { return RowReader(statement).Read(); }
+RowStore ReadRows(const OdbcStatement& statement) {
+  RowStore all({});
+  RowReader(statement).Read(std::numeric_limits<size_t>::max(), [&](RowStore rows) {
+    all = std::move(rows);
+    return true;
+  });
+  return all;
+}
+
+void ReadRowsInBlocks(const OdbcStatement& statement, const BlockHandler& on_block) {
+  RowReader(statement).Read(kBlockRows, on_block);
+}
 
 }  // namespace quillan::ado

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ado/driver.h"
 #include "platform/ado/odbc_statement.h"
 #include "platform/ado/row_store.h"
 
@@ -11,5 +12,8 @@ namespace quillan::ado {
 /// there are fractions), everything else as text. Leaves the statement fit for its next result
 /// only. Throws `Error`.
 RowStore ReadRows(const OdbcStatement& statement);
+
+/// The same in blocks of about kBlockRows rows, until `on_block` returns false.
+void ReadRowsInBlocks(const OdbcStatement& statement, const BlockHandler& on_block);
 
 }  // namespace quillan::ado

@@ -79,26 +79,16 @@ class SqliteDriver final : public Driver {
   }
 
   RowStore Query(std::string_view query) override {
-    CheckFile();
-    const std::string translated = TranslateToSqlite(query);
-    StartTimer();
-    std::string_view rest;
-    const Statement statement = Prepare(translated, &rest);
-    if (rest.find_first_not_of(" \t\r\n;") != std::string_view::npos) {
-      throw Error(SQLITE_MISUSE, "", "The query holds more than one statement.");
-    }
-    std::vector<std::string> columns;
-    const int count = sqlite3_column_count(statement.get());
-    columns.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-      columns.emplace_back(sqlite3_column_name(statement.get(), i));
-    }
-    RowStore rows(std::move(columns));
-    while (Step(statement.get())) {
-      for (int i = 0; i < count; ++i) AddColumn(statement.get(), i, rows);
-      rows.EndRow();
-    }
-    return rows;
+    RowStore all({});
+    ReadRows(query, std::numeric_limits<size_t>::max(), [&](RowStore rows) {
+      all = std::move(rows);
+      return true;
+    });
+    return all;
+  }
+
+  void QueryInBlocks(std::string_view query, const BlockHandler& on_block) override {
+    ReadRows(query, kBlockRows, on_block);
   }
 
   // Other sessions' uncommitted changes are out of reach in the write-ahead log; the pragma keeps
@@ -208,6 +198,33 @@ class SqliteDriver final : public Driver {
     }
     if (rest != nullptr) *rest = text.substr(static_cast<size_t>(tail - text.data()));
     return Statement(statement);
+  }
+
+  void ReadRows(std::string_view query, size_t block_rows, const BlockHandler& on_block) {
+    CheckFile();
+    const std::string translated = TranslateToSqlite(query);
+    StartTimer();
+    std::string_view rest;
+    const Statement statement = Prepare(translated, &rest);
+    if (rest.find_first_not_of(" \t\r\n;") != std::string_view::npos) {
+      throw Error(SQLITE_MISUSE, "", "The query holds more than one statement.");
+    }
+    std::vector<std::string> columns;
+    const int count = sqlite3_column_count(statement.get());
+    columns.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+      columns.emplace_back(sqlite3_column_name(statement.get(), i));
+    }
+    RowStore rows(columns);
+    while (Step(statement.get())) {
+      for (int i = 0; i < count; ++i) AddColumn(statement.get(), i, rows);
+      rows.EndRow();
+      if (rows.row_count() < block_rows) continue;
+      if (!on_block(std::move(rows))) return;
+      rows = RowStore(columns);
+      StartTimer();  // The time that the handler took is not the engine's.
+    }
+    on_block(std::move(rows));
   }
 
   // Whether there is a row.

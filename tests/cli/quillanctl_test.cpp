@@ -1,0 +1,281 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/sqlite_file.h"
+#include "support/temporary_folder.h"
+
+namespace quillan {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* kPorts = "Select Port, ServiceName, Enabled From ServicePorts Order By Port";
+constexpr const char* kGroups =
+    "Select IPRangeStart, IPRangeEnd, IPAddressGroupName, Enabled From IPAddressGroups "
+    "Order By IPRangeStart";
+constexpr const char* kEndpoints =
+    "Select IPAddress, IPAddressGroupID From FlowCorrelation Order By IPAddressSort";
+constexpr const char* kSources = "Select InterfaceID From NetFlowSources Order By InterfaceID";
+constexpr const char* kEngines = "Select NetFlowPort From FlowEngines";
+
+const std::vector<std::string> kPortsAsStored = {"80|http|1", "443|https|0", "8080|proxy|1"};
+const std::vector<std::string> kGroupsAsStored = {"10000000000|10000003255|Campus|1",
+                                                  "10000008000|10000008255|System|1"};
+
+/// The real executable over a database of its own, by either driver.
+class QuillanctlTest : public testing::TestWithParam<bool> {
+ protected:
+  QuillanctlTest() {
+    const std::string connection = GetParam()
+                                       ? "Driver={SQLite3};Database=" + suite_.path().string()
+                                       : std::string("Provider=SQLite;Data Source=suite.db");
+    folder_.Write("TBKelvora.DB", "CONNECTION=" + connection + "\r\n");
+    Seed();
+  }
+
+  void Seed() {
+    suite_.Run(
+        "Delete From ServicePorts; Delete From IPAddressGroups; Delete From FlowCorrelation;"
+        "Delete From Nodes; Delete From Interfaces; Delete From NetFlowSources;"
+        "Delete From FlowEngines; Delete From GlobalSettings; Delete From sqlite_sequence;");
+    suite_.Run(
+        "Insert Into ServicePorts Values (80,'http',1,1), (443,'https',1,0), (8080,'proxy',0,1);"
+        "Insert Into IPAddressGroups Values (1,10000000000,10000003255,'Campus',0,1),"
+        " (2,10000008000,10000008255,'System',1,1);"
+        "Insert Into FlowCorrelation Values ('10.0.0.7',10000000007,NULL,1),"
+        " ('10.0.9.7',10000009007,NULL,0);"
+        "Insert Into Nodes Values (1,'core'), (2,'edge');"
+        "Insert Into Interfaces Values (1,1,'eth0'), (2,1,'eth1'), (3,2,'eth0');"
+        "Insert Into NetFlowSources Values (1)");
+  }
+
+  // The words of the command line are those of a shell; "$f" is the file `input`.
+  int Run(const std::string& command, const std::string& input = {}) {
+    folder_.Write("input", input);
+    const int status = std::system(Shell(QUILLAN_CTL " " + command + " <input >out 2>err").c_str());
+    out_ = folder_.Read("out");
+    errors_ = folder_.Read("err");
+    return WEXITSTATUS(status);
+  }
+
+  // Starts a command that reads standard input; calls `meanwhile` with its process once it has
+  // loaded its list and reads, then gives it the rest of `input`. The input must be longer than a
+  // pipe holds.
+  int RunWhile(const std::string& command, const std::string& input,
+               const std::function<void(pid_t)>& meanwhile) {
+    FILE* pipe =
+        popen(Shell("echo $$ >pid; exec " QUILLAN_CTL " " + command + " >out 2>err").c_str(), "w");
+    const size_t first = input.size() - 100;
+    fwrite(input.data(), 1, first, pipe);
+    fflush(pipe);
+    meanwhile(std::stoi(folder_.Read("pid")));
+    fwrite(input.data() + first, 1, input.size() - first, pipe);
+    const int status = pclose(pipe);
+    out_ = folder_.Read("out");
+    errors_ = folder_.Read("err");
+    return WEXITSTATUS(status);
+  }
+
+  // Runs `command` in the folder of the database.
+  std::string Shell(const std::string& command) const {
+    return "cd '" + folder_.path().string() + "'; export QUILLAN_HOME=$PWD f=input; " + command;
+  }
+  // More ports than a pipe holds, from 10000 on.
+  static std::string ManyPorts() {
+    std::string lines;
+    for (int port = 10000; port < 11000; ++port) {
+      lines += std::to_string(port) + "," + std::string(200, 'x') + "\n";
+    }
+    return lines;
+  }
+
+  test::TemporaryFolder folder_;
+  test::SqliteFile suite_{folder_ / "suite.db"};
+  std::string out_;
+  std::string errors_;
+};
+
+struct Case {
+  const char* command;
+  int status;
+  const char* output = "";  // Part of it, or of standard error.
+  const char* input = "";
+  const char* query = nullptr;
+  std::vector<std::string> rows = {};
+};
+
+TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
+  const Case cases[] = {
+      {"status --format json", 0, "\"monitored_ports\": 2,"},
+      {"ports list --filter 'HT tp'", 0, "yes        80    http         yes\nno         443"},
+      {"ports list --filter 80 --format json", 0,
+       "[\n{\"monitored\":true,\"port\":80,\"description\":\"http\",\"system\":true}\n]\n"},
+      {"ports add 81 \"it's\"",
+       0,
+       "",
+       "",
+       kPorts,
+       {"80|http|1", "81|it's|1", "443|https|0", "8080|proxy|1"}},
+      {"ports add 81 a --dry-run", 0, "new     81              Monitored: yes", "", kPorts,
+       kPortsAsStored},
+      {"ports add 80 a", 1, "already exists as http", "", kPorts, kPortsAsStored},
+      {"ports add 81x a", 1, "from 1 to 65536", "", kPorts, kPortsAsStored},
+      {"ports disable 80 99", 1, "there is no port 99", "", kPorts, kPortsAsStored},
+      {"ports disable 80 99 --skip-refused",
+       1,
+       "1 of 1 rows written",
+       "",
+       kPorts,
+       {"80|http|0", "443|https|0", "8080|proxy|1"}},
+      {"ports delete 8080", 1, "answered no", "", kPorts, kPortsAsStored},
+      {"ports delete 8080 --yes", 0, "", "", kPorts, {"80|http|1", "443|https|0"}},
+      {"ports delete 80 --yes", 1, "system-defined port", "", kPorts, kPortsAsStored},
+      {"ports rename 443 tls", 0, "", "", kPorts, {"80|http|1", "443|tls|0", "8080|proxy|1"}},
+      {"ports import $f", 1, "line 2 refused: \"x\" is not a port number", "80,web\nx,y\n", kPorts,
+       kPortsAsStored},
+      {"ports import - --skip-refused",
+       1,
+       "line 2 refused",
+       "80,web\nx,y\n",
+       kPorts,
+       {"80|web|1", "443|https|0", "8080|proxy|1"}},
+      {"ports import $f", 1, "Line 2: ", "80,web\n81,\"x\n", kPorts, kPortsAsStored},
+      {"ports import $f --replace",
+       0,
+       "",
+       "81;a;no\r\n80;http\r\n",
+       kPorts,
+       {"80|http|1", "81|a|0", "443|https|0"}},
+      {"ports import missing", 1, "cannot read missing", "", kPorts, kPortsAsStored},
+      {"ports export", 0,
+       "Monitored,Port,Description\r\nyes,80,http\r\nno,443,https\r\nyes,8080,proxy\r\n"},
+      {"ports diff $f", 0, "", "80,http\n443,https\n8080,proxy\n"},
+      {"ports diff $f --format json", 1, "{\n    \"change\": \"changed\",\n    \"row\": \"80\",",
+       "80,web\n443,https\n8080,proxy\n", kPorts, kPortsAsStored},
+      {"groups add 10.0.9.0/24 Halls", 0, "", "", kEndpoints, {"10.0.0.7|1", "10.0.9.7|3"}},
+      {"groups add 10.0.9.5/24 Halls --dry-run", 0, "10.0.9.0 - 10.0.9.255  1          Managed", "",
+       kGroups, kGroupsAsStored},
+      {"groups add 10.0.1.0/24 Halls", 1, "cannot be nested", "", kGroups, kGroupsAsStored},
+      {"groups disable 10.0.0.0/22", 0, "", "", kEndpoints, {"10.0.0.7|0", "10.0.9.7|0"}},
+      {"groups delete -y 10.0.0.0-10.0.3.255", 0, "", "", kEndpoints, {"10.0.0.7|0", "10.0.9.7|0"}},
+      {"groups delete -y 10.0.0.0/24", 1, "no group with the range", "", kGroups, kGroupsAsStored},
+      {"groups delete -y 10.0.0.7/22", 1, "not the first address", "", kGroups, kGroupsAsStored},
+      {"groups import --replace $f",
+       0,
+       "",
+       "Range,Name\n10.0.9.0/24,Halls\n",
+       kGroups,
+       {"10000008000|10000008255|System|1", "10000009000|10000009255|Halls|1"}},
+      {"groups which 10.0.0.7", 0, "goes to Campus, the only enabled group"},
+      {"groups which 10.0.0.7 --format json", 0, "\"description\": \"Campus\""},
+      {"groups list --filter 10.0.8.9 --format csv", 0, "yes,10.0.8.0,10.0.8.255,System,yes,2\r\n"},
+      {"sources list --filter 'eth0 edge' --format json", 0,
+       "[\n{\"monitored\":false,\"node\":\"edge\",\"interface\":\"eth0\",\"id\":3}\n]\n"},
+      {"sources enable --node Core", 0, "", "", kSources, {"1", "2"}},
+      {"sources enable --all", 0, "", "", kSources, {"1", "2", "3"}},
+      {"sources disable 1 9", 1, "no interface 9", "", kSources, {"1"}},
+      {"sources disable 1", 0, "", "", kSources, {}},
+      {"port get", 0, "2055\n"},
+      {"port set 9995", 0, "", "", kEngines, {"9995"}},
+      {"port set 9995 --dry-run", 0, "2055 -> 9995", "", kEngines, {}},
+      {"port set 65536", 1, "from 1 to 65535", "", kEngines, {}},
+      {"--version", 0, "quillanctl "},
+      {"groups add --help", 0, "RANGE"},
+      {"", 2, "subcommand is required"},
+      {"ports", 2},
+      {"ports list --format xml", 2, "xml"},
+      {"sources enable", 2},
+      {"sources enable --all 1", 2},
+  };
+  for (const Case& one : cases) {
+    Seed();
+    EXPECT_EQ(Run(one.command, one.input), one.status) << one.command << "\n" << errors_;
+    EXPECT_THAT(out_ + errors_, HasSubstr(one.output)) << one.command;
+    if (one.query != nullptr) EXPECT_EQ(suite_.Rows(one.query), one.rows) << one.command;
+  }
+}
+
+TEST_P(QuillanctlTest, AnImportTwiceChangesNothingAndListsWhatStays) {
+  for (const char* outcome : {"3 of 3 rows written", "nothing to change"}) {
+    EXPECT_EQ(Run("ports import --replace $f", "81,a\n80,web\n"), 0);
+    EXPECT_THAT(errors_, HasSubstr("kept, since the system defines it: 443"));
+    EXPECT_THAT(errors_, HasSubstr(outcome));
+  }
+}
+
+TEST_P(QuillanctlTest, StatementsThatFailAreListedAndTheOthersWritten) {
+  suite_.Run(
+      "Create Trigger Refuse Before Update On ServicePorts When old.Port=443 Begin "
+      "Select Raise(Abort, 'no changes today'); End");
+  EXPECT_EQ(Run("ports import $f", "443,x\n80,web\n"), 4);
+  EXPECT_THAT(errors_, HasSubstr("443 failed: "));
+  EXPECT_THAT(errors_, HasSubstr("no changes today"));
+  EXPECT_THAT(errors_, HasSubstr("1 of 2 rows written"));
+  EXPECT_EQ(suite_.Rows(kPorts)[0], "80|web|1");
+  suite_.Run(
+      "Create Trigger RefuseSource Before Delete On NetFlowSources Begin "
+      "Select Raise(Abort, 'no sources today'); End");
+  EXPECT_EQ(Run("sources disable --all"), 4);
+  EXPECT_THAT(errors_, HasSubstr("no sources today"));
+}
+
+TEST_P(QuillanctlTest, AnInterruptStopsTheSaveAndReportsWhatWasWritten) {
+  EXPECT_EQ(RunWhile("ports import -", ManyPorts(), [](pid_t process) { kill(process, SIGINT); }),
+            4);
+  EXPECT_THAT(errors_, HasSubstr("stopped"));
+  const auto written = suite_.Rows("Select count(*) From ServicePorts Where Port >= 10000")[0];
+  EXPECT_THAT(errors_, HasSubstr(written + " of 1000 rows written"));
+  EXPECT_NE(written, "1000");
+}
+
+TEST_P(QuillanctlTest, ARowThatSomebodyElseChangesMeanwhileIsNotOverwrittenUnasked) {
+  const auto change = [this](pid_t) {
+    suite_.Run("Update ServicePorts Set ServiceName='theirs' Where Port=80");
+  };
+  EXPECT_EQ(RunWhile("ports import -", "80,ours\n" + ManyPorts(), change), 1);
+  EXPECT_THAT(errors_, HasSubstr("80: was yes, http; is yes, theirs; would become yes, ours"));
+  EXPECT_THAT(suite_.Rows(kPorts), testing::SizeIs(3));
+  Seed();
+  EXPECT_EQ(RunWhile("ports import - --yes", "80,ours\n" + ManyPorts(), change), 0);
+  EXPECT_EQ(suite_.Rows(kPorts)[0], "80|ours|1");
+}
+
+TEST_P(QuillanctlTest, ItLeavesTheProgramFolderAloneAndSaysWhenThereIsNoSession) {
+  const std::string registry =
+      "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\Quillan\\Settings]\r\n"
+      "\"Max Events\"=\"1\"\r\n";
+  folder_.Write("registry.reg", registry);
+  EXPECT_EQ(Run("ports disable 80"), 0);
+  EXPECT_EQ(folder_.Read("registry.reg"), registry);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "registry.reg.lock"));
+  folder_.Write("TBKelvora.DB", "CONNECTION=Provider=SQLite;Data Source=missing.db\r\n");
+  EXPECT_EQ(Run("ports list"), 3);
+  EXPECT_THAT(errors_, HasSubstr("missing.db does not exist"));
+}
+
+// Blocks of rows join to the same result as one.
+TEST_P(QuillanctlTest, AListOfAnyLengthIsPrintedWhole) {
+  suite_.Run(
+      "With Recursive n(i) As (Select 4 Union All Select i+1 From n Where i<25000) "
+      "Insert Into Interfaces Select i, 1+i%2, 'if'||i From n");
+  EXPECT_EQ(Run("sources list --format csv"), 0);
+  EXPECT_EQ(std::count(out_.begin(), out_.end(), '\n'), 25001);
+  EXPECT_THAT(out_, HasSubstr("no,edge,if20001,20001\r\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Drivers, QuillanctlTest, testing::Bool(),
+                         [](const auto& driver) { return driver.param ? "Odbc" : "Sqlite"; });
+
+}  // namespace
+}  // namespace quillan
