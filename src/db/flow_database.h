@@ -64,8 +64,7 @@ class FlowDatabase {
 
   void CloseMainDatabase() { connection_.Close(); }
 
-  /// The connection string last read; hidden, with asterisks for each piece that begins with the
-  /// key Password. A password under another key (PWD), or behind a blank, stays.
+  /// The connection string last read; hidden, with asterisks in the place of each password.
   std::string ConnectionString(PasswordDisplay display) const;
 
   /// The server's product name; empty when it cannot be read.
@@ -76,13 +75,18 @@ class FlowDatabase {
   /// `LastError`.
   bool GetDatabaseConnection();
 
+  /// What to do where lines of the connection file that was read end in LF alone, which joins them;
+  /// empty where none does.
+  const std::string& ConnectionFileAdvice() const { return connection_file_advice_; }
+
   /// Runs `query` and returns its rows, the first one current, or nothing when it fails. A failure
   /// other than an expired time-out is tried once more over a fresh session. kOptimistic rows can
   /// be changed and appended. The cursor is client-side: the rows are in memory once it returns.
   std::unique_ptr<ado::Recordset> OpenRecordset(std::string_view query,
                                                 ado::LockType lock_type = ado::LockType::kReadOnly);
 
-  /// "<catalog> on <server> SQL Server", for display; what cannot be read stays out.
+  /// "<catalog> on <server> SQL Server", for display; what cannot be read is left out. Empty while
+  /// the session is closed.
   std::string Location();
 
   /// The text of the last failure of `OpenDatabase` or `OpenRecordset`; empty after a success.
@@ -106,6 +110,8 @@ class FlowDatabase {
   ConnectionValues values_;
   ado::Connection connection_;
   std::string last_error_;
+  std::int32_t open_error_number_ = 0;
+  std::string connection_file_advice_;
   StatementReport report_;
   bool reporting_ = false;
 };

@@ -13,6 +13,7 @@ namespace {
 
 using testing::AllOf;
 using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
@@ -84,6 +85,8 @@ TEST_F(StartUpTest, ADatabaseThatCannotBeOpenedIsExplained) {
   EXPECT_EQ(Refusal(),
             "The connection file TBKelvora.DB or QuillanGUI.DB names no CONNECTION.\r\n"
             "Please re-run the Installation Wizard.");
+  program_.folder.Write("program/TBKelvora.DB", "# on Linux\nCONNECTION=Provider=SQLite\n");
+  EXPECT_THAT(Refusal(), HasSubstr("must end in CR LF. To convert the file, run: sed -i "));
   program_.folder.Write("program/TBKelvora.DB",
                         "CONNECTION=Provider=SQLite;Password=secret;Data Source=gone.db");
   EXPECT_THAT(Refusal(),

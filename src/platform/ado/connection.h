@@ -33,17 +33,18 @@ class Connection {
 
   /// Opens the session. Throws `Error` when it is open already or cannot be opened.
   void Open();
-  /// Closes the session. Open recordsets keep their rows but can no longer be written back.
-  void Close() { driver_.reset(); }
+  /// Closes the session. Open recordsets keep their rows but can no longer be written back. What
+  /// needs the session afterwards fails with `reason` as its text.
+  void Close(std::string_view reason = {});
+
+  // A failure that says that the connection is lost closes the session.
 
   /// Sets the isolation level read-uncommitted.
   void ReadUncommitted() { driver().ReadUncommitted(); }
   /// Runs `statement` and discards its rows. Throws `Error`.
-  void Execute(std::string_view statement) { driver().Execute(statement); }
+  void Execute(std::string_view statement);
   /// Runs `statements` and returns the outcome of each that ran. Throws `Error` when closed.
-  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements, BatchMode mode) {
-    return driver().ExecuteBatch(statements, mode);
-  }
+  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements, BatchMode mode);
   /// Makes the call under way on another thread, if there is one, fail soon.
   void Cancel() {
     if (driver_) driver_->Cancel();
@@ -55,11 +56,15 @@ class Connection {
   std::string Property(std::string_view name) { return driver().Property(name); }
 
  private:
+  template <typename Call>
+  void Run(Call call);
+  void NoteLoss(const Error& error);
   Driver& driver() const;
 
   DriverFactory open_driver_;
   ConnectOptions options_;
   std::shared_ptr<Driver> driver_;
+  std::string closed_because_;
 };
 
 }  // namespace quillan::ado

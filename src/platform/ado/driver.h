@@ -66,6 +66,9 @@ class Driver {
   virtual void Cancel() = 0;
 };
 
+/// Throws when `statement` contains a NUL character, at which an engine would cut it.
+void RefuseNul(std::string_view statement);
+
 /// Whether `error` ends a batch in any mode.
 bool EndsBatch(const Error& error);
 

@@ -13,12 +13,12 @@ namespace {
 
 std::unique_ptr<Driver> OpenEmbedded(const ConnectionString& settings,
                                      const std::filesystem::path& program_folder,
-                                     int command_timeout) {
+                                     const ConnectOptions& options) {
   const std::string source = settings.Value({"Data Source"});
   if (source.empty()) {
     throw Error(0, "", "The connection string names no database file. Add \"Data Source=<file>\".");
   }
-  return OpenSqlite(program_folder / text::ReplaceAll(source, "\\", "/"), command_timeout);
+  return OpenSqlite(program_folder / text::ReplaceAll(source, "\\", "/"), options);
 }
 
 std::unique_ptr<Driver> OpenSqlServer(const ConnectionString& settings, ConnectOptions options) {
@@ -39,7 +39,7 @@ DriverFactory InstalledDrivers(std::filesystem::path program_folder) {
     const ConnectionString settings(options.connection_string);
     const std::string provider = settings.Value({"Provider"});
     if (text::EqualsIgnoringCase(provider, "SQLite")) {
-      return OpenEmbedded(settings, folder, options.command_timeout);
+      return OpenEmbedded(settings, folder, options);
     }
     if (IsSqlServerProvider(provider)) return OpenSqlServer(settings, options);
     if (provider.empty() && settings.Has({"Driver", "DSN"})) {

@@ -73,7 +73,8 @@ Server ParseServer(std::string_view name) {
         std::from_chars(digits.data(), digits.data() + digits.size(), server.port);
     if (error != std::errc() || end != digits.data() + digits.size() || server.port < 1 ||
         server.port > 65535) {
-      Refuse("the port \"" + std::string(digits) + "\" of the server is no number of 1 to 65535.");
+      Refuse("the port \"" + std::string(digits) +
+             "\" of the server is not a number from 1 to 65535.");
     }
     name = text::TrimSpaces(name.substr(0, comma));
   }
@@ -87,9 +88,9 @@ Server ParseServer(std::string_view name) {
 }
 
 // Writes "key=value;…" as one driver reads it.
-class OdbcText {
+class OdbcStringWriter {
  public:
-  explicit OdbcText(std::string_view driver) : free_tds_(driver == kFreeTds) {
+  explicit OdbcStringWriter(std::string_view driver) : free_tds_(driver == kFreeTds) {
     text_ = "Driver={" + std::string(driver) + "}";
   }
 
@@ -117,7 +118,7 @@ class OdbcText {
   std::string text_;
 };
 
-void AddServer(const Server& server, OdbcText& odbc) {
+void AddServer(const Server& server, OdbcStringWriter& odbc) {
   std::string host = server.host;
   // With a port the instance's name says nothing further.
   if (server.port == 0 && !server.instance.empty()) host += "\\" + server.instance;
@@ -135,7 +136,7 @@ void AddServer(const Server& server, OdbcText& odbc) {
   odbc.Word("ClientCharset", "UTF-8");
 }
 
-void AddEncryption(const ConnectionString& settings, OdbcText& odbc) {
+void AddEncryption(const ConnectionString& settings, OdbcStringWriter& odbc) {
   const bool encrypt = IsOn(settings, kEncrypt);
   const bool trust = IsOn(settings, kTrust);
   const bool strict = IsOneOf(settings.Value(kEncrypt), {"strict"});
@@ -182,7 +183,7 @@ std::string TranslateToOdbc(const ConnectionString& settings, std::string_view d
   const std::string server = SqlServerName(settings);
   if (server.empty()) Refuse("it names no server. Add \"Data Source=<server>\".");
 
-  OdbcText odbc(driver);
+  OdbcStringWriter odbc(driver);
   AddServer(ParseServer(server), odbc);
   odbc.Value("Database", settings.Value(kDatabase));
   if (IsOn(settings, kIntegrated)) {

@@ -100,7 +100,7 @@ class OdbcDriver final : public Driver {
   }
 
   void ReadUncommitted() override {
-    if (session_.is_sqlite()) {
+    if (session_.api().IsSqlite()) {
       Execute("set transaction isolation level read uncommitted");
     } else {
       session_.SetAttribute(SQL_ATTR_TXN_ISOLATION, SQL_TXN_READ_UNCOMMITTED);
@@ -187,7 +187,7 @@ class OdbcDriver final : public Driver {
   };
 
   void Run(OdbcStatement& statement, std::string_view text) const {
-    if (session_.is_sqlite()) {
+    if (session_.api().IsSqlite()) {
       statement.Execute(TranslateToSqlite(text));
     } else {
       statement.Execute(text);

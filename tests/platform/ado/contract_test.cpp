@@ -245,6 +245,7 @@ TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
     EXPECT_EQ(error.number(), missing);
   }
   EXPECT_EQ(ErrorNumberOf([&] { Rows("Select * From Mißing"); }), missing);
+  EXPECT_EQ(ErrorNumberOf([&] { connection_.Execute(std::string("Select '\0'", 10)); }), 0);
   // What touches no row is none.
   connection_.Execute("Update Nodes Set Caption='x' Where NodeID=-1");
   EXPECT_THAT(Rows("Select count(*) From Nodes"), ElementsAre("0"));
@@ -293,6 +294,22 @@ TEST_P(EmbeddedTest, AFileThatIsTakenAwayIsNoticed) {
   std::filesystem::rename(folder_ / "süite.db", folder_ / "away.db");
   EXPECT_THROW(connection_.Execute("Delete From Nodes"), Error);
   EXPECT_THROW(Rows("Select * From Nodes"), Error);
+}
+
+TEST_P(EmbeddedTest, OpeningWaitsForTheConnectionTimeOutAlone) {
+  connection_.Close();
+  file_->Run("pragma journal_mode = delete; begin exclusive");
+  connection_.set_command_timeout(0);
+  connection_.set_connection_timeout(1);
+  EXPECT_EQ(ErrorNumberOf([&] { connection_.Open(); }), kTimeoutExpired);
+  file_->Run("rollback");
+  // Without a write-ahead log only a full synchronisation survives a power failure.
+  for (const auto& [mode, level] : {std::pair("delete", "2"), {"wal", "1"}}) {
+    file_->Run(std::string("pragma journal_mode = ") + mode);
+    connection_.Open();
+    EXPECT_THAT(Rows("pragma synchronous"), ElementsAre(level));
+    connection_.Close();
+  }
 }
 
 TEST_P(EmbeddedTest, ACallCanBeCancelledFromAnotherThread) {

@@ -139,6 +139,8 @@ TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
       {"Driver={No Such Driver};Server=x;PWD=secret", "\"No Such Driver\" is not installed"},
       // What OLE DB would take for an open quote is an ordinary character to ODBC.
       {"Driver=No Such Driver;stray;PWD=\"secret", "\"No Such Driver\" is not installed"},
+      {"PWD={a;Provider=secret};UID=u;Driver={No Such Driver}", "\"No Such Driver\" is not"},
+      {"Server=x;dsn=No Such Source", "Data source name not found"},
       {"Driver={SQLite3};Database=/no/such/folder/x.db", "connect failed"},
       {"Provider=MSOLEDBSQL;Data Source=127.0.0.1,1;Password=secret", "Unable to connect"},
       {"Provider=SQLNCLI11;Data Source=no-such-host.invalid;Password=secret", "nknown host"},
