@@ -6,6 +6,7 @@
 
 #include "platform/ado/connection_string.h"
 #include "platform/ado/error.h"
+#include "platform/program.h"
 #include "platform/text/ascii.h"
 #include "platform/text/number.h"
 
@@ -17,7 +18,7 @@ constexpr std::array<std::string_view, 4> kConnectionFiles = {
     "\\TBKelvora.DB", "\\..\\TBKelvora.DB", "\\QuillanGUI.DB", "\\..\\QuillanGUI.DB"};
 
 // Statements that one call of a driver runs.
-constexpr size_t kBatchStatements = 256;
+constexpr size_t kBatchStatements = 100;
 
 ado::Error AsError(const std::exception& failure) {
   const auto* error = dynamic_cast<const ado::Error*>(&failure);
@@ -30,7 +31,9 @@ FlowDatabase::FlowDatabase(const Files& files, std::filesystem::path program_fol
                            ado::DriverFactory open_driver)
     : files_(files),
       program_folder_(std::move(program_folder)),
-      connection_(std::move(open_driver)) {}
+      connection_(std::move(open_driver)) {
+  connection_.set_application(kDisplayName);
+}
 
 void FlowDatabase::Execute(std::string_view statement) {
   try {
@@ -67,7 +70,8 @@ std::vector<ado::Outcome> FlowDatabase::ExecuteBatch(std::span<const std::string
       if (outcome) NoteFailure(statements[outcomes.size()], *outcome);
       outcomes.push_back(std::move(outcome));
     }
-    if (mode == ado::BatchMode::kStopAtFailure && outcomes.back()) break;
+    const ado::Outcome& last = outcomes.back();
+    if (last && (mode == ado::BatchMode::kStopAtFailure || last->IsTimeout())) break;
   }
   return outcomes;
 }
@@ -120,9 +124,9 @@ std::string FlowDatabase::ConnectionString(PasswordDisplay display) const {
                                              : values_.connection_string;
 }
 
-std::string FlowDatabase::DatabaseEngine() {
+std::string FlowDatabase::Property(std::string_view name) {
   try {
-    return connection_.Property("DBMS Name");
+    return connection_.Property(name);
   } catch (const ado::Error&) {
     return {};
   }
@@ -182,14 +186,7 @@ std::unique_ptr<ado::Recordset> FlowDatabase::OpenRecordset(std::string_view que
 
 std::string FlowDatabase::Location() {
   if (!Connected()) return {};
-  const auto property = [&](std::string_view name) {
-    try {
-      return connection_.Property(name);
-    } catch (const ado::Error&) {
-      return std::string();
-    }
-  };
-  return property("Current Catalog") + " on " + property("Data Source Name") + " SQL Server";
+  return Property("Current Catalog") + " on " + Property("Data Source Name") + " SQL Server";
 }
 
 std::string FlowDatabase::DateTimeToDBFormat(text::DateTime value) {

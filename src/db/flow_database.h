@@ -39,8 +39,9 @@ class FlowDatabase {
   void ExecuteChecked(std::string_view statement);
 
   /// Runs `statements` in order, several to a round trip where the server takes them, and notes
-  /// each in the report. Raises nothing. Returns the outcome of each that ran: a statement that
-  /// failed is followed by the rest, or with kStopAtFailure is the last.
+  /// each in the report. Raises nothing. Returns the outcome of each that ran: one that
+  /// failed is followed by the rest, but is the last with kStopAtFailure; an expired time-out ends
+  /// the call in any mode, and the caller decides about the rest.
   std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
                                          ado::BatchMode mode = ado::BatchMode::kRunAll);
 
@@ -68,7 +69,10 @@ class FlowDatabase {
   std::string ConnectionString(PasswordDisplay display) const;
 
   /// The server's product name; empty when it cannot be read.
-  std::string DatabaseEngine();
+  std::string DatabaseEngine() { return Property("DBMS Name"); }
+
+  /// What the user should know about the security of the open connection; mostly empty.
+  std::string ConnectionNote() { return Property("Connection Note"); }
 
   /// Reads the connection file; true when the connection string is then not empty. No file in any
   /// of the four places, one that cannot be read or one with a number out of range sets
@@ -103,6 +107,7 @@ class FlowDatabase {
   bool TableExists(std::string_view table);
 
  private:
+  std::string Property(std::string_view name);
   void NoteFailure(std::string_view statement, const std::exception& failure);
 
   const Files& files_;

@@ -30,6 +30,8 @@ class Connection {
   void set_connection_string(std::string_view text) { options_.connection_string = text; }
   void set_connection_timeout(int seconds) { options_.connection_timeout = seconds; }
   void set_command_timeout(int seconds) { options_.command_timeout = seconds; }
+  /// The name under which the server lists the session, unless the connection string has one.
+  void set_application(std::string_view name) { options_.application = name; }
 
   /// Opens the session. Throws `Error` when it is open already or cannot be opened.
   void Open();
@@ -51,8 +53,7 @@ class Connection {
   }
   /// Runs `query`; the recordset stands on its first row. Throws `Error`.
   std::unique_ptr<Recordset> OpenRecordset(std::string_view query, LockType lock_type);
-  /// One of the dynamic properties "DBMS Name", "Current Catalog", "Data Source Name". Throws
-  /// `Error`.
+  /// `Driver::Property`. Throws `Error`.
   std::string Property(std::string_view name) { return driver().Property(name); }
 
  private:

@@ -151,6 +151,11 @@ std::string ConnectionString::Value(std::initializer_list<std::string_view> keys
   return entry != nullptr ? entry->value : std::string();
 }
 
+std::string ConnectionString::Key(std::initializer_list<std::string_view> keys) const {
+  const Entry* entry = Find(keys);
+  return entry != nullptr ? entry->key : std::string();
+}
+
 bool ConnectionString::Has(std::initializer_list<std::string_view> keys) const {
   return Find(keys) != nullptr;
 }

@@ -19,6 +19,8 @@ class ConnectionString {
 
   /// The value of the last entry whose key is one of `keys`; empty when there is none.
   std::string Value(std::initializer_list<std::string_view> keys) const;
+  /// The key of that entry as it is written.
+  std::string Key(std::initializer_list<std::string_view> keys) const;
   /// Whether there is an entry whose key is one of `keys`.
   bool Has(std::initializer_list<std::string_view> keys) const;
 

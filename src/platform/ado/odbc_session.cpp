@@ -97,10 +97,12 @@ void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) const {
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
   const std::vector<OdbcDiagnostic> diagnostics = Diagnostics(*api_, handle);
   const std::string state = diagnostics.empty() ? "" : diagnostics.front().state;
+  const bool dead = connected_ && IsDead();
   if (state == "HYT00" || state == "HYT01") {
-    throw Error(kTimeoutExpired, state, diagnostics.front().text);
+    // A server that does not even answer the request to stop has lost its session.
+    throw Error(kTimeoutExpired, dead ? "08S01" : state, diagnostics.front().text);
   }
-  if (connected_ && IsDead()) {
+  if (dead) {
     throw Error(0, "08S01", "The connection to the server was lost.");
   }
   if (diagnostics.empty()) throw Error(0, "", "The ODBC driver failed without saying why.");

@@ -164,6 +164,7 @@ class SqliteDriver final : public Driver {
 
   std::string Property(std::string_view name) override {
     if (name == "DBMS Name") return "SQLite";
+    if (name == "Connection Note") return {};
     if (name == "Current Catalog") return file_.stem().string();
     if (name == "Data Source Name") return file_.string();
     throw Error(kUnknownField, "", "There is no property \"" + std::string(name) + "\".");
