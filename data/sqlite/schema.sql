@@ -1,12 +1,13 @@
 -- The suite's tables that the program reads and writes, for the embedded engine.
--- Text columns compare without regard to case, as the production server's do.
+-- Text columns compare without regard to case and have limits, as the production server's do.
 
 PRAGMA journal_mode = WAL;
 
 -- Well-known application ports; System = 1 marks those that the system defined.
 CREATE TABLE ServicePorts (
   Port        INTEGER PRIMARY KEY,
-  ServiceName TEXT COLLATE NOCASE,
+  ServiceName NVARCHAR(255) COLLATE NOCASE
+    CONSTRAINT "ServiceName is longer than 255 characters" CHECK (length(ServiceName) <= 255),
   System      INTEGER NOT NULL DEFAULT 0,
   Enabled     INTEGER NOT NULL DEFAULT 1
 );
@@ -16,7 +17,8 @@ CREATE TABLE IPAddressGroups (
   IPAddressGroupID   INTEGER PRIMARY KEY AUTOINCREMENT,
   IPRangeStart       INTEGER,
   IPRangeEnd         INTEGER,
-  IPAddressGroupName TEXT COLLATE NOCASE,
+  IPAddressGroupName NVARCHAR(255) COLLATE NOCASE
+    CONSTRAINT "IPAddressGroupName is longer than 255 characters" CHECK (length(IPAddressGroupName) <= 255),
   System             INTEGER NOT NULL DEFAULT 0,
   Enabled            INTEGER NOT NULL DEFAULT 1
 );
@@ -24,9 +26,11 @@ CREATE INDEX IPAddressGroupsByStart ON IPAddressGroups (IPRangeStart);
 
 -- Every endpoint that was seen, with the group it belongs to (0: none).
 CREATE TABLE FlowCorrelation (
-  IPAddress        TEXT COLLATE NOCASE NOT NULL,
+  IPAddress        NVARCHAR(15) COLLATE NOCASE NOT NULL
+    CONSTRAINT "IPAddress is longer than 15 characters" CHECK (length(IPAddress) <= 15),
   IPAddressSort    INTEGER NOT NULL,
-  FullHostname     TEXT COLLATE NOCASE,
+  FullHostname     NVARCHAR(255) COLLATE NOCASE
+    CONSTRAINT "FullHostname is longer than 255 characters" CHECK (length(FullHostname) <= 255),
   IPAddressGroupID INTEGER NOT NULL DEFAULT 0
 );
 CREATE INDEX FlowCorrelationByAddress ON FlowCorrelation (IPAddressSort);
@@ -34,19 +38,22 @@ CREATE INDEX FlowCorrelationByGroup ON FlowCorrelation (IPAddressGroupID);
 
 -- One row for each computer that runs a NetFlow receiver.
 CREATE TABLE FlowEngines (
-  ServerName  TEXT COLLATE NOCASE PRIMARY KEY,
+  ServerName  NVARCHAR(255) COLLATE NOCASE PRIMARY KEY
+    CONSTRAINT "ServerName is longer than 255 characters" CHECK (length(ServerName) <= 255),
   NetFlowPort INTEGER
 );
 
 CREATE TABLE Nodes (
   NodeID  INTEGER PRIMARY KEY,
-  Caption TEXT COLLATE NOCASE
+  Caption NVARCHAR(255) COLLATE NOCASE
+    CONSTRAINT "Caption is longer than 255 characters" CHECK (length(Caption) <= 255)
 );
 
 CREATE TABLE Interfaces (
   InterfaceID INTEGER PRIMARY KEY,
   NodeID      INTEGER NOT NULL,
-  Caption     TEXT COLLATE NOCASE
+  Caption     NVARCHAR(255) COLLATE NOCASE
+    CONSTRAINT "Caption is longer than 255 characters" CHECK (length(Caption) <= 255)
 );
 CREATE INDEX InterfacesByNode ON Interfaces (NodeID);
 
@@ -56,6 +63,7 @@ CREATE TABLE NetFlowSources (
 );
 
 CREATE TABLE GlobalSettings (
-  Name  TEXT COLLATE NOCASE PRIMARY KEY,
+  Name  NVARCHAR(255) COLLATE NOCASE PRIMARY KEY
+    CONSTRAINT "Name is longer than 255 characters" CHECK (length(Name) <= 255),
   Value TEXT
 );

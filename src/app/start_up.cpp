@@ -57,8 +57,11 @@ StartUpResult StartUp(const StartUpServices& services) {
     return unreadable.empty() ? StartWizard(services) : Fail(services, unreadable);
   }
   if (!services.database.OpenDatabase()) {
-    const std::string& reason = services.database.LastError();
-    return Fail(services, reason.empty() ? kNoConnectionString : std::string_view{reason});
+    std::string reason = services.database.LastError();
+    if (reason.empty()) reason = kNoConnectionString;
+    const std::string& advice = services.database.ConnectionFileAdvice();
+    if (!advice.empty()) reason += "\r\n\r\n" + advice;
+    return Fail(services, reason);
   }
   services.show_dialog();
   return StartUpResult::kRunning;

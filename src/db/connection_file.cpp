@@ -47,4 +47,11 @@ void ReadConnectionFile(std::string_view text, ConnectionValues& values) {
   }
 }
 
+bool HasJoinedLines(std::string_view text) {
+  for (size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) {
+    if (at == 0 || text[at - 1] != '\r') return true;
+  }
+  return false;
+}
+
 }  // namespace quillan

@@ -28,4 +28,7 @@ class ConnectionFileError : public std::runtime_error {
 /// counted.
 void ReadConnectionFile(std::string_view text, ConnectionValues& values);
 
+/// Whether a line of `text` ends in LF alone, so that it is joined with the next one.
+bool HasJoinedLines(std::string_view text);
+
 }  // namespace quillan

@@ -4,7 +4,9 @@
 #include <array>
 #include <utility>
 
+#include "platform/ado/connection_string.h"
 #include "platform/ado/error.h"
+#include "platform/program.h"
 #include "platform/text/ascii.h"
 #include "platform/text/number.h"
 
@@ -16,24 +18,11 @@ constexpr std::array<std::string_view, 4> kConnectionFiles = {
     "\\TBKelvora.DB", "\\..\\TBKelvora.DB", "\\QuillanGUI.DB", "\\..\\QuillanGUI.DB"};
 
 // Statements that one call of a driver runs.
-constexpr size_t kBatchStatements = 256;
+constexpr size_t kBatchStatements = 100;
 
 ado::Error AsError(const std::exception& failure) {
   const auto* error = dynamic_cast<const ado::Error*>(&failure);
   return error != nullptr ? *error : ado::Error(0, "", failure.what());
-}
-
-// Pieces that begin with a blank, or that spell the key PWD, stay as they are.
-std::string MaskPasswords(std::string_view connection_string) {
-  std::string masked;
-  while (true) {
-    const size_t end = connection_string.find(';');
-    const std::string_view piece = connection_string.substr(0, end);
-    masked += text::StartsWithIgnoringCase(piece, "PASSWORD=") ? "Password='*********'" : piece;
-    if (end == std::string_view::npos) return masked;
-    masked += ';';
-    connection_string.remove_prefix(end + 1);
-  }
 }
 
 }  // namespace
@@ -42,7 +31,9 @@ FlowDatabase::FlowDatabase(const Files& files, std::filesystem::path program_fol
                            ado::DriverFactory open_driver)
     : files_(files),
       program_folder_(std::move(program_folder)),
-      connection_(std::move(open_driver)) {}
+      connection_(std::move(open_driver)) {
+  connection_.set_application(kDisplayName);
+}
 
 void FlowDatabase::Execute(std::string_view statement) {
   try {
@@ -79,9 +70,8 @@ std::vector<ado::Outcome> FlowDatabase::ExecuteBatch(std::span<const std::string
       if (outcome) NoteFailure(statements[outcomes.size()], *outcome);
       outcomes.push_back(std::move(outcome));
     }
-    const bool ended = outcomes.back() && (mode == ado::BatchMode::kStopAtFailure ||
-                                           ado::EndsBatch(*outcomes.back()));
-    if (ended) break;
+    const ado::Outcome& last = outcomes.back();
+    if (last && (mode == ado::BatchMode::kStopAtFailure || last->IsTimeout())) break;
   }
   return outcomes;
 }
@@ -103,6 +93,7 @@ void FlowDatabase::NoteFailure(std::string_view statement, const std::exception&
 
 bool FlowDatabase::OpenDatabase() {
   last_error_.clear();
+  open_error_number_ = ado::kObjectClosed;
   if (Connected()) return true;
   if (!GetDatabaseConnection()) return false;
   connection_.set_connection_string(values_.connection_string);
@@ -113,6 +104,7 @@ bool FlowDatabase::OpenDatabase() {
   } catch (const ado::Error& error) {
     last_error_ = "Cannot connect to SQL database. Re-run the Installation Wizard.\r\n\r\n" +
                   ConnectionString(PasswordDisplay::kHidden) + "\r\n\r\nError=" + error.what();
+    open_error_number_ = error.number();
     return false;
   }
   // Twice, as a driver may know only one of the two; neither is a reason to refuse the session.
@@ -128,28 +120,36 @@ bool FlowDatabase::OpenDatabase() {
 }
 
 std::string FlowDatabase::ConnectionString(PasswordDisplay display) const {
-  return display == PasswordDisplay::kHidden ? MaskPasswords(values_.connection_string)
+  return display == PasswordDisplay::kHidden ? ado::MaskPasswords(values_.connection_string)
                                              : values_.connection_string;
 }
 
-std::string FlowDatabase::DatabaseEngine() {
+std::string FlowDatabase::Property(std::string_view name) {
   try {
-    return connection_.Property("DBMS Name");
+    return connection_.Property(name);
   } catch (const ado::Error&) {
     return {};
   }
 }
 
 bool FlowDatabase::GetDatabaseConnection() {
+  connection_file_advice_.clear();
   for (const std::string_view name : kConnectionFiles) {
     const std::filesystem::path file = JoinPath(program_folder_, name);
+    const std::string path = file.lexically_normal().string();
     const auto fail = [&](const std::string& reason) {
-      last_error_ = "Cannot read " + file.lexically_normal().string() + ": " + reason;
+      last_error_ = "Cannot read " + path + ": " + reason;
       return false;
     };
     try {
       const auto text = files_.ReadTextFile(file);
       if (!text) continue;
+      if (HasJoinedLines(*text)) {
+        connection_file_advice_ = "Lines of " + path +
+                                  " end in LF and are therefore joined. They must end in CR LF. To "
+                                  "convert the file, run: sed -i 's/\\r*$/\\r/' '" +
+                                  path + "'";
+      }
       ReadConnectionFile(*text, values_);
     } catch (const FileError& error) {
       return fail(error.what());
@@ -172,15 +172,15 @@ std::unique_ptr<ado::Recordset> FlowDatabase::OpenRecordset(std::string_view que
     return nullptr;
   };
   for (bool retried = false;; retried = true) {
-    if (!OpenDatabase()) return fail(ado::Error(ado::kObjectClosed, "", last_error_));
+    if (!OpenDatabase()) return fail(ado::Error(open_error_number_, "", last_error_));
     try {
       return connection_.OpenRecordset(query, lock_type);
     } catch (const ado::Error& error) {
       if (error.IsTimeout() || retried) return fail(error);
+      connection_.Close(error.what());
     } catch (const std::exception& failure) {  // Out of memory.
       return fail(failure);
     }
-    CloseMainDatabase();
   }
 }
 
@@ -197,14 +197,8 @@ bool FlowDatabase::ReadInBlocks(std::string_view query,
 }
 
 std::string FlowDatabase::Location() {
-  const auto property = [&](std::string_view name) {
-    try {
-      return connection_.Property(name);
-    } catch (const ado::Error&) {
-      return std::string();
-    }
-  };
-  return property("Current Catalog") + " on " + property("Data Source Name") + " SQL Server";
+  if (!Connected()) return {};
+  return Property("Current Catalog") + " on " + Property("Data Source Name") + " SQL Server";
 }
 
 std::string FlowDatabase::DateTimeToDBFormat(text::DateTime value) {
@@ -214,13 +208,10 @@ std::string FlowDatabase::DateTimeToDBFormat(text::DateTime value) {
 
 std::string FlowDatabase::GetFieldList(std::string_view table, std::string_view separator) {
   const auto rows = OpenRecordset("Select Top 1 * From " + std::string(table));
+  if (!rows) return {};
   std::string names;
-  if (!rows) return names;
-  for (const std::string& name : rows->FieldNames()) {
-    if (!names.empty()) names += separator;
-    names += name;
-  }
-  return names;
+  for (const std::string& name : rows->FieldNames()) names.append(name).append(separator);
+  return names.substr(0, names.size() - separator.size());
 }
 
 bool FlowDatabase::TableExists(std::string_view table) {

@@ -40,9 +40,9 @@ class FlowDatabase {
   void ExecuteChecked(std::string_view statement);
 
   /// Runs `statements` in order, several to a round trip where the server takes them, and notes
-  /// each in the report. Raises nothing. Returns the outcome of each that ran: a statement that
-  /// failed is followed by the rest, but for one that ends a batch (see ado::EndsBatch) and, with
-  /// kStopAtFailure, for any.
+  /// each in the report. Raises nothing. Returns the outcome of each that ran: one that
+  /// failed is followed by the rest, but is the last with kStopAtFailure; an expired time-out ends
+  /// the call in any mode, and the caller decides about the rest.
   std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
                                          ado::BatchMode mode = ado::BatchMode::kRunAll);
 
@@ -66,17 +66,23 @@ class FlowDatabase {
 
   void CloseMainDatabase() { connection_.Close(); }
 
-  /// The connection string last read; hidden, with asterisks for each piece that begins with the
-  /// key Password. A password under another key (PWD), or behind a blank, stays.
+  /// The connection string last read; hidden, with asterisks in the place of each password.
   std::string ConnectionString(PasswordDisplay display) const;
 
   /// The server's product name; empty when it cannot be read.
-  std::string DatabaseEngine();
+  std::string DatabaseEngine() { return Property("DBMS Name"); }
+
+  /// What the user should know about the security of the open connection; mostly empty.
+  std::string ConnectionNote() { return Property("Connection Note"); }
 
   /// Reads the connection file; true when the connection string is then not empty. No file in any
   /// of the four places, one that cannot be read or one with a number out of range sets
   /// `LastError`.
   bool GetDatabaseConnection();
+
+  /// What to do where lines of the connection file that was read end in LF alone, which joins them;
+  /// empty where none does.
+  const std::string& ConnectionFileAdvice() const { return connection_file_advice_; }
 
   /// Runs `query` and returns its rows, the first one current, or nothing when it fails. A failure
   /// other than an expired time-out is tried once more over a fresh session. kOptimistic rows can
@@ -90,7 +96,8 @@ class FlowDatabase {
   bool ReadInBlocks(std::string_view query,
                     const std::function<bool(ado::Recordset& rows)>& on_block);
 
-  /// "<catalog> on <server> SQL Server", for display; what cannot be read stays out.
+  /// "<catalog> on <server> SQL Server", for display; what cannot be read is left out. Empty while
+  /// the session is closed.
   std::string Location();
 
   /// The text of the last failure of `OpenDatabase` or `OpenRecordset`; empty after a success.
@@ -107,6 +114,7 @@ class FlowDatabase {
   bool TableExists(std::string_view table);
 
  private:
+  std::string Property(std::string_view name);
   void NoteFailure(std::string_view statement, const std::exception& failure);
 
   const Files& files_;
@@ -114,6 +122,8 @@ class FlowDatabase {
   ConnectionValues values_;
   ado::Connection connection_;
   std::string last_error_;
+  std::int32_t open_error_number_ = 0;
+  std::string connection_file_advice_;
   StatementReport report_;
   bool reporting_ = false;
 };

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/ado/error.h"
-
 namespace quillan::ado {
 
 void Connection::Open() {
@@ -14,10 +12,46 @@ void Connection::Open() {
   driver_ = open_driver_(options);
 }
 
+void Connection::Close(std::string_view reason) {
+  driver_.reset();
+  closed_because_ = reason;
+}
+
+void Connection::Execute(std::string_view statement) {
+  Run([&](Driver& driver) { driver.Execute(statement); });
+}
+
+std::vector<Outcome> Connection::ExecuteBatch(std::span<const std::string> statements,
+                                              BatchMode mode) {
+  std::vector<Outcome> outcomes;
+  Run([&](Driver& driver) { outcomes = driver.ExecuteBatch(statements, mode); });
+  if (!outcomes.empty() && outcomes.back()) NoteLoss(*outcomes.back());
+  return outcomes;
+}
+
 std::unique_ptr<Recordset> Connection::OpenRecordset(std::string_view query, LockType lock_type) {
-  RowStore rows = driver().Query(query);
-  if (lock_type == LockType::kReadOnly) return std::make_unique<Recordset>(std::move(rows));
-  return std::make_unique<Recordset>(std::move(rows), driver_, query);
+  std::unique_ptr<Recordset> rows;
+  Run([&](Driver& driver) {
+    RowStore store = driver.Query(query);
+    rows = lock_type == LockType::kReadOnly
+               ? std::make_unique<Recordset>(std::move(store))
+               : std::make_unique<Recordset>(std::move(store), driver_, query);
+  });
+  return rows;
+}
+
+template <typename Call>
+void Connection::Run(Call call) {
+  try {
+    call(driver());
+  } catch (const Error& error) {
+    NoteLoss(error);
+    throw;
+  }
+}
+
+void Connection::NoteLoss(const Error& error) {
+  if (error.IsConnectionLost()) Close(error.what());
 }
 
 void Connection::QueryInBlocks(std::string_view query,
@@ -29,8 +63,9 @@ void Connection::QueryInBlocks(std::string_view query,
 }
 
 Driver& Connection::driver() const {
-  if (!driver_) throw Error(kObjectClosed, "", "The database connection is closed.");
-  return *driver_;
+  if (driver_) return *driver_;
+  throw Error(kObjectClosed, "",
+              closed_because_.empty() ? "The database connection is closed." : closed_because_);
 }
 
 }  // namespace quillan::ado

@@ -30,20 +30,23 @@ class Connection {
   void set_connection_string(std::string_view text) { options_.connection_string = text; }
   void set_connection_timeout(int seconds) { options_.connection_timeout = seconds; }
   void set_command_timeout(int seconds) { options_.command_timeout = seconds; }
+  /// The name under which the server lists the session, unless the connection string has one.
+  void set_application(std::string_view name) { options_.application = name; }
 
   /// Opens the session. Throws `Error` when it is open already or cannot be opened.
   void Open();
-  /// Closes the session. Open recordsets keep their rows but can no longer be written back.
-  void Close() { driver_.reset(); }
+  /// Closes the session. Open recordsets keep their rows but can no longer be written back. What
+  /// needs the session afterwards fails with `reason` as its text.
+  void Close(std::string_view reason = {});
+
+  // A failure that says that the connection is lost closes the session.
 
   /// Sets the isolation level read-uncommitted.
   void ReadUncommitted() { driver().ReadUncommitted(); }
   /// Runs `statement` and discards its rows. Throws `Error`.
-  void Execute(std::string_view statement) { driver().Execute(statement); }
+  void Execute(std::string_view statement);
   /// Runs `statements` and returns the outcome of each that ran. Throws `Error` when closed.
-  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements, BatchMode mode) {
-    return driver().ExecuteBatch(statements, mode);
-  }
+  std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements, BatchMode mode);
   /// Makes the call under way on another thread, if there is one, fail soon.
   void Cancel() {
     if (driver_) driver_->Cancel();
@@ -53,16 +56,19 @@ class Connection {
   /// Runs `query` and passes its rows on in blocks; a handler that returns false ends the reading.
   /// Throws `Error`.
   void QueryInBlocks(std::string_view query, const std::function<bool(Recordset& rows)>& on_block);
-  /// One of the dynamic properties "DBMS Name", "Current Catalog", "Data Source Name". Throws
-  /// `Error`.
+  /// `Driver::Property`. Throws `Error`.
   std::string Property(std::string_view name) { return driver().Property(name); }
 
  private:
+  template <typename Call>
+  void Run(Call call);
+  void NoteLoss(const Error& error);
   Driver& driver() const;
 
   DriverFactory open_driver_;
   ConnectOptions options_;
   std::shared_ptr<Driver> driver_;
+  std::string closed_because_;
 };
 
 }  // namespace quillan::ado

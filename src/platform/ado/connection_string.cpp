@@ -56,16 +56,34 @@ std::string TakeValue(std::string_view text, size_t& at, const std::string& key)
   return std::string(value);
 }
 
+// Where the first piece of `text` ends: at a ";" outside a quoted value, whichever of the two forms
+// the string has; a value whose quote does not end reaches to the end.
+size_t EndOfPiece(std::string_view text) {
+  const size_t equals = text.find('=');
+  size_t at = text.find(';');
+  if (equals != std::string_view::npos && equals < at) {
+    const size_t value = text.find_first_not_of(' ', equals + 1);
+    const char open = value < text.size() ? text[value] : ';';
+    if (open == '\'' || open == '"' || open == '{') {
+      const char close = open == '{' ? '}' : open;
+      at = text.find(close, value + 1);
+      // A doubled quote is part of the value.
+      while (at != std::string_view::npos && at + 1 < text.size() && text[at + 1] == close) {
+        at = text.find(close, at + 2);
+      }
+      at = text.find(';', at);
+    }
+  }
+  return std::min(at, text.size());
+}
+
 }  // namespace
 
 ConnectionString::ConnectionString(std::string_view text) {
-  const std::string_view start = text.substr(std::min(text.find_first_not_of(" ;"), text.size()));
-  const std::string_view first_key = text::TrimSpaces(start.substr(0, start.find('=')));
-  if (text::EqualsIgnoringCase(first_key, "Driver") || text::EqualsIgnoringCase(first_key, "DSN")) {
-    ParseOdbc(text);
-  } else {
-    ParseOleDb(text);
-  }
+  ParseOdbc(text);
+  if (!Has({"Provider"}) && Has({"Driver", "DSN"})) return;
+  entries_.clear();
+  ParseOleDb(text);
 }
 
 void ConnectionString::ParseOdbc(std::string_view text) {
@@ -97,6 +115,27 @@ void ConnectionString::ParseOleDb(std::string_view text) {
   }
 }
 
+std::string MaskPasswords(std::string_view connection_string) {
+  std::string masked;
+  while (!connection_string.empty()) {
+    const size_t end = EndOfPiece(connection_string);
+    const std::string_view piece = connection_string.substr(0, end);
+    const std::string_view key = text::TrimSpaces(piece.substr(0, piece.find('=')));
+    const bool secret =
+        text::EqualsIgnoringCase(key, "Password") || text::EqualsIgnoringCase(key, "PWD");
+    if (secret && piece.find('=') != std::string_view::npos) {
+      masked.append(piece, 0, piece.find_first_not_of(' ')).append("Password='*********'");
+    } else {
+      masked += piece;
+    }
+    connection_string.remove_prefix(end);
+    if (connection_string.empty()) break;
+    masked += ';';
+    connection_string.remove_prefix(1);
+  }
+  return masked;
+}
+
 const ConnectionString::Entry* ConnectionString::Find(
     std::initializer_list<std::string_view> keys) const {
   const auto found = std::find_if(entries_.rbegin(), entries_.rend(), [&](const Entry& entry) {
@@ -110,6 +149,11 @@ const ConnectionString::Entry* ConnectionString::Find(
 std::string ConnectionString::Value(std::initializer_list<std::string_view> keys) const {
   const Entry* entry = Find(keys);
   return entry != nullptr ? entry->value : std::string();
+}
+
+std::string ConnectionString::Key(std::initializer_list<std::string_view> keys) const {
+  const Entry* entry = Find(keys);
+  return entry != nullptr ? entry->key : std::string();
 }
 
 bool ConnectionString::Has(std::initializer_list<std::string_view> keys) const {

@@ -2,6 +2,13 @@
 
 namespace quillan::ado {
 
+void RefuseNul(std::string_view statement) {
+  if (statement.find('\0') == std::string_view::npos) return;
+  throw Error(0, "",
+              "The statement contains a NUL character (code 0), which a database cannot store. "
+              "Remove it from the text.");
+}
+
 bool EndsBatch(const Error& error) { return error.IsTimeout() || error.IsConnectionLost(); }
 
 std::vector<Outcome> ExecuteOneByOne(Driver& driver, std::span<const std::string> statements,

@@ -19,6 +19,8 @@ struct ConnectOptions {
   std::string connection_string;
   int connection_timeout = 0;
   int command_timeout = 0;
+  std::string application;  // The name under which the server lists the session, unless the
+                            // connection string has one.
 };
 
 /// How one statement of a batch ended: nothing after a success, else its error.
@@ -71,12 +73,16 @@ class Driver {
   /// more or fewer rows than one it is undone and `kRowNotFound` is thrown.
   virtual void ChangeOneRow(std::string_view statement, std::span<const Value> parameters) = 0;
 
-  /// "DBMS Name", "Current Catalog" or "Data Source Name"; any other name throws.
+  /// "DBMS Name", "Current Catalog", "Data Source Name" or "Connection Note" (what the user should
+  /// know about the security of the connection; mostly empty); any other name throws.
   virtual std::string Property(std::string_view name) = 0;
 
   /// Makes the call under way, if there is one, fail soon. Safe on any thread.
   virtual void Cancel() = 0;
 };
+
+/// Throws when `statement` contains a NUL character, at which an engine would cut it.
+void RefuseNul(std::string_view statement);
 
 /// Whether `error` ends a batch in any mode.
 bool EndsBatch(const Error& error);

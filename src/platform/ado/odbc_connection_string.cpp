@@ -30,6 +30,9 @@ const Keys kEncrypt = {"Use Encryption for Data", "Encrypt"};
 const Keys kTrust = {"Trust Server Certificate", "TrustServerCertificate"};
 const Keys kLanguage = {"Current Language", "Language"};
 const Keys kIntent = {"Application Intent", "ApplicationIntent"};
+const Keys kFailover = {"Failover Partner", "Failover_Partner", "FailoverPartner"};
+const Keys kMultiSubnet = {"MultiSubnetFailover", "Multi Subnet Failover"};
+const Keys kAuthentication = {"Authentication"};
 
 [[noreturn]] void Refuse(const std::string& problem) {
   throw Error(0, "", "The connection string cannot be used: " + problem);
@@ -47,17 +50,11 @@ bool IsOn(const ConnectionString& settings, Keys keys) {
   const std::string value = settings.Value(keys);
   if (IsOneOf(value, {"true", "yes", "1", "-1", "SSPI", "mandatory", "strict"})) return true;
   if (IsOneOf(value, {"", "false", "no", "0", "optional"})) return false;
-  Refuse("\"" + std::string(*keys.begin()) + "\" is neither yes nor no.");
+  Refuse("the value of \"" + settings.Key(keys) + "\" is neither yes nor no.");
 }
 
-struct Server {
-  std::string host;
-  std::string instance;
-  int port = 0;  // 0: not given.
-};
-
 // Takes "tcp:host\instance,port" apart.
-Server ParseServer(std::string_view name) {
+SqlServerAddress ParseServer(std::string_view name) {
   const size_t colon = name.find(':');
   // A one-letter or address-like prefix is part of an IPv6 address.
   const std::string_view protocol = name.substr(0, colon == std::string_view::npos ? 0 : colon);
@@ -66,14 +63,15 @@ Server ParseServer(std::string_view name) {
   } else if (IsOneOf(protocol, {"np", "via"}) || name.starts_with("\\\\")) {
     Refuse("the server \"" + std::string(name) + "\" is not reached over TCP. Name its host.");
   }
-  Server server;
+  SqlServerAddress server;
   if (const size_t comma = name.rfind(','); comma != std::string_view::npos) {
     const std::string_view digits = text::TrimSpaces(name.substr(comma + 1));
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), server.port);
     if (error != std::errc() || end != digits.data() + digits.size() || server.port < 1 ||
         server.port > 65535) {
-      Refuse("the port \"" + std::string(digits) + "\" of the server is no number of 1 to 65535.");
+      Refuse("the port \"" + std::string(digits) +
+             "\" of the server is not a number from 1 to 65535.");
     }
     name = text::TrimSpaces(name.substr(0, comma));
   }
@@ -87,9 +85,9 @@ Server ParseServer(std::string_view name) {
 }
 
 // Writes "key=value;…" as one driver reads it.
-class OdbcText {
+class OdbcStringWriter {
  public:
-  explicit OdbcText(std::string_view driver) : free_tds_(driver == kFreeTds) {
+  explicit OdbcStringWriter(std::string_view driver) : free_tds_(driver == kFreeTds) {
     text_ = "Driver={" + std::string(driver) + "}";
   }
 
@@ -117,25 +115,21 @@ class OdbcText {
   std::string text_;
 };
 
-void AddServer(const Server& server, OdbcText& odbc) {
-  std::string host = server.host;
-  // With a port the instance's name says nothing further.
-  if (server.port == 0 && !server.instance.empty()) host += "\\" + server.instance;
+void AddServer(const SqlServerAddress& server, OdbcStringWriter& odbc) {
   if (!odbc.free_tds()) {
-    if (server.port != 0) host = "tcp:" + host + "," + std::to_string(server.port);
-    odbc.Value("Server", host);
+    odbc.Value("Server", server.port == 0
+                             ? server.host
+                             : "tcp:" + server.host + "," + std::to_string(server.port));
     return;
   }
-  odbc.Value("Server", host);
-  if (server.port != 0 || server.instance.empty()) {
-    odbc.Word("Port", std::to_string(server.port != 0 ? server.port : kDefaultPort));
-  }
+  odbc.Value("Server", server.host);
+  odbc.Word("Port", std::to_string(server.port != 0 ? server.port : kDefaultPort));
   // The newest protocol, whose texts are all Unicode, whatever the machine's freetds.conf says.
   odbc.Word("TDS_Version", "7.4");
   odbc.Word("ClientCharset", "UTF-8");
 }
 
-void AddEncryption(const ConnectionString& settings, OdbcText& odbc) {
+void AddEncryption(const ConnectionString& settings, OdbcStringWriter& odbc) {
   const bool encrypt = IsOn(settings, kEncrypt);
   const bool trust = IsOn(settings, kTrust);
   const bool strict = IsOneOf(settings.Value(kEncrypt), {"strict"});
@@ -151,6 +145,29 @@ void AddEncryption(const ConnectionString& settings, OdbcText& odbc) {
   }
   odbc.Word("Encrypt", strict ? "strict" : encrypt ? "yes" : "no");
   if (trust) odbc.Word("TrustServerCertificate", "yes");
+}
+
+// What only the maker's drivers can do. FreeTDS would ignore it, and connect elsewhere or as
+// someone else.
+void AddMakersKeys(const ConnectionString& settings, OdbcStringWriter& odbc) {
+  const auto refuse_free_tds = [&](Keys keys, const std::string& instead) {
+    if (!odbc.free_tds()) return;
+    Refuse("the driver FreeTDS does not support \"" + settings.Key(keys) + "\". " + instead +
+           ", or install the package msodbcsql18.");
+  };
+  if (settings.Has(kMultiSubnet) && IsOn(settings, kMultiSubnet)) {
+    refuse_free_tds(kMultiSubnet, "Remove it");
+    odbc.Word("MultiSubnetFailover", "Yes");
+  }
+  if (const std::string partner = settings.Value(kFailover); !partner.empty()) {
+    refuse_free_tds(kFailover, "Name the server that is active now");
+    odbc.Value("Failover_Partner", partner);
+  }
+  if (const std::string way = settings.Value(kAuthentication);
+      !way.empty() && !IsOneOf(way, {"SqlPassword"})) {
+    refuse_free_tds(kAuthentication, "Use a user and a password of the server's own");
+    odbc.Value("Authentication", way);
+  }
 }
 
 }  // namespace
@@ -178,23 +195,36 @@ std::string SqlServerName(const ConnectionString& settings) {
   return address.empty() ? settings.Value(kServer) : address;
 }
 
-std::string TranslateToOdbc(const ConnectionString& settings, std::string_view driver) {
+SqlServerAddress AddressOf(const ConnectionString& settings) {
   const std::string server = SqlServerName(settings);
   if (server.empty()) Refuse("it names no server. Add \"Data Source=<server>\".");
+  return ParseServer(server);
+}
 
-  OdbcText odbc(driver);
-  AddServer(ParseServer(server), odbc);
+bool UsesIntegratedSecurity(const ConnectionString& settings) {
+  return IsOn(settings, kIntegrated);
+}
+
+bool AsksForEncryption(const ConnectionString& settings) { return IsOn(settings, kEncrypt); }
+
+bool NamesUser(const ConnectionString& settings) { return !settings.Value(kUser).empty(); }
+
+std::string TranslateToOdbc(const ConnectionString& settings, std::string_view driver,
+                            const SqlServerAddress& server, const std::string& application) {
+  OdbcStringWriter odbc(driver);
+  AddServer(server, odbc);
   odbc.Value("Database", settings.Value(kDatabase));
-  if (IsOn(settings, kIntegrated)) {
+  if (UsesIntegratedSecurity(settings)) {
     odbc.Word("Trusted_Connection", "Yes");
   } else {
     odbc.Value("UID", settings.Value(kUser));
     odbc.Value("PWD", settings.Value(kPassword));
   }
-  odbc.Value("APP", settings.Value(kApplication));
+  odbc.Value("APP", settings.Has(kApplication) ? settings.Value(kApplication) : application);
   odbc.Value("WSID", settings.Value(kWorkstation));
   odbc.Value("Language", settings.Value(kLanguage));
   odbc.Value("ApplicationIntent", settings.Value(kIntent));
+  AddMakersKeys(settings, odbc);
   AddEncryption(settings, odbc);
   return odbc.Take();
 }

@@ -20,12 +20,29 @@ std::optional<std::string> SqlServerDriver(std::span<const std::string> installe
 /// none.
 std::string SqlServerName(const ConnectionString& settings);
 
+/// Where a SQL Server is reached.
+struct SqlServerAddress {
+  std::string host;
+  std::string instance;  // Empty: the default instance.
+  int port = 0;          // 0: not given.
+};
+
+/// That of the server that `settings` names. Throws `Error` when it names none, a port that is not
+/// a number, or a protocol other than TCP.
+SqlServerAddress AddressOf(const ConnectionString& settings);
+
+bool UsesIntegratedSecurity(const ConnectionString& settings);
+bool AsksForEncryption(const ConnectionString& settings);
+bool NamesUser(const ConnectionString& settings);
+
 /// The ODBC connection string by which `driver`, a result of `SqlServerDriver`, opens what the OLE
-/// DB string `settings` describes. Encrypted only where the string asks for it; FreeTDS then checks
-/// the server's certificate only where its own configuration names an authority, and a string that
-/// demands the check is refused. Keys that have no counterpart are dropped. Throws `Error`, whose
-/// text shows no password, when the string names no server, a port that is no number, a protocol
-/// other than TCP, or a value that the driver cannot be given.
-std::string TranslateToOdbc(const ConnectionString& settings, std::string_view driver);
+/// DB string `settings` describes, at `server`, whose instance does not count beside its port.
+/// `application` is the name that the server shows unless the string has one. Encrypted only where
+/// the string asks for it; FreeTDS then checks the server's certificate only where its own
+/// configuration names an authority, and a string that demands the check is refused. Keys that have
+/// no counterpart are dropped, but one that decides where or as whom the session is opened is
+/// refused. Throws `Error`, whose text shows no password.
+std::string TranslateToOdbc(const ConnectionString& settings, std::string_view driver,
+                            const SqlServerAddress& server, const std::string& application);
 
 }  // namespace quillan::ado

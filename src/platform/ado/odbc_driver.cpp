@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <utility>
 
 #include "platform/ado/error.h"
 #include "platform/ado/odbc_rows.h"
@@ -66,11 +67,14 @@ std::vector<std::string> NameParts(std::string_view name) {
 
 class OdbcDriver final : public Driver {
  public:
-  OdbcDriver(const ConnectOptions& options, const std::string& driver, std::string data_source)
+  OdbcDriver(const ConnectOptions& options, const std::string& driver, std::string data_source,
+             std::string note)
       : session_(options.connection_string, driver, options.connection_timeout),
         command_timeout_(options.command_timeout),
         data_source_(std::move(data_source)),
-        command_(session_, command_timeout_) {}
+        note_(std::move(note)),
+        command_(session_, command_timeout_),
+        takes_batches_(session_.Info(SQL_DBMS_NAME).find("SQL Server") != std::string::npos) {}
 
   void Execute(std::string_view statement) override {
     const Running running(*this, command_);
@@ -81,7 +85,18 @@ class OdbcDriver final : public Driver {
 
   std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements,
                                     BatchMode mode) override {
-    return ExecuteOneByOne(*this, statements, mode);
+    if (!takes_batches_) return ExecuteOneByOne(*this, statements, mode);
+    std::vector<Outcome> outcomes;
+    while (outcomes.size() < statements.size()) {
+      const auto rest = statements.subspan(outcomes.size());
+      std::vector<Outcome> ran = RunBatch(rest, mode);
+      // Nothing ran, so that one of them cannot be understood: which one shows if each runs alone.
+      if (ran.empty()) ran = ExecuteOneByOne(*this, rest, mode);
+      outcomes.insert(outcomes.end(), ran.begin(), ran.end());
+      const Outcome& last = outcomes.back();
+      if (last && (mode == BatchMode::kStopAtFailure || EndsBatch(*last))) break;
+    }
+    return outcomes;
   }
 
   RowStore Query(std::string_view query) override {
@@ -109,7 +124,7 @@ class OdbcDriver final : public Driver {
   }
 
   void ReadUncommitted() override {
-    if (session_.is_sqlite()) {
+    if (session_.api().IsSqlite()) {
       Execute("set transaction isolation level read uncommitted");
     } else {
       session_.SetAttribute(SQL_ATTR_TXN_ISOLATION, SQL_TXN_READ_UNCOMMITTED);
@@ -162,6 +177,7 @@ class OdbcDriver final : public Driver {
 
   std::string Property(std::string_view name) override {
     if (name == "DBMS Name") return session_.Info(SQL_DBMS_NAME);
+    if (name == "Connection Note") return note_;
     if (name == "Current Catalog") return session_.Info(SQL_DATABASE_NAME);
     if (name == "Data Source Name") {
       if (data_source_.empty()) data_source_ = session_.Info(SQL_DATA_SOURCE_NAME);
@@ -180,12 +196,14 @@ class OdbcDriver final : public Driver {
   // The statement that `Cancel` reaches, while this lives.
   class Running {
    public:
-    Running(OdbcDriver& driver, const OdbcStatement& statement) : driver_(driver) {
+    Running(OdbcDriver& driver, OdbcStatement& statement) : driver_(driver) {
       const std::lock_guard lock(driver_.running_mutex_);
       driver_.running_ = &statement;
     }
     ~Running() {
       const std::lock_guard lock(driver_.running_mutex_);
+      // Results that a failure left unread would keep every other statement from running.
+      driver_.running_->Close();
       driver_.running_ = nullptr;
     }
     Running(const Running&) = delete;
@@ -195,8 +213,63 @@ class OdbcDriver final : public Driver {
     OdbcDriver& driver_;
   };
 
+  // The column whose name tells where in a batch a result belongs: after statement `number`,
+  // from 1.
+  static std::string Marker(size_t number) { return "QuillanStatement" + std::to_string(number); }
+
+  // Sends `statements` as one batch and returns the outcomes of those that ran; none when the
+  // server did not understand the batch. An error that ends the batch is the outcome of the last
+  // one. What an expired time-out or a lost connection left without an answer has that error, as it
+  // may have been written and must not run twice.
+  std::vector<Outcome> RunBatch(std::span<const std::string> statements, BatchMode mode) {
+    std::string text = "select 0 as " + Marker(0);
+    for (size_t i = 0; i < statements.size(); ++i) {
+      if (statements[i].find('\0') != std::string::npos) return {};
+      text += "\n" + statements[i];
+      if (mode == BatchMode::kStopAtFailure) text += "\nif @@error <> 0 return";
+      text += "\nselect 0 as " + Marker(i + 1);
+    }
+    std::vector<Outcome> outcomes;
+    Outcome failure;
+    bool started = false;
+    const Running running(*this, command_);
+    const auto failed = [&](const Error& error) {
+      if (!failure) failure = error;
+      return EndsBatch(error);
+    };
+    const auto more = [&] {
+      try {
+        return command_.NextResult();
+      } catch (const Error& error) {
+        return !failed(error);
+      }
+    };
+    try {
+      command_.Execute(text);
+    } catch (const Error& error) {
+      if (!EndsBatch(error)) return {};
+      failed(error);
+    }
+    do {
+      if (failure && EndsBatch(*failure)) break;
+      if (command_.ColumnCount() == 0) continue;
+      const std::string name = command_.Column(1).name;
+      if (!started) {
+        started = name == Marker(0);
+      } else if (name == Marker(outcomes.size() + 1)) {
+        outcomes.push_back(std::exchange(failure, std::nullopt));
+      }
+    } while (more());
+    if (failure && EndsBatch(*failure)) {
+      outcomes.resize(statements.size(), failure);
+    } else if (started && outcomes.size() < statements.size()) {
+      outcomes.push_back(failure);
+    }
+    return outcomes;
+  }
+
   void Run(OdbcStatement& statement, std::string_view text) const {
-    if (session_.is_sqlite()) {
+    if (session_.api().IsSqlite()) {
       statement.Execute(TranslateToSqlite(text));
     } else {
       statement.Execute(text);
@@ -206,16 +279,18 @@ class OdbcDriver final : public Driver {
   OdbcSession session_;
   int command_timeout_;
   std::string data_source_;
+  std::string note_;
   OdbcStatement command_;
+  bool takes_batches_;
   std::mutex running_mutex_;
-  const OdbcStatement* running_ = nullptr;
+  OdbcStatement* running_ = nullptr;
 };
 
 }  // namespace
 
 std::unique_ptr<Driver> OpenOdbc(const ConnectOptions& options, const std::string& driver,
-                                 std::string data_source) {
-  return std::make_unique<OdbcDriver>(options, driver, std::move(data_source));
+                                 std::string data_source, std::string note) {
+  return std::make_unique<OdbcDriver>(options, driver, std::move(data_source), std::move(note));
 }
 
 }  // namespace quillan::ado

@@ -23,7 +23,7 @@ constexpr size_t kSqliteTextBytes = 256;
 enum class Kind { kWhole, kReal, kTimestamp, kText, kBytes };
 
 Kind KindOf(const OdbcColumn& column, bool sqlite) {
-  constexpr SQLULEN kMostDigits = 18;  // What fits 64 bits.
+  constexpr SQLULEN kMostDigits = 18;  // What fits 64 bits; more of them are kept as text.
   switch (column.type) {
     case SQL_BIT:
     case SQL_TINYINT:
@@ -33,7 +33,8 @@ Kind KindOf(const OdbcColumn& column, bool sqlite) {
       return Kind::kWhole;
     case SQL_DECIMAL:
     case SQL_NUMERIC:
-      return column.scale == 0 && column.size <= kMostDigits ? Kind::kWhole : Kind::kReal;
+      if (column.scale != 0) return Kind::kReal;
+      return column.size <= kMostDigits ? Kind::kWhole : Kind::kText;
     case SQL_REAL:
     case SQL_FLOAT:
     case SQL_DOUBLE:
@@ -50,11 +51,20 @@ Kind KindOf(const OdbcColumn& column, bool sqlite) {
   }
 }
 
+// The length of "2007-06-01 12:00:00".
+constexpr size_t kSecondsLength = 19;
+
+bool IsCharacterType(SQLSMALLINT type) {
+  return type == SQL_CHAR || type == SQL_VARCHAR || type == SQL_WCHAR || type == SQL_WVARCHAR;
+}
+
 // A column of the block: the room for `rows` values one after the other, and their lengths.
 struct BoundColumn {
   std::string name;
   Kind kind = Kind::kText;
   SQLSMALLINT c_type = SQL_C_WCHAR;
+  int fraction_digits = 0;  // Of a timestamp.
+  size_t characters = 0;    // The most that a text may have; 0: without limit, or no text.
   size_t bytes = 0;  // For one value, a text's end mark included; 0: without limit, so not bound.
   std::unique_ptr<char[]> values;
   std::vector<SQLLEN> lengths;
@@ -68,9 +78,8 @@ struct BoundColumn {
 class RowReader {
  public:
   explicit RowReader(const OdbcStatement& statement) : statement_(statement) {
-    const bool sqlite = statement.session().is_sqlite();
     const SQLSMALLINT count = statement.ColumnCount();
-    for (SQLSMALLINT i = 1; i <= count; ++i) Add(statement.Column(i), sqlite);
+    for (SQLSMALLINT i = 1; i <= count; ++i) Add(statement.Column(i));
     // What follows a column that is not bound cannot be bound either: drivers give such values
     // from left to right.
     const auto unbound = std::find_if(columns_.begin(), columns_.end(),
@@ -80,8 +89,12 @@ class RowReader {
 
   void Read(size_t block_rows, const BlockHandler& on_block) {
     std::vector<std::string> names;
-    for (const BoundColumn& column : columns_) names.push_back(column.name);
-    RowStore rows(names);
+    std::vector<size_t> sizes;
+    for (const BoundColumn& column : columns_) {
+      names.push_back(column.name);
+      sizes.push_back(column.characters);
+    }
+    RowStore rows(names, sizes);
     SetAttribute(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
     Bind();
     SQLULEN first = 1;
@@ -95,7 +108,7 @@ class RowReader {
       first += fetched_;
       if (rows.row_count() < block_rows) continue;
       if (!on_block(std::move(rows))) return;
-      rows = RowStore(names);
+      rows = RowStore(names, sizes);
     }
     on_block(std::move(rows));
   }
@@ -107,7 +120,10 @@ class RowReader {
     Check(SQLSetStmtAttr(statement_.handle(), attribute, value, 0));
   }
 
-  void Add(OdbcColumn described, bool sqlite) {
+  const OdbcApi& api() const { return statement_.session().api(); }
+
+  void Add(OdbcColumn described) {
+    const bool sqlite = api().IsSqlite();
     BoundColumn column;
     column.kind = KindOf(described, sqlite);
     column.name = std::move(described.name);
@@ -123,16 +139,20 @@ class RowReader {
       case Kind::kTimestamp:
         column.c_type = SQL_C_TYPE_TIMESTAMP;
         column.bytes = sizeof(SQL_TIMESTAMP_STRUCT);
+        column.fraction_digits = described.scale;
         break;
       case Kind::kText:
       case Kind::kBytes:
-        if (sqlite) column.c_type = SQL_C_CHAR;
-        if (column.kind == Kind::kBytes) column.c_type = SQL_C_BINARY;
+        column.c_type = column.kind == Kind::kBytes ? SQL_C_BINARY : api().TextType();
+        if (IsCharacterType(described.type) && described.size <= kMostCharacters) {
+          column.characters = described.size;
+        }
         if (sqlite) {
           column.bytes = kSqliteTextBytes;
         } else if (described.size > 0 && described.size <= kMostCharacters) {
+          // A number's digits may come with a sign and a point; then the end mark.
           column.bytes = column.kind == Kind::kBytes ? described.size
-                                                     : (described.size + 1) * column.MarkBytes();
+                                                     : (described.size + 3) * column.MarkBytes();
         }
         break;
     }
@@ -181,7 +201,7 @@ class RowReader {
           column.lengths.begin(), column.lengths.begin() + static_cast<std::ptrdiff_t>(fetched_));
       const size_t needed = static_cast<size_t>(std::max(longest, SQLLEN{0})) + column.MarkBytes();
       if (needed <= column.bytes) continue;
-      if (!statement_.session().is_sqlite()) {
+      if (!api().IsSqlite()) {
         throw Error(0, "22001",
                     "A value of the column \"" + column.name + "\" is longer than the column.");
       }
@@ -222,7 +242,7 @@ class RowReader {
         break;
       }
       case Kind::kTimestamp:
-        StoreTimestamp(value, rows);
+        StoreTimestamp(value, column.fraction_digits, rows);
         break;
       case Kind::kText:
       case Kind::kBytes:
@@ -235,18 +255,21 @@ class RowReader {
     }
   }
 
-  static void StoreTimestamp(const char* value, RowStore& rows) {
+  // With as many digits of the fraction as the column has: what is written back must find the row.
+  static void StoreTimestamp(const char* value, int fraction_digits, RowStore& rows) {
     SQL_TIMESTAMP_STRUCT time{};
     std::memcpy(&time, value, sizeof time);
     std::array<char, 64> text{};
-    int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", time.year,
-                               time.month, time.day, time.hour, time.minute, time.second);
-    constexpr SQLUINTEGER kNanosecondsInMillisecond = 1000000;
-    if (const SQLUINTEGER milliseconds = time.fraction / kNanosecondsInMillisecond) {
-      length += std::snprintf(text.data() + length, text.size() - static_cast<size_t>(length),
-                              ".%03u", milliseconds);
+    int length =
+        std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d.%09u", time.year,
+                      time.month, time.day, time.hour, time.minute, time.second, time.fraction);
+    constexpr int kMostDigits = 9;  // The driver counts nanoseconds.
+    length -= kMostDigits - std::clamp(fraction_digits, 0, kMostDigits);
+    std::string_view written(text.data(), static_cast<size_t>(length));
+    if (written.find_first_not_of('0', kSecondsLength + 1) == std::string_view::npos) {
+      written = written.substr(0, kSecondsLength);
     }
-    rows.AddText({text.data(), static_cast<size_t>(length)});
+    rows.AddText(written);
   }
 
   void StoreUtf16(const char* bytes, size_t units, RowStore& rows) {

@@ -2,19 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "platform/ado/error.h"
 #include "platform/text/ascii.h"
-#include "platform/text/encoding.h"
 
 namespace quillan::ado {
 namespace {
 
 OdbcHandle NewEnvironment() {
   OdbcHandle environment(SQL_HANDLE_ENV);
-  CheckOdbc(
-      SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, AttributeValue(SQL_OV_ODBC3), 0),
-      environment, OdbcText::kUtf16);
+  SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, AttributeValue(SQL_OV_ODBC3), 0);
   // A session that is opened again must be a fresh one. Allocating an environment resets this.
   SQLSetEnvAttr(SQL_NULL_HANDLE, SQL_ATTR_CONNECTION_POOLING, AttributeValue(SQL_CP_OFF), 0);
   return environment;
@@ -34,14 +32,46 @@ bool IsMissing(const std::string& driver, const std::vector<std::string>& instal
          });
 }
 
+// Drops "[vendor][driver][server]" at the start, but no bracketed name of the server's own text.
+std::string_view WithoutComponents(std::string_view text) {
+  constexpr std::array<std::string_view, 6> kComponents = {
+      "[unixODBC]", "[Driver Manager]", "[Microsoft]", "[FreeTDS]", "[SQL Server]", "[SQLite]"};
+  for (;;) {
+    size_t length = 0;
+    for (const std::string_view component : kComponents) {
+      if (text.starts_with(component)) length = component.size();
+    }
+    if (text.starts_with("[ODBC Driver ")) length = text.find(']') + 1;
+    if (length == 0) return text;
+    text.remove_prefix(length);
+  }
+}
+
+// What the driver reported, errors before messages. Some drivers report an error as a message, but
+// then alone.
+std::vector<OdbcDiagnostic> Diagnostics(const OdbcApi& api, const OdbcHandle& handle) {
+  std::vector<OdbcDiagnostic> diagnostics;
+  for (SQLSMALLINT number = 1; auto diagnostic = api.GetDiagRec(handle, number); ++number) {
+    diagnostic->text = WithoutComponents(diagnostic->text);
+    diagnostics.push_back(std::move(*diagnostic));
+  }
+  std::stable_partition(diagnostics.begin(), diagnostics.end(),
+                        [](const OdbcDiagnostic& d) { return !d.state.starts_with("01"); });
+  return diagnostics;
+}
+
 }  // namespace
 
 OdbcSession::OdbcSession(const std::string& connection_string, const std::string& driver,
                          int login_timeout)
-    : environment_(NewEnvironment()), connection_(SQL_HANDLE_DBC, &environment_) {
+    : environment_(NewEnvironment()),
+      connection_(SQL_HANDLE_DBC, &environment_),
+      api_(&OdbcApi::For(driver)) {
   SetAttribute(SQL_ATTR_LOGIN_TIMEOUT, static_cast<SQLULEN>(login_timeout));
   Connect(connection_string, driver);
-  sqlite_ = Info(SQL_DBMS_NAME) == "SQLite";
+  connected_ = true;
+  // A data source does not say which driver it uses, but its database does.
+  api_ = &OdbcApi::For(Info(SQL_DBMS_NAME));
 }
 
 OdbcSession::~OdbcSession() {
@@ -52,22 +82,8 @@ OdbcSession::~OdbcSession() {
 }
 
 void OdbcSession::Connect(const std::string& connection_string, const std::string& driver) {
-  // The product's name is not known yet, but only this driver has no Unicode functions.
-  const bool bytes = text::ToUpperAscii(driver).find("SQLITE") != std::string::npos;
-  SQLRETURN result = SQL_ERROR;
-  if (bytes) {
-    std::string text = connection_string;
-    result = SQLDriverConnect(connection_.get(), nullptr, reinterpret_cast<SQLCHAR*>(text.data()),
-                              static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr,
-                              SQL_DRIVER_NOPROMPT);
-  } else {
-    std::u16string text = text::Utf8ToUtf16(connection_string);
-    result = SQLDriverConnectW(connection_.get(), nullptr, reinterpret_cast<SQLWCHAR*>(text.data()),
-                               static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr,
-                               SQL_DRIVER_NOPROMPT);
-  }
   try {
-    CheckOdbc(result, connection_, bytes ? OdbcText::kUtf8 : OdbcText::kUtf16);
+    Check(api_->DriverConnect(connection_.get(), connection_string), connection_);
   } catch (const Error& error) {
     const std::vector<std::string> installed = InstalledOdbcDrivers();
     if (!IsMissing(driver, installed)) throw;
@@ -77,30 +93,43 @@ void OdbcSession::Connect(const std::string& connection_string, const std::strin
   }
 }
 
-std::string OdbcSession::Info(SQLUSMALLINT type) const {
-  std::array<char16_t, 512> units{};
-  SQLSMALLINT bytes = 0;
-  if (text() == OdbcText::kUtf8) {
-    if (!SQL_SUCCEEDED(
-            SQLGetInfo(connection_.get(), type, units.data(), sizeof units - 1, &bytes))) {
-      return {};
-    }
-    return reinterpret_cast<const char*>(units.data());
+void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) const {
+  if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
+  const std::vector<OdbcDiagnostic> diagnostics = Diagnostics(*api_, handle);
+  const std::string state = diagnostics.empty() ? "" : diagnostics.front().state;
+  const bool dead = connected_ && IsDead();
+  if (state == "HYT00" || state == "HYT01") {
+    // A server that does not even answer the request to stop has lost its session.
+    throw Error(kTimeoutExpired, dead ? "08S01" : state, diagnostics.front().text);
   }
-  if (!SQL_SUCCEEDED(
-          SQLGetInfoW(connection_.get(), type, units.data(), sizeof units - 2, &bytes))) {
-    return {};
+  if (dead) {
+    throw Error(0, "08S01", "The connection to the server was lost.");
   }
-  return text::Utf16ToUtf8(units.data());
+  if (diagnostics.empty()) throw Error(0, "", "The ODBC driver failed without saying why.");
+  if (state == "HY008") throw Error(0, state, "The statement was cancelled.");
+  std::string text = diagnostics.front().text;
+  // A connection's failure may name its cause in a message besides.
+  if (handle.type() == SQL_HANDLE_DBC && diagnostics.front().number == 0) {
+    for (size_t i = 1; i < diagnostics.size(); ++i) text += ": " + diagnostics[i].text;
+  }
+  throw Error(diagnostics.front().number, state, text);
+}
+
+// Drivers answer from what their last call saw, so this is right after a failure only. FreeTDS has
+// no other sign: it reports a lost connection as HY000.
+bool OdbcSession::IsDead() const {
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  return SQL_SUCCEEDED(SQLGetConnectAttr(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead,
+                                         sizeof dead, nullptr)) &&
+         dead == SQL_CD_TRUE;
 }
 
 void OdbcSession::SetAttribute(SQLINTEGER attribute, SQLULEN value) {
-  CheckOdbc(SQLSetConnectAttr(connection_.get(), attribute, AttributeValue(value), 0), connection_,
-            text());
+  Check(SQLSetConnectAttr(connection_.get(), attribute, AttributeValue(value), 0), connection_);
 }
 
 void OdbcSession::EndTransaction(SQLSMALLINT completion) {
-  CheckOdbc(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), completion), connection_, text());
+  Check(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), completion), connection_);
 }
 
 std::vector<std::string> InstalledOdbcDrivers() {

@@ -3,8 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ado/odbc_error.h"
-#include "platform/ado/odbc_handle.h"
+#include "platform/ado/odbc_api.h"
 
 namespace quillan::ado {
 
@@ -21,12 +20,16 @@ class OdbcSession {
   OdbcSession& operator=(const OdbcSession&) = delete;
 
   const OdbcHandle& connection() const { return connection_; }
-  OdbcText text() const { return sqlite_ ? OdbcText::kUtf8 : OdbcText::kUtf16; }
-  /// Whether the engine at the other end is SQLite.
-  bool is_sqlite() const { return sqlite_; }
+  const OdbcApi& api() const { return *api_; }
 
-  /// A text that SQLGetInfo gives (SQL_DBMS_NAME, …); empty when it gives none.
-  std::string Info(SQLUSMALLINT type) const;
+  /// Unless `result` is a success, with or without messages, or says that there is no data, throws
+  /// what the driver reported about its last call on `handle`: the server's own text and number,
+  /// without the names of the components that passed them on; `kTimeoutExpired` for an expired
+  /// time-out; state 08S01 for a lost connection.
+  void Check(SQLRETURN result, const OdbcHandle& handle) const;
+
+  /// A string that SQLGetInfo gives (SQL_DBMS_NAME, …); empty when it gives none.
+  std::string Info(SQLUSMALLINT type) const { return api_->GetInfo(connection_.get(), type); }
   /// Sets a connection attribute (SQL_ATTR_…). Throws `Error`.
   void SetAttribute(SQLINTEGER attribute, SQLULEN value);
   /// Ends the transaction with SQL_COMMIT or SQL_ROLLBACK. Throws `Error`.
@@ -34,10 +37,12 @@ class OdbcSession {
 
  private:
   void Connect(const std::string& connection_string, const std::string& driver);
+  bool IsDead() const;
 
   OdbcHandle environment_;
   OdbcHandle connection_;
-  bool sqlite_ = false;
+  const OdbcApi* api_;
+  bool connected_ = false;
 };
 
 /// The names of the ODBC drivers that are installed on this machine.

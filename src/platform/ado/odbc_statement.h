@@ -9,14 +9,6 @@
 
 namespace quillan::ado {
 
-/// A column of a result as the driver describes it.
-struct OdbcColumn {
-  std::string name;
-  SQLSMALLINT type = 0;
-  SQLULEN size = 0;  // Characters or digits; 0: without limit.
-  SQLSMALLINT scale = 0;
-};
-
 /// A statement on an ODBC connection, which may be run again and again; it steps through one result
 /// after the other. Every member may throw `Error`.
 class OdbcStatement {
@@ -26,8 +18,8 @@ class OdbcStatement {
 
   const OdbcSession& session() const { return session_; }
   SQLHANDLE handle() const { return handle_.get(); }
-  /// Throws what the driver reported unless `result` is a success or says that there is no data.
-  void Check(SQLRETURN result) const { CheckOdbc(result, handle_, session_.text()); }
+  /// `OdbcSession::Check` for a call on this statement.
+  void Check(SQLRETURN result) const { session_.Check(result, handle_); }
 
   /// Drops what is left of the last run's results and runs `statement`; stands on its first result.
   void Execute(std::string_view statement);
@@ -44,10 +36,10 @@ class OdbcStatement {
   SQLLEN RowCount() const;
   /// Steps to the next result; false when there is none.
   bool NextResult();
+  /// Drops what is left of the results, so that another statement can run on the connection.
+  void Close() { SQLFreeStmt(handle(), SQL_CLOSE); }
 
  private:
-  SQLRETURN Run(std::string_view statement);
-
   const OdbcSession& session_;
   OdbcHandle handle_;
 };

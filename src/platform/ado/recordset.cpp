@@ -43,10 +43,10 @@ void Recordset::MoveNext() {
   ReadRow();
 }
 
-Field Recordset::Fields(std::string_view name) {
+size_t Recordset::Index(std::string_view name) const {
   const auto& columns = rows_.columns();
   for (size_t i = 0; i < columns.size(); ++i) {
-    if (text::EqualsIgnoringCase(columns[i], name)) return {*this, i};
+    if (text::EqualsIgnoringCase(columns[i], name)) return i;
   }
   throw Error(kUnknownField, "", "The rows have no column \"" + std::string(name) + "\".");
 }

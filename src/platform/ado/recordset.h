@@ -47,9 +47,12 @@ class Recordset {
   void MoveNext();
 
   /// The column named `name`, without regard to case.
-  Field Fields(std::string_view name);
+  Field Fields(std::string_view name) { return {*this, Index(name)}; }
   /// The names of the columns, in the order of the query.
   const std::vector<std::string>& FieldNames() const { return rows_.columns(); }
+
+  /// The most characters that a text in the column `name` may have; 0 where there is no limit.
+  size_t ColumnSize(std::string_view name) const { return rows_.sizes()[Index(name)]; }
 
   /// Starts a new row, whose fields are Null until they are set; `Update` stores it.
   void AddNew();
@@ -63,6 +66,7 @@ class Recordset {
   friend class Field;
 
   void ReadRow();
+  size_t Index(std::string_view name) const;
 
   RowStore rows_;
   std::weak_ptr<Driver> driver_;

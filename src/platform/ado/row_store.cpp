@@ -1,50 +1,33 @@
 #include "platform/ado/row_store.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace quillan::ado {
 namespace {
 
-// Sign in the lowest bit, so that small negative numbers stay short.
-std::uint64_t ZigZag(std::int64_t value) {
-  return static_cast<std::uint64_t>(value) << 1 ^ static_cast<std::uint64_t>(value >> 63);
-}
-
-std::int64_t UnZigZag(std::uint64_t value) {
-  return static_cast<std::int64_t>(value >> 1 ^ (~(value & 1) + 1));
-}
-
-// Seven bits a byte, lowest first; the high bit says that another byte follows.
-std::uint64_t ReadLength(const char*& at) {
-  std::uint64_t value = 0;
-  for (unsigned shift = 0;; shift += 7) {
-    const auto byte = static_cast<std::uint8_t>(*at++);
-    value |= static_cast<std::uint64_t>(byte & 0x7F) << shift;
-    if (byte < 0x80) return value;
-  }
+template <typename Number>
+Number TakeNumber(const char*& at) {
+  Number value{};
+  std::memcpy(&value, at, sizeof value);
+  at += sizeof value;
+  return value;
 }
 
 }  // namespace
 
-void RowStore::AddLength(std::uint64_t value) {
-  for (; value >= 0x80; value >>= 7) row_ += static_cast<char>(value | 0x80);
-  row_ += static_cast<char>(value);
-}
-
 void RowStore::AddWhole(std::int64_t value) {
   AddTag(Tag::kWhole);
-  AddLength(ZigZag(value));
+  AddNumber(value);
 }
 
 void RowStore::AddReal(double value) {
   AddTag(Tag::kReal);
-  row_.append(reinterpret_cast<const char*>(&value), sizeof value);
+  AddNumber(value);
 }
 
 void RowStore::AddText(std::string_view value) {
   AddTag(Tag::kText);
-  AddLength(value.size());
+  AddNumber(static_cast<std::uint32_t>(value.size()));
   row_ += value;
 }
 
@@ -60,24 +43,9 @@ void RowStore::Add(const Value& value) {
   }
 }
 
-char* RowStore::Reserve(size_t bytes) {
-  if (bytes > free_bytes_) {
-    const size_t block = std::max(bytes, kBlockBytes);
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(block));
-    free_ = blocks_.back().get();
-    free_bytes_ = block;
-  }
-  char* const reserved = free_;
-  free_ += bytes;
-  free_bytes_ -= bytes;
-  return reserved;
-}
-
 void RowStore::EndRow() {
   while (written_columns_ < columns_.size()) AddNull();
-  char* const row = Reserve(row_.size());
-  std::memcpy(row, row_.data(), row_.size());
-  rows_.push_back(row);
+  rows_.push_back(values_.Add(row_));
   row_.clear();
   written_columns_ = 0;
 }
@@ -88,24 +56,20 @@ void RowStore::ReplaceByLast(size_t row) {
 }
 
 void RowStore::Read(size_t row, std::span<Value> values) const {
-  const char* at = rows_[row];
+  const char* at = text::StringArena::View(rows_[row]).data();
   for (Value& value : values) {
     switch (static_cast<Tag>(*at++)) {
       case Tag::kNull:
         value = Null{};
         break;
       case Tag::kWhole:
-        value = UnZigZag(ReadLength(at));
+        value = TakeNumber<std::int64_t>(at);
         break;
-      case Tag::kReal: {
-        double real = 0;
-        std::memcpy(&real, at, sizeof real);
-        at += sizeof real;
-        value = real;
+      case Tag::kReal:
+        value = TakeNumber<double>(at);
         break;
-      }
       case Tag::kText: {
-        const size_t length = ReadLength(at);
+        const auto length = TakeNumber<std::uint32_t>(at);
         value = std::string_view(at, length);
         at += length;
         break;

@@ -1,24 +1,30 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/ado/value.h"
+#include "platform/text/string_arena.h"
 
 namespace quillan::ado {
 
-/// The rows of one query in memory, compactly: a row takes its texts' bytes, one or two bytes a
-/// column besides, and a pointer. A driver fills it column by column, row by row; rows are only
-/// ever appended. Movable, not copyable.
+/// The rows of one query in memory: besides the bytes of its texts a row takes five bytes for each
+/// text, nine for each number, and twelve. A driver fills it column by column, row by row; rows are
+/// only ever appended. Movable, not copyable.
 class RowStore {
  public:
-  explicit RowStore(std::vector<std::string> columns) : columns_(std::move(columns)) {}
+  /// `sizes`: for each column the most characters that a text in it may have, 0 where there is no
+  /// limit; may be empty.
+  explicit RowStore(std::vector<std::string> columns, std::vector<size_t> sizes = {})
+      : columns_(std::move(columns)), sizes_(std::move(sizes)) {
+    sizes_.resize(columns_.size());
+  }
 
   const std::vector<std::string>& columns() const { return columns_; }
+  const std::vector<size_t>& sizes() const { return sizes_; }
   size_t row_count() const { return rows_.size(); }
 
   /// The next column of the row being written; after the last column `EndRow`.
@@ -39,22 +45,21 @@ class RowStore {
  private:
   enum class Tag : char { kNull, kWhole, kReal, kText };
 
-  static constexpr size_t kBlockBytes = size_t{1} << 20;
-
   void AddTag(Tag tag) {
     row_ += static_cast<char>(tag);
     ++written_columns_;
   }
-  void AddLength(std::uint64_t value);
-  char* Reserve(size_t bytes);
+  template <typename Number>
+  void AddNumber(Number value) {
+    row_.append(reinterpret_cast<const char*>(&value), sizeof value);
+  }
 
   std::vector<std::string> columns_;
-  std::string row_;  // The row being written.
+  std::vector<size_t> sizes_;
+  std::string row_;  // The row being written: for each column its tag and its value.
   size_t written_columns_ = 0;
-  std::vector<const char*> rows_;
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  char* free_ = nullptr;
-  size_t free_bytes_ = 0;
+  std::vector<const char*> rows_;  // In values_.
+  text::StringArena values_;
 };
 
 }  // namespace quillan::ado

@@ -158,7 +158,10 @@ std::string TranslateExpressions(std::string_view statement) {
     after_select = false;
     if (token.kind != SqlTokenKind::kWord) continue;
     if (text::EqualsIgnoringCase(token.text, "N")) {
-      if (at < statement.size() && statement[at] == '\'') replace(start, at, "");
+      if (at == statement.size() || statement[at] != '\'') continue;
+      // Two literals must not become one, in which the quotes between them are a character.
+      const bool after_literal = start > 0 && statement[start - 1] == '\'';
+      replace(start, at, after_literal ? " " : "");
     } else if (text::EqualsIgnoringCase(token.text, "select")) {
       after_select = true;
     } else if (expects_top && text::EqualsIgnoringCase(token.text, "top")) {

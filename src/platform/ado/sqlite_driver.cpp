@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <system_error>
 
@@ -52,19 +53,35 @@ void AddColumn(sqlite3_stmt* statement, int column, RowStore& rows) {
   }
 }
 
+// The most characters of a text column that was declared as NVARCHAR(255) or the like; else 0.
+size_t DeclaredLength(const char* type) {
+  const std::string_view declared = type != nullptr ? type : "";
+  const size_t open = declared.find('(');
+  if (open == std::string_view::npos ||
+      text::ToUpperAscii(declared.substr(0, open)).find("CHAR") == std::string::npos) {
+    return 0;
+  }
+  size_t length = 0;
+  std::from_chars(declared.data() + open + 1, declared.data() + declared.size(), length);
+  return length;
+}
+
 class SqliteDriver final : public Driver {
  public:
-  SqliteDriver(Database database, std::filesystem::path file, int command_timeout)
+  SqliteDriver(Database database, std::filesystem::path file, const ConnectOptions& options)
       : database_(std::move(database)),
         file_(std::move(file)),
-        command_timeout_(std::chrono::seconds(command_timeout)) {
+        timeout_(options.connection_timeout) {
     sqlite3_busy_handler(database_.get(), &WaitForWriter, this);
     sqlite3_progress_handler(database_.get(), kOperationsBetweenChecks, &MustStop, this);
-    // With the write-ahead log a commit then survives the process without a wait for the disk; it
-    // survives a power failure from the end of the session on, when the log is folded back.
-    Run("pragma synchronous = normal");
-    // The first read tells a database from any other file.
-    Run("select count(*) from sqlite_master");
+    try {
+      Open();
+    } catch (const Error& error) {
+      if (!error.IsTimeout()) throw;
+      throw Error(kTimeoutExpired, error.state(),
+                  "The database file " + file_.string() + " is locked by another program.");
+    }
+    timeout_ = std::chrono::seconds(options.command_timeout);
   }
 
   void Execute(std::string_view statement) override {
@@ -136,6 +153,7 @@ class SqliteDriver final : public Driver {
 
   std::string Property(std::string_view name) override {
     if (name == "DBMS Name") return "SQLite";
+    if (name == "Connection Note") return {};
     if (name == "Current Catalog") return file_.stem().string();
     if (name == "Data Source Name") return file_.string();
     throw Error(kUnknownField, "", "There is no property \"" + std::string(name) + "\".");
@@ -169,9 +187,23 @@ class SqliteDriver final : public Driver {
     return 1;
   }
 
+  void Open() {
+    // The first read tells a database from any other file.
+    Run("select count(*) from sqlite_master");
+    StartTimer();
+    const Statement mode = Prepare("pragma journal_mode", nullptr);
+    if (Step(mode.get()) && std::string_view(reinterpret_cast<const char*>(
+                                sqlite3_column_text(mode.get(), 0))) == "wal") {
+      // With the write-ahead log a commit then survives the process without a wait for the disk; it
+      // survives a power failure from the end of the session on, when the log is folded back.
+      Run("pragma synchronous = normal");
+    }
+  }
+
   void StartTimer() {
     cancelled_ = false;
-    if (command_timeout_.count() > 0) deadline_ = SteadyClock::now() + command_timeout_;
+    deadline_ =
+        timeout_.count() > 0 ? SteadyClock::now() + timeout_ : SteadyClock::time_point::max();
   }
 
   // A file that was deleted or replaced under an open session would swallow every change silently.
@@ -179,17 +211,15 @@ class SqliteDriver final : public Driver {
     int moved = 0;
     sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
     if (moved != 0) {
-      throw Error(SQLITE_READONLY_DBMOVED, "database file moved",
-                  "The database file " + file_.string() + " is no longer in its place.");
+      throw Error(SQLITE_READONLY_DBMOVED, "08S01",
+                  "The database file " + file_.string() + " was moved or deleted.");
     }
     next_check_ = SteadyClock::now() + kCheckEvery;
   }
 
   // Prepares the first statement of `text`; `rest` receives what follows it.
   Statement Prepare(std::string_view text, std::string_view* rest) {
-    if (text.find('\0') != std::string_view::npos) {
-      throw Error(SQLITE_MISUSE, "", "The statement holds a NUL character.");
-    }
+    RefuseNul(text);
     sqlite3_stmt* statement = nullptr;
     const char* tail = nullptr;
     if (sqlite3_prepare_v2(database_.get(), text.data(), static_cast<int>(text.size()), &statement,
@@ -210,18 +240,19 @@ class SqliteDriver final : public Driver {
       throw Error(SQLITE_MISUSE, "", "The query holds more than one statement.");
     }
     std::vector<std::string> columns;
+    std::vector<size_t> sizes;
     const int count = sqlite3_column_count(statement.get());
-    columns.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
       columns.emplace_back(sqlite3_column_name(statement.get(), i));
+      sizes.push_back(DeclaredLength(sqlite3_column_decltype(statement.get(), i)));
     }
-    RowStore rows(columns);
+    RowStore rows(columns, sizes);
     while (Step(statement.get())) {
       for (int i = 0; i < count; ++i) AddColumn(statement.get(), i, rows);
       rows.EndRow();
       if (rows.row_count() < block_rows) continue;
       if (!on_block(std::move(rows))) return;
-      rows = RowStore(columns);
+      rows = RowStore(columns, sizes);
       StartTimer();  // The time that the handler took is not the engine's.
     }
     on_block(std::move(rows));
@@ -261,7 +292,7 @@ class SqliteDriver final : public Driver {
 
   Database database_;
   std::filesystem::path file_;
-  std::chrono::seconds command_timeout_;
+  std::chrono::seconds timeout_;  // 0: no limit.
   SteadyClock::time_point next_check_ = SteadyClock::time_point::min();
   std::atomic<bool> cancelled_ = false;
   SteadyClock::time_point deadline_ = SteadyClock::time_point::max();
@@ -269,7 +300,8 @@ class SqliteDriver final : public Driver {
 
 }  // namespace
 
-std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& file, int command_timeout) {
+std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& file,
+                                   const ConnectOptions& options) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) {
     throw Error(SQLITE_CANTOPEN, "unable to open database file",
@@ -290,7 +322,7 @@ std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& file, int comman
                 "The database file " + file.string() + " is write-protected.");
   }
   sqlite3_extended_result_codes(opened, 1);
-  return std::make_unique<SqliteDriver>(std::move(database), file, command_timeout);
+  return std::make_unique<SqliteDriver>(std::move(database), file, options);
 }
 
 }  // namespace quillan::ado

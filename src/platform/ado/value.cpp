@@ -1,6 +1,8 @@
 #include "platform/ado/value.h"
 
+#include <charconv>
 #include <limits>
+#include <system_error>
 
 #include "platform/text/ascii.h"
 #include "platform/text/number.h"
@@ -18,6 +20,13 @@ double ToNumber(const Value& value) {
 
 std::int64_t ToWhole(const Value& value) {
   if (const auto* whole = std::get_if<std::int64_t>(&value)) return *whole;
+  if (const auto* text = std::get_if<std::string_view>(&value)) {
+    // A double would round digits beyond 2^53.
+    std::int64_t whole = 0;
+    const char* const end = text->data() + text->size();
+    const auto [stop, error] = std::from_chars(text->data(), end, whole);
+    if (error == std::errc() && stop == end) return whole;
+  }
   const double rounded = text::RoundHalfToEven(ToNumber(value));
   constexpr double kLimit = 9223372036854775808.0;  // 2^63
   if (rounded >= kLimit) return std::numeric_limits<std::int64_t>::max();

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/grid/grid_events.h"
-#include "platform/grid/text_arena.h"
+#include "platform/text/string_arena.h"
 
 namespace quillan {
 
@@ -87,7 +87,9 @@ class Grid {
   int Columns() const { return static_cast<int>(columns_.size()); }
   const GridColumn& Column(int column) const { return columns_[static_cast<size_t>(column)]; }
 
-  std::string_view Text(int row, int column) const { return TextArena::View(At(row, column).text); }
+  std::string_view Text(int row, int column) const {
+    return text::StringArena::View(At(row, column).text);
+  }
   void SetText(int row, int column, std::string_view text);
   CheckState Check(int row, int column) const;
   void SetCheck(int row, int column, CheckState state);
@@ -168,7 +170,7 @@ class Grid {
   std::vector<GridColumn> columns_;
   std::vector<Cell> cells_;  // Row by row.
   std::vector<Row> rows_;
-  TextArena texts_;
+  text::StringArena texts_;
   int current_row_ = 0;
   int current_column_ = 0;
   int top_row_ = kFixedRows;

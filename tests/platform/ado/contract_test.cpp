@@ -66,7 +66,8 @@ class ContractTest : public testing::TestWithParam<Engine> {
     }
     connection_.set_command_timeout(60);
     connection_.Open();
-    scratch_ = "quillan_test_" + std::to_string(getpid());
+    static int databases = 0;
+    scratch_ = "quillan_test_" + std::to_string(getpid()) + "_" + std::to_string(++databases);
     connection_.Execute("create database " + scratch_);
     connection_.Execute("use " + scratch_);
     std::ostringstream schema;
@@ -131,6 +132,14 @@ TEST_P(ContractTest, RowsComeBackInOrderWithTheirTypesAndNulls) {
   EXPECT_THAT(Rows("Select i as [Größe] From Types Where t=N'Zürich ''q'' 日本 😀'"),
               ElementsAre("-2"));
   EXPECT_THAT(Rows("Select Top 2 i From Types Order By i"), ElementsAre("-2", "1"));
+  const auto rows = connection_.OpenRecordset("Select * From ServicePorts", LockType::kReadOnly);
+  EXPECT_EQ(rows->ColumnSize("ServiceName"), 255U);
+  EXPECT_EQ(rows->ColumnSize("Port"), 0U);
+  EXPECT_NE(ErrorNumberOf([&] {
+              connection_.Execute("Insert Into ServicePorts (Port, ServiceName) Values (1, N'" +
+                                  std::string(256, 'x') + "')");
+            }),
+            0);
 }
 
 TEST_P(ContractTest, ManyRowsOfAnyLengthComeBackWhole) {
@@ -208,7 +217,7 @@ TEST_P(ContractTest, WithoutAKeyAllOriginalValuesFindTheRowAndTwoAreUndone) {
   auto rows = connection_.OpenRecordset("Select * From Plain Where a='x'", LockType::kOptimistic);
   rows->Fields("b").SetValue(std::int64_t{1});
   rows->Update();
-  EXPECT_THAT(Rows("Select * From Plain"), ElementsAre("x|1", "y|2"));
+  EXPECT_THAT(Rows("Select * From Plain Order By a"), ElementsAre("x|1", "y|2"));
 
   Prepare("insert into Plain values ('y', 2)");
   rows = connection_.OpenRecordset("Select * From Plain Where a='y'", LockType::kOptimistic);
@@ -245,6 +254,7 @@ TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
     EXPECT_EQ(error.number(), missing);
   }
   EXPECT_EQ(ErrorNumberOf([&] { Rows("Select * From Mißing"); }), missing);
+  EXPECT_EQ(ErrorNumberOf([&] { connection_.Execute(std::string("Select '\0'", 10)); }), 0);
   // What touches no row is none.
   connection_.Execute("Update Nodes Set Caption='x' Where NodeID=-1");
   EXPECT_THAT(Rows("Select count(*) From Nodes"), ElementsAre("0"));
@@ -293,6 +303,22 @@ TEST_P(EmbeddedTest, AFileThatIsTakenAwayIsNoticed) {
   std::filesystem::rename(folder_ / "süite.db", folder_ / "away.db");
   EXPECT_THROW(connection_.Execute("Delete From Nodes"), Error);
   EXPECT_THROW(Rows("Select * From Nodes"), Error);
+}
+
+TEST_P(EmbeddedTest, OpeningWaitsForTheConnectionTimeOutAlone) {
+  connection_.Close();
+  file_->Run("pragma journal_mode = delete; begin exclusive");
+  connection_.set_command_timeout(0);
+  connection_.set_connection_timeout(1);
+  EXPECT_EQ(ErrorNumberOf([&] { connection_.Open(); }), kTimeoutExpired);
+  file_->Run("rollback");
+  // Without a write-ahead log only a full synchronisation survives a power failure.
+  for (const auto& [mode, level] : {std::pair("delete", "2"), {"wal", "1"}}) {
+    file_->Run(std::string("pragma journal_mode = ") + mode);
+    connection_.Open();
+    EXPECT_THAT(Rows("pragma synchronous"), ElementsAre(level));
+    connection_.Close();
+  }
 }
 
 TEST_P(EmbeddedTest, ACallCanBeCancelledFromAnotherThread) {

@@ -14,7 +14,8 @@ using testing::Not;
 constexpr std::string_view kMaker = "ODBC Driver 18 for SQL Server";
 
 std::string Translate(std::string_view text, std::string_view driver) {
-  return TranslateToOdbc(ConnectionString(text), driver);
+  const ConnectionString settings(text);
+  return TranslateToOdbc(settings, driver, AddressOf(settings), "Quillan");
 }
 
 TEST(OdbcConnectionStringTest, EverySettingIsTranslatedWhateverItIsCalled) {
@@ -34,7 +35,8 @@ TEST(OdbcConnectionStringTest, EverySettingIsTranslatedWhateverItIsCalled) {
   }
   // Without a wish no certificate is needed, and who logs in as himself sends no password.
   EXPECT_EQ(Translate("Data Source=db;Integrated Security=SSPI;User ID=x;Password=y", kMaker),
-            "Driver={ODBC Driver 18 for SQL Server};Server={db};Trusted_Connection=Yes;Encrypt=no");
+            "Driver={ODBC Driver 18 for SQL Server};Server={db};Trusted_Connection=Yes;"
+            "APP={Quillan};Encrypt=no");
 }
 
 TEST(OdbcConnectionStringTest, ServersAreNamedAsEachDriverKnowsThem) {
@@ -43,18 +45,34 @@ TEST(OdbcConnectionStringTest, ServersAreNamedAsEachDriverKnowsThem) {
   };
   const Case cases[] = {
       {"db", "{db}", "{db};Port=1433"},
-      {"db\\sql", "{db\\sql}", "{db\\sql}"},
       {"db\\MSSQLSERVER", "{db}", "{db};Port=1433"},
       {"tcp:db , 1450", "{tcp:db,1450}", "{db};Port=1450"},
       {"db\\sql,1450", "{tcp:db,1450}", "{db};Port=1450"},
-      {".\\sql", "{localhost\\sql}", "{localhost\\sql}"},
+      {".\\sql,1", "{tcp:localhost,1}", "{localhost};Port=1"},
+      {"name.database.windows.net", "{name.database.windows.net}",
+       "{name.database.windows.net};Port=1433"},
       {"fe80::1", "{fe80::1}", "{fe80::1};Port=1433"},
   };
   for (const Case& c : cases) {
     const std::string text = std::string("Data Source=") + c.name;
-    EXPECT_THAT(Translate(text, kMaker), HasSubstr(std::string(";Server=") + c.maker + ";E"));
+    EXPECT_THAT(Translate(text, kMaker), HasSubstr(std::string(";Server=") + c.maker + ";A"));
     EXPECT_THAT(Translate(text, "FreeTDS"),
                 HasSubstr(std::string(";Server=") + c.free_tds + ";TDS"));
+  }
+}
+
+TEST(OdbcConnectionStringTest, KeysForFailoverGoToTheDriverThatKnowsThem) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Application Intent=ReadOnly", ";ApplicationIntent={ReadOnly};"},
+      {"MultiSubnetFailover=True", ";MultiSubnetFailover=Yes;"},
+      {"Failover Partner=other", ";Failover_Partner={other};"},
+      {"Authentication=ActiveDirectoryPassword", ";Authentication={ActiveDirectoryPassword};"},
+  };
+  for (const auto& [key, passed] : cases) {
+    EXPECT_THAT(Translate(std::string("Data Source=db;") + key, kMaker), HasSubstr(passed));
+  }
+  for (const char* key : {"ApplicationIntent=ReadOnly", "MultiSubnetFailover=no"}) {
+    Translate(std::string("Data Source=db;") + key, "FreeTDS");  // Is not refused.
   }
 }
 
@@ -63,7 +81,11 @@ TEST(OdbcConnectionStringTest, WhatCannotBeTranslatedIsRefusedWithoutThePassword
       {"Initial Catalog=x", "names no server"},
       {"Data Source=db,70000", "port \"70000\""},
       {"Data Source=np:\\\\db\\pipe\\sql\\query", "not reached over TCP"},
-      {"Data Source=db;Encrypt=perhaps", "\"Use Encryption for Data\" is neither"},
+      {"Data Source=db;Encrypt=maybe", "the value of \"Encrypt\" is neither"},
+      {"Data Source=db;MultiSubnetFailover=yes",
+       "FreeTDS does not support \"MultiSubnetFailover\""},
+      {"Data Source=db;Failover Partner=b", "FreeTDS does not support \"Failover Partner\""},
+      {"Data Source=db;Authentication=ActiveDirectoryPassword", "support \"Authentication\""},
       {"Data Source=db;Encrypt=strict", "FreeTDS cannot be told to check"},
       {"Data Source=db;Encrypt=yes;TrustServerCertificate=no", "FreeTDS cannot be told to check"},
       {"Data Source=db;Password=\"sec}ret};\"", "value of PWD"},

@@ -1,5 +1,13 @@
+#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <future>
+#include <sstream>
+#include <thread>
 
 #include "platform/ado/connection.h"
 #include "platform/ado/drivers.h"
@@ -71,18 +79,22 @@ TEST_F(OdbcDriverTest, RowsComeBackWithTheirNullsAndUnicode) {
     return TdsReply()
         .Info(0, "a message is no error")
         .Done(3, true)  // Touched rows before the rows.
-        .Columns({{"Id", Type::kBigInt}, {"Größe", Type::kNVarChar}})
-        .Row({std::int64_t{1} << 60, "Zürich 日本 😀"})
-        .Row({std::int64_t{-1}, {}})
+        .Columns({{"Id", Type::kBigInt}, {"Größe", Type::kNVarChar}, {"At", Type::kDateTime2}})
+        .Row({(std::int64_t{1} << 60) + 1, "Zürich 日本 😀", std::int64_t{12345678}})
+        .Row({std::int64_t{-1}, {}, std::int64_t{0}})
         .Done(2);
   });
   Open(server);
   const char* query = "Select N'日本 😀' From [Größe]";
   const auto rows = connection_.OpenRecordset(query, LockType::kReadOnly);
   EXPECT_THAT(server.statements(), ElementsAre(query));
-  EXPECT_EQ(ToWhole(rows->Fields("Id").Value()), std::int64_t{1} << 60);
+  EXPECT_EQ(ToWhole(rows->Fields("Id").Value()), (std::int64_t{1} << 60) + 1);
   EXPECT_EQ(ToText(rows->Fields("Größe").Value()), "Zürich 日本 😀");
+  EXPECT_EQ(ToText(rows->Fields("At").Value()), "2007-01-01 00:00:01.2345678");
+  EXPECT_EQ(rows->ColumnSize("größe"), 100U);
+  EXPECT_EQ(rows->ColumnSize("Id"), 0U);
   rows->MoveNext();
+  EXPECT_EQ(ToText(rows->Fields("At").Value()), "2007-01-01 00:00:00");
   EXPECT_TRUE(IsNull(rows->Fields("Größe").Value()));
   rows->MoveNext();
   EXPECT_TRUE(rows->Eof());
@@ -90,7 +102,9 @@ TEST_F(OdbcDriverTest, RowsComeBackWithTheirNullsAndUnicode) {
 
 TEST_F(OdbcDriverTest, AnErrorKeepsItsTextAndNumberInWhicheverResultItComes) {
   const TdsServer server([](const std::string& statement) {
-    if (statement == "late") return TdsReply().Done(1, true).Error(547, "[dbo] Zürich").Done(0);
+    if (statement == "late") {
+      return TdsReply().Done(1, true).Error(547, "[dbo] Zürich").End(3, 0).Done(1, true).Done(1);
+    }
     return TdsReply().Info(5701, "Changed context").Error(208, "Invalid object 'Größe'.").Done(0);
   });
   Open(server);
@@ -101,12 +115,15 @@ TEST_F(OdbcDriverTest, AnErrorKeepsItsTextAndNumberInWhicheverResultItComes) {
   const Error late = ErrorOf([&] { connection_.Execute("late"); });
   EXPECT_STREQ(late.what(), "[dbo] Zürich");
   EXPECT_EQ(late.number(), 547);
+  // What the failure left unread keeps no other statement from running.
+  EXPECT_EQ(ErrorOf([&] { connection_.OpenRecordset("q", LockType::kReadOnly); }).number(), 208);
 }
 
-TEST_F(OdbcDriverTest, ATimeOutKeepsTheSessionAndADroppedConnectionEndsIt) {
+TEST_F(OdbcDriverTest, ATimeOutKeepsTheSessionAndALostConnectionEndsItWithItsCause) {
   const TdsServer server([](const std::string& statement) -> TdsServer::Answer {
     if (statement == "slow") return TdsServer::Silence{};
     if (statement == "drop") return TdsServer::HangUp{};
+    if (statement == "reset") return TdsServer::Reset{};
     return TdsReply().Done(0);
   });
   Open(server);
@@ -114,14 +131,95 @@ TEST_F(OdbcDriverTest, ATimeOutKeepsTheSessionAndADroppedConnectionEndsIt) {
   EXPECT_TRUE(slow.IsTimeout()) << slow.what();
   connection_.Execute("next");
   EXPECT_EQ(server.logins().size(), 1U);
-  const Error drop = ErrorOf([&] { connection_.OpenRecordset("drop", LockType::kReadOnly); });
-  EXPECT_FALSE(drop.IsTimeout());
-  EXPECT_STRNE(drop.what(), "");
-  EXPECT_THROW(connection_.Execute("again"), Error);
+  for (const std::string fatal : {"drop", "reset"}) {
+    Open(server);
+    const Error lost = ErrorOf([&] { connection_.Execute(fatal); });
+    EXPECT_TRUE(lost.IsConnectionLost());
+    EXPECT_EQ(connection_.state(), ConnectionState::kClosed);
+    const Error again = ErrorOf([&] { connection_.Execute("again"); });
+    for (const Error& error : {lost, again}) {
+      EXPECT_STREQ(error.what(), "The connection to the server was lost.");
+    }
+  }
   Open(server);
   connection_.Execute("fresh");
-  EXPECT_THAT(server.statements(), ElementsAre("slow", "next", "drop", "fresh"));
-  EXPECT_EQ(server.logins().size(), 2U);
+  EXPECT_THAT(server.statements(), ElementsAre("slow", "next", "drop", "reset", "fresh"));
+}
+
+TEST_F(OdbcDriverTest, ACallIsCancelledFromAnotherThread) {
+  const TdsServer server([](const std::string&) { return TdsServer::Silence{}; });
+  Open(server);
+  connection_.Close();
+  connection_.set_command_timeout(0);
+  connection_.Open();
+  std::thread canceller([&] {
+    while (server.statements().empty()) std::this_thread::yield();
+    connection_.Cancel();
+  });
+  const Error error = ErrorOf([&] { connection_.Execute("endless"); });
+  canceller.join();
+  EXPECT_STREQ(error.what(), "The statement was cancelled.");
+}
+
+// Answers a batch line by line as a server does. A line "fail" fails, "abort" ends the batch,
+// "trigger" has two results, "lost" ends the connection, "slow" the patience of the client;
+// "syntax" keeps the whole batch from running.
+TdsServer::Answer RunLines(const std::string& batch) {
+  TdsReply reply;
+  if (batch.find("syntax") != std::string::npos) return reply.Error(102, "syntax").End(2, 0);
+  std::istringstream lines(batch);
+  bool failed = false;
+  for (std::string line; std::getline(lines, line);) {
+    if (line == "lost") return TdsServer::HangUp{};
+    if (line == "slow") return TdsServer::Silence{};
+    if (line == "abort") return reply.Error(245, "abort").End(2, 0);
+    if (line == "if @@error <> 0 return") {
+      if (failed) break;
+    } else if (line.starts_with("select 0 as ")) {
+      reply.Columns({{line.substr(12), Type::kBigInt}}).Row({std::int64_t{0}}).Done(1, true);
+    } else if (line == "fail") {
+      reply.Error(547, "fail").End(3, 0);
+    } else {
+      if (line == "trigger") reply.Done(3, true);
+      reply.Done(1, true);
+    }
+    failed = line == "fail";
+  }
+  return reply.Done(0);
+}
+
+TEST_F(OdbcDriverTest, ABatchIsOneRoundTripWithAnOutcomeForEachStatement) {
+  struct Case {
+    const char* what;
+    std::vector<std::string> statements;
+    const char* outcomes;
+    size_t round_trips;
+    BatchMode mode = BatchMode::kRunAll;
+  };
+  const auto stop = BatchMode::kStopAtFailure;
+  const Case cases[] = {
+      {"all succeed", {"a", "trigger", "b"}, "ok ok ok ", 1},
+      {"failures are followed by the rest", {"fail", "a", "fail", "b"}, "fail ok fail ok ", 1},
+      {"so is one that ends its batch", {"a", "abort", "b", "fail"}, "ok abort ok fail ", 2},
+      {"an error of the whole batch", {"a", "syntax", "b"}, "ok syntax ok ", 4},
+      {"a NUL is not sent", {"a", std::string("\0", 1), "b"}, "ok The ok ", 2},
+      {"the first failure ends it", {"a", "fail", "b"}, "ok fail ", 1, stop},
+      {"so does a batch that ends", {"a", "abort", "b"}, "ok abort ", 1, stop},
+      {"an outcome that is not known", {"a", "slow", "b"}, "Timeout Timeout Timeout ", 1},
+      {"a lost connection", {"a", "lost", "b"}, "The The The ", 1},
+  };
+  const TdsServer server(RunLines);
+  for (const Case& c : cases) {
+    Open(server);
+    const size_t before = server.statements().size();
+    std::string outcomes;
+    for (const Outcome& outcome : connection_.ExecuteBatch(c.statements, c.mode)) {
+      const std::string text = outcome ? outcome->what() : "ok";
+      outcomes += text.substr(0, text.find(' ')) + " ";
+    }
+    EXPECT_EQ(outcomes, c.outcomes) << c.what;
+    EXPECT_EQ(server.statements().size() - before, c.round_trips) << c.what;
+  }
 }
 
 TEST_F(OdbcDriverTest, ARefusedLoginSaysWhatTheServerSays) {
@@ -134,11 +232,89 @@ TEST_F(OdbcDriverTest, ARefusedLoginSaysWhatTheServerSays) {
   EXPECT_EQ(connection_.state(), ConnectionState::kClosed);
 }
 
+TEST_F(OdbcDriverTest, ALoginThatFailsSaysWhatToDo) {
+  const TdsServer server([](const std::string&) { return TdsReply().Done(0); });
+  connection_.set_connection_timeout(10);
+  for (const auto& [keys, advice] :
+       {std::pair("Integrated Security=SSPI", "get one with kinit"),
+        {"Password=x", "Add \"User ID=<name>;Password=<password>\""},
+        {"User ID=u;Password=x;Encrypt=yes", "do not ask for encryption"}}) {
+    connection_.set_connection_string("Provider=SQLOLEDB;Data Source=127.0.0.1," +
+                                      std::to_string(server.port()) + ";" + keys);
+    EXPECT_THAT(ErrorOf([&] { connection_.Open(); }).what(), HasSubstr(advice));
+  }
+}
+
+// The browser service of a host of the loopback network that no other process uses.
+class Browser {
+ public:
+  Browser() {
+    const unsigned pid = static_cast<unsigned>(getpid());
+    address_ = "127." + std::to_string((pid >> 16 & 0x7F) | 0x80) + "." +
+               std::to_string(pid >> 8 & 0xFF) + "." + std::to_string(pid & 0xFF);
+    sockaddr_in name{};
+    name.sin_family = AF_INET;
+    name.sin_port = htons(1434);
+    inet_pton(AF_INET, address_.c_str(), &name.sin_addr);
+    if (bind(socket_, reinterpret_cast<sockaddr*>(&name), sizeof name) != 0) {
+      throw std::runtime_error("no socket for the browser service");
+    }
+  }
+  ~Browser() { close(socket_); }
+
+  const std::string& address() const { return address_; }
+
+  // Answers one request: for the instance SQL with `reply`, for another one not at all.
+  void AnswerOnce(const std::string& reply) const {
+    std::array<char, 64> request{};
+    sockaddr_in from{};
+    socklen_t size = sizeof from;
+    auto* const name = reinterpret_cast<sockaddr*>(&from);
+    const ssize_t length = recvfrom(socket_, request.data(), request.size(), 0, name, &size);
+    if (std::string_view(request.data(), static_cast<size_t>(length)) !=
+        std::string("\4SQL\0", 5)) {
+      return;
+    }
+    const std::string answer{'\5', static_cast<char>(reply.size()), '\0'};
+    sendto(socket_, (answer + reply).data(), answer.size() + reply.size(), 0, name, size);
+  }
+
+ private:
+  int socket_ = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  std::string address_;
+};
+
+TEST_F(OdbcDriverTest, AnInstanceIsFoundWithinTheTimeOut) {
+  std::string address;
+  {
+    const Browser browser;
+    address = browser.address();
+    const TdsServer server([](const std::string&) { return TdsReply().Done(0); }, {}, address);
+    const auto open = [&](const char* instance, const std::string& reply) {
+      connection_.set_connection_timeout(1);
+      connection_.set_connection_string("Provider=SQLOLEDB;Data Source=" + address + "\\" +
+                                        instance + ";User ID=u;Password=p");
+      const auto answered = std::async(std::launch::async, [&] { browser.AnswerOnce(reply); });
+      connection_.Open();
+    };
+    open("SQL", "ServerName;H;InstanceName;SQL;tcp;" + std::to_string(server.port()) + ";np;x;;");
+    EXPECT_EQ(server.logins().size(), 1U);
+    connection_.Close();
+    const Error silent = ErrorOf([&] { open("Other", ""); });
+    EXPECT_TRUE(silent.IsTimeout());
+    EXPECT_THAT(silent.what(), HasSubstr("no answer on UDP port 1434 within 1 s"));
+    EXPECT_THAT(ErrorOf([&] { open("SQL", "ServerName;H;;"); }).what(), HasSubstr("accept TCP"));
+  }
+  EXPECT_THAT(ErrorOf([&] { connection_.Open(); }).what(), HasSubstr("port 1434 is closed"));
+}
+
 TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
   const std::pair<const char*, const char*> refused[] = {
       {"Driver={No Such Driver};Server=x;PWD=secret", "\"No Such Driver\" is not installed"},
       // What OLE DB would take for an open quote is an ordinary character to ODBC.
       {"Driver=No Such Driver;stray;PWD=\"secret", "\"No Such Driver\" is not installed"},
+      {"PWD={a;Provider=secret};UID=u;Driver={No Such Driver}", "\"No Such Driver\" is not"},
+      {"Server=x;dsn=No Such Source", "Data source name not found"},
       {"Driver={SQLite3};Database=/no/such/folder/x.db", "connect failed"},
       {"Provider=MSOLEDBSQL;Data Source=127.0.0.1,1;Password=secret", "Unable to connect"},
       {"Provider=SQLNCLI11;Data Source=no-such-host.invalid;Password=secret", "nknown host"},

@@ -12,6 +12,7 @@ TEST(SqliteDialectTest, TranslatesOnlyWhatTheEngineLacks) {
        "Select a From t Where b='top 1 isnumeric(x)'"},
       {"Select [top], top From t", "Select [top], top From t"},
       {"Update t Set a=N'\xC3\xA9''s', b='N''x'", "Update t Set a='\xC3\xA9''s', b='N''x'"},
+      {"Select 'a'N'b', N'c'", "Select 'a' 'b', 'c'"},
       {"exec tbsp_netflowSetGlobalSetting 'A', N'1/2/2026'",
        "insert into GlobalSettings (Name, Value) values ('A', '1/2/2026') "
        "on conflict (Name) do update set Value = excluded.Value"},

@@ -1,5 +1,6 @@
 #include "platform/ado/tds_server.h"
 
+#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -66,10 +67,14 @@ TdsServer::Login DecodeLogin(std::string_view message) {
 TdsReply& TdsReply::Columns(const std::vector<std::pair<std::string_view, Type>>& columns) {
   Append(bytes_, std::uint8_t{0x81});
   Append(bytes_, static_cast<std::uint16_t>(columns.size()));
+  types_.clear();
   for (const auto& [name, type] : columns) {
     bytes_ += std::string("\0\0\0\0\1\0", 6);  // No user type; nullable.
     // The type, the most bytes and a text's collation.
-    bytes_ += type == Type::kBigInt ? "\x26\x08" : std::string("\xE7\xC8\0\x09\x04\xD0\0\x34", 8);
+    types_.push_back(type);
+    bytes_ += type == Type::kBigInt      ? std::string("\x26\x08")
+              : type == Type::kDateTime2 ? std::string("\x2A\x07")
+                                         : std::string("\xE7\xC8\0\x09\x04\xD0\0\x34", 8);
     AppendText<std::uint8_t>(bytes_, name);
   }
   return *this;
@@ -77,8 +82,15 @@ TdsReply& TdsReply::Columns(const std::vector<std::pair<std::string_view, Type>>
 
 TdsReply& TdsReply::Row(const std::vector<Value>& values) {
   Append(bytes_, std::uint8_t{0xD1});
-  for (const Value& value : values) {
-    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+  for (size_t i = 0; i < values.size(); ++i) {
+    const Value& value = values[i];
+    if (types_.at(i) == Type::kDateTime2) {
+      constexpr std::int64_t kDay = 732676;  // 1 January 2007, counted from the year 1.
+      const std::int64_t time = std::get<std::int64_t>(value);
+      Append(bytes_, std::uint8_t{8});
+      bytes_.append(reinterpret_cast<const char*>(&time), 5);
+      bytes_.append(reinterpret_cast<const char*>(&kDay), 3);
+    } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
       Append(bytes_, std::uint8_t{sizeof *whole});
       Append(bytes_, *whole);
     } else if (const auto* text = std::get_if<std::string_view>(&value)) {
@@ -117,12 +129,13 @@ TdsReply& TdsReply::LoginAccepted() {
   return End(0, 0);
 }
 
-TdsServer::TdsServer(Script script, std::optional<TdsReply> login_refusal)
+TdsServer::TdsServer(Script script, std::optional<TdsReply> login_refusal,
+                     const std::string& address_text)
     : script_(std::move(script)), login_refusal_(std::move(login_refusal)) {
   listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  inet_pton(AF_INET, address_text.c_str(), &address.sin_addr);
   socklen_t size = sizeof address;
   auto* const name = reinterpret_cast<sockaddr*>(&address);
   if (bind(listener_, name, size) != 0 || listen(listener_, 4) != 0 ||
@@ -177,6 +190,11 @@ bool TdsServer::AnswerBatch(const std::string& message) {
   Note(statements_, statement);
   const Answer answer = script_(statement);
   if (const auto* reply = std::get_if<TdsReply>(&answer)) Send(reply->bytes());
+  if (std::holds_alternative<Reset>(answer)) {
+    const linger at_once{1, 0};
+    setsockopt(client_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+    return false;
+  }
   return !std::holds_alternative<HangUp>(answer);
 }
 

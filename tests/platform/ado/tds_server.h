@@ -19,7 +19,9 @@ class TdsReply {
  public:
   /// The Null of a text, a whole number or a UTF-8 text.
   using Value = std::variant<std::monostate, std::int64_t, std::string_view>;
-  enum class Type { kBigInt, kNVarChar };
+  /// kNVarChar has 100 characters; kDateTime2 counts 100 ns and is written as a whole number of
+  /// them since midnight of 1 January 2007.
+  enum class Type { kBigInt, kNVarChar, kDateTime2 };
 
   TdsReply& Columns(const std::vector<std::pair<std::string_view, Type>>& columns);
   TdsReply& Row(const std::vector<Value>& values);
@@ -40,6 +42,7 @@ class TdsReply {
   TdsReply& Message(std::uint8_t token, std::int32_t number, std::string_view text);
 
   std::string bytes_;
+  std::vector<Type> types_;  // Of the columns of the result being written.
 };
 
 /// A database server of one connection at a time on an ephemeral port of the loopback interface,
@@ -50,14 +53,17 @@ class TdsServer {
   struct Login {
     std::string workstation, user, password, application, server, database;
   };
-  /// No answer until the client gives up; the connection's end in the place of one.
+  /// No answer until the client gives up; in the place of one the connection's end, or its reset.
   struct Silence {};
   struct HangUp {};
-  using Answer = std::variant<TdsReply, Silence, HangUp>;
+  struct Reset {};
+  using Answer = std::variant<TdsReply, Silence, HangUp, Reset>;
   /// The answer to a statement; called on the server's own thread.
   using Script = std::function<Answer(const std::string& statement)>;
 
-  explicit TdsServer(Script script, std::optional<TdsReply> login_refusal = std::nullopt);
+  /// `address` is an address of the loopback interface.
+  explicit TdsServer(Script script, std::optional<TdsReply> login_refusal = std::nullopt,
+                     const std::string& address = "127.0.0.1");
   ~TdsServer();
 
   int port() const { return port_; }

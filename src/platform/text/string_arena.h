@@ -5,14 +5,15 @@
 #include <string_view>
 #include <vector>
 
-namespace quillan {
+namespace quillan::text {
 
-/// Keeps texts one behind the other, four bytes besides each, until all are dropped together.
-class TextArena {
+/// Stores many short strings in few blocks of memory, four bytes besides each, until all are
+/// dropped together.
+class StringArena {
  public:
-  /// A copy of `text`, valid until `Clear`; the empty text is nullptr.
+  /// A copy of `text`, valid until `Clear`; the empty string is nullptr.
   const char* Add(std::string_view text);
-  /// The text behind what `Add` returned.
+  /// The string behind what `Add` returned.
   static std::string_view View(const char* text);
   void Clear();
 
@@ -24,4 +25,4 @@ class TextArena {
   size_t free_bytes_ = 0;
 };
 
-}  // namespace quillan
+}  // namespace quillan::text

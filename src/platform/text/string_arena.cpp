@@ -1,11 +1,11 @@
-#include "platform/grid/text_arena.h"
+#include "platform/text/string_arena.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace quillan {
+namespace quillan::text {
 
-const char* TextArena::Add(std::string_view text) {
+const char* StringArena::Add(std::string_view text) {
   if (text.empty()) return nullptr;
   const auto length = static_cast<std::uint32_t>(text.size());
   const size_t bytes = sizeof length + text.size();
@@ -22,17 +22,17 @@ const char* TextArena::Add(std::string_view text) {
   return added;
 }
 
-std::string_view TextArena::View(const char* text) {
+std::string_view StringArena::View(const char* text) {
   if (text == nullptr) return {};
   std::uint32_t length = 0;
   std::memcpy(&length, text, sizeof length);
   return {text + sizeof length, length};
 }
 
-void TextArena::Clear() {
+void StringArena::Clear() {
   blocks_.clear();
   free_ = nullptr;
   free_bytes_ = 0;
 }
 
-}  // namespace quillan
+}  // namespace quillan::text
