@@ -82,8 +82,8 @@ std::string InterfacesList::Key(const Grid& grid, int row) const {
 }
 
 std::string InterfacesList::RowName(const Grid& grid, int row) const {
-  return std::string(grid.Text(row, kSourceNodeColumn)) + ", " + std::string(grid.Text(row, 2)) + " (" +
-         Key(grid, row) + ")";
+  return std::string(grid.Text(row, kSourceNodeColumn)) + ", " + std::string(grid.Text(row, 2)) +
+         " (" + Key(grid, row) + ")";
 }
 
 std::string InterfacesList::Statement(int row) const {

@@ -202,7 +202,9 @@ TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
     Seed();
     EXPECT_EQ(Run(one.command, one.input), one.status) << one.command << "\n" << errors_;
     EXPECT_THAT(out_ + errors_, HasSubstr(one.output)) << one.command;
-    if (one.query != nullptr) EXPECT_EQ(suite_.Rows(one.query), one.rows) << one.command;
+    if (one.query != nullptr) {
+      EXPECT_EQ(suite_.Rows(one.query), one.rows) << one.command;
+    }
   }
 }
 

@@ -67,7 +67,9 @@ TEST(RegistryStoreTest, PermissionsGroupAndSymbolicLinksOutlastAWrite) {
   const auto file = folder.Write("registry.reg", "REGEDIT4\n");
   std::filesystem::create_symlink("registry.reg", folder / "link.reg");
   ASSERT_EQ(chmod(folder.path().c_str(), 0777) + chmod(file.c_str(), 0664), 0);
-  if (two_users) ASSERT_EQ(chown(file.c_str(), 0, kGroup), 0);
+  if (two_users) {
+    ASSERT_EQ(chown(file.c_str(), 0, kGroup), 0);
+  }
   const pid_t writer = fork();
   if (writer == 0) {
     const bool ready =
