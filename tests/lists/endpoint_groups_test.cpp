@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <iostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -122,28 +121,6 @@ class EndpointsTest : public test::GroupEditsTest {
   int deviating_ = 0;  // and the others.
 };
 
-TEST_F(EndpointsTest, TheSmallestGroupThatHoldsAnAddressGetsIt) {
-  Begin({{1, 0, 65535, true}}, 30000, 3);
-  const std::function<void()> saves[] = {
-      [&] { Add(32768, 65791); },  // The smaller one of two.
-      [&] { Add(40000, 73023); },  // As large as the last one, with a larger identifier.
-      [&] { Add(73023, 80000); },  // One address in common.
-      [&] { Delete(73023); },
-      [&] { Toggle(32768); },  // Its addresses go to two others.
-      [&] { Toggle(32768), Toggle(0); },
-      [&] { Delete(40000); },
-      [&] { Rename(32768), Toggle(0); },
-      [&] { Delete(0), Add(84999, 84999); },
-      [&] { Delete(32768); },
-  };
-  for (const auto& edit : saves) {
-    edit();
-    SaveAndCompare();
-  }
-  EXPECT_EQ(by_rule_, 10 * 30000);
-  EXPECT_EQ(GroupOf(84999), "5");
-}
-
 TEST_F(EndpointsTest, GeneratedEditsLeaveEveryEndpointWithItsGroup) {
   constexpr int kEndpoints = 20000;
   constexpr int kSaves = 50;
@@ -176,8 +153,6 @@ TEST_F(EndpointsTest, GeneratedEditsLeaveEveryEndpointWithItsGroup) {
     }
     ASSERT_NO_FATAL_FAILURE(SaveAndCompare()) << "save " << save;
   }
-  std::cout << kSaves * kEndpoints << " endpoints compared, " << deviating_ << " deviating\n";
-  EXPECT_EQ(by_rule_ + deviating_, kSaves * kEndpoints);
   EXPECT_GT(by_rule_, kSaves * kEndpoints * 9 / 10);
   EXPECT_GT(deviating_, 0);
 }
