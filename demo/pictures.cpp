@@ -1,17 +1,27 @@
-// Writes a picture of every page of the settings dialog, the two hidden ones too.
+// Writes a picture of every page of the settings dialog, the two hidden ones too, and of every
+// state of a save.
 //
 // Usage: quillan_pictures <program folder> <output folder>
+// The demonstration in the program folder is changed.
 
 #include <filesystem>
+#include <functional>
 #include <iostream>
 
 #include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
+#include <QTimer>
 
+#include "dialog/save_bar.h"
 #include "dialog/settings_form.h"
 #include "platform/ado/drivers.h"
 #include "platform/qt/appearance.h"
+#include "platform/qt/grid_view.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
 #include "platform/qt/qt_text.h"
@@ -19,34 +29,136 @@
 namespace quillan {
 namespace {
 
-// "2-ip-address-groups.png" for the second tab.
+// "2-ip-address-groups" for the second tab.
 QString PictureName(int tab, const QString& caption) {
   QString name = QString::number(tab + 1);
   for (const QString& word : caption.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
     if (word.front().isLetter()) name += QLatin1Char('-') + word.toLower();
   }
-  return name + QStringLiteral(".png");
+  return name;
 }
 
-// Shows page after page; false when a picture cannot be written.
-bool TakePictures(SettingsForm& form, const std::filesystem::path& folder) {
-  auto* tabs = form.findChild<QTabWidget*>(QStringLiteral("Tabs"));
-  for (int tab = 0; tab < tabs->count(); ++tab) {
-    const bool hidden = !tabs->isTabVisible(tab);
-    tabs->setTabVisible(tab, true);
-    tabs->tabBar()->setTabEnabled(tab, true);
-    tabs->setCurrentIndex(tab);
-    QApplication::processEvents();
-    const std::filesystem::path file = folder / ToUtf8(PictureName(tab, tabs->tabText(tab)));
-    if (!form.grab().save(ToQString(file.string()))) {
-      std::cerr << "Cannot write " << file.string() << '\n';
-      return false;
-    }
-    tabs->setTabVisible(tab, !hidden);
-    tabs->tabBar()->setTabEnabled(tab, !hidden);
+class Photographer {
+ public:
+  Photographer(SettingsForm& form, FlowDatabase& other, std::filesystem::path folder)
+      : form_(form), other_(other), folder_(std::move(folder)) {}
+
+  // False when a picture could not be written.
+  bool TakeAll() {
+    TakePages();
+    TakePending();
+    TakeConflict();
+    TakeReport();
+    TakeProgress();
+    TakeUnreadable();
+    return good_;
   }
-  return true;
-}
+
+ private:
+  void Take(QWidget& window, const QString& name) {
+    QApplication::processEvents();
+    const std::filesystem::path file = folder_ / ToUtf8(name + QStringLiteral(".png"));
+    if (window.grab().save(ToQString(file.string()))) return;
+    std::cerr << "Cannot write " << file.string() << '\n';
+    good_ = false;
+  }
+
+  // Takes the modal window that `action` opens and presses one of its buttons.
+  void TakeModal(const QString& name, const char* button, const std::function<void()>& action) {
+    QTimer::singleShot(0, &form_, [&] {
+      QWidget* window = QApplication::activeModalWidget();
+      if (window == nullptr) {
+        std::cerr << "No window for " << ToUtf8(name) << '\n';
+        good_ = false;
+        return;
+      }
+      if (auto* table = window->findChild<QTableWidget*>()) table->selectRow(0);
+      Take(*window, name);
+      Press(button, *window);
+    });
+    action();
+  }
+
+  void Press(const char* button, QWidget& window) {
+    window.findChild<QPushButton*>(QLatin1String(button))->click();
+  }
+  QTabWidget& Tabs() { return *form_.findChild<QTabWidget*>(QStringLiteral("Tabs")); }
+  // Toggles the check boxes of data rows in the list of a page.
+  void Toggle(int tab, int first, int last) {
+    Tabs().setCurrentIndex(tab);
+    auto* table = Tabs().currentWidget()->findChild<GridView*>();
+    table->selectionModel()->select(
+        QItemSelection(table->model()->index(first, 0), table->model()->index(last, 0)),
+        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+    QApplication::sendEvent(table, &space);
+  }
+
+  void TakePages() {
+    for (int tab = 0; tab < Tabs().count(); ++tab) {
+      const bool hidden = !Tabs().isTabVisible(tab);
+      Tabs().setTabVisible(tab, true);
+      Tabs().tabBar()->setTabEnabled(tab, true);
+      Tabs().setCurrentIndex(tab);
+      Take(form_, PictureName(tab, Tabs().tabText(tab)));
+      Tabs().setTabVisible(tab, !hidden);
+      Tabs().tabBar()->setTabEnabled(tab, !hidden);
+    }
+  }
+
+  void TakePending() {
+    Tabs().setCurrentIndex(4);
+    auto* port = form_.findChild<QLineEdit*>(QStringLiteral("ListenPort"));
+    port->setText(QStringLiteral("99 96x"));
+    Take(form_, QStringLiteral("7-listening-port-note"));
+    port->setText(QStringLiteral("9996"));
+    Toggle(0, 2, 4);
+    Toggle(1, 9, 9);
+    Take(form_, QStringLiteral("8-changes-not-saved"));
+    TakeModal(QStringLiteral("9-review"), "cmdClose",
+              [&] { form_.findChild<SaveStatus*>()->click(); });
+  }
+
+  void TakeConflict() {
+    other_.Execute("Update ServicePorts Set ServiceName='renamed by someone else' Where Port < 20");
+    TakeModal(QStringLiteral("10-conflict"), "cmdOverwrite", [&] { Press("CmdApply", form_); });
+    Take(form_, QStringLiteral("11-saved"));
+  }
+
+  void TakeReport() {
+    Toggle(0, 2, 4);
+    other_.Execute(
+        "CREATE TRIGGER Refuse BEFORE UPDATE ON ServicePorts WHEN NEW.Port = 11 "
+        "BEGIN SELECT RAISE(ABORT, 'This row may not be changed.'); END");
+    Press("CmdApply", form_);
+    Take(form_, QStringLiteral("12-not-all-saved"));
+    TakeModal(QStringLiteral("13-details"), "cmdClose", [&] { Press("cmdDetails", form_); });
+    other_.Execute("DROP TRIGGER Refuse");
+    Press("CmdApply", form_);
+  }
+
+  void TakeProgress() {
+    SaveProgress& progress = form_.findChild<SaveBar*>()->Progress();
+    const SaveProgress::Work work(progress);
+    progress.ShowStep(QStringLiteral("Saving groups"));
+    progress.OnProgress(120, 3000);
+    auto* stop = form_.findChild<QPushButton*>(QStringLiteral("cmdStop"));
+    while (!stop->isVisible()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    Take(form_, QStringLiteral("14-progress"));
+  }
+
+  void TakeUnreadable() {
+    other_.Execute("ALTER TABLE ServicePorts RENAME TO Elsewhere");
+    Press("CmdApply", form_);
+    Take(form_, QStringLiteral("15-not-readable"));
+    other_.Execute("ALTER TABLE Elsewhere RENAME TO ServicePorts");
+  }
+
+  SettingsForm& form_;
+  FlowDatabase& other_;
+  std::filesystem::path folder_;
+  bool good_ = true;
+};
 
 int Run(const std::filesystem::path& program_folder, const std::filesystem::path& folder) {
   QtDesktop desktop;
@@ -55,8 +167,9 @@ int Run(const std::filesystem::path& program_folder, const std::filesystem::path
   const SystemClock clock;
   const auto locale = text::UserLocale::FromEnvironment();
   FlowDatabase database(files, program_folder, ado::InstalledDrivers(program_folder));
-  if (!database.OpenDatabase()) {
-    std::cerr << database.LastError() << '\n';
+  FlowDatabase other(files, program_folder, ado::InstalledDrivers(program_folder));
+  if (!database.OpenDatabase() || !other.OpenDatabase()) {
+    std::cerr << database.LastError() << other.LastError() << '\n';
     return 1;
   }
   Registry registry(program_folder, program_folder);
@@ -64,7 +177,7 @@ int Run(const std::filesystem::path& program_folder, const std::filesystem::path
   SettingsForm form({settings, database, files, desktop, messages, clock, locale, {}, [] {}});
   form.show();
   std::filesystem::create_directories(folder);
-  return TakePictures(form, folder) ? 0 : 1;
+  return Photographer(form, other, folder).TakeAll() ? 0 : 1;
 }
 
 }  // namespace

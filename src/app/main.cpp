@@ -7,10 +7,12 @@
 #include "app/shared.h"
 #include "app/start_up.h"
 #include "dialog/settings_form.h"
+#include "platform/ado/drivers.h"
 #include "platform/program.h"
 #include "platform/qt/appearance.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
+#include "platform/qt/worker_driver.h"
 
 namespace quillan {
 namespace {
@@ -43,7 +45,8 @@ int Run(int& argc, char** argv) {
   InstallAppearance();
   QtDesktop desktop;
   QtMessageBox messages;
-  SharedObjects shared(ProgramFolder(), desktop);
+  SharedObjects shared(ProgramFolder(), OnWorkerThread(ado::InstalledDrivers(ProgramFolder())),
+                       desktop);
 
   std::filesystem::path help_file;
   std::unique_ptr<SettingsForm> form;

@@ -1,6 +1,6 @@
 #include "app/shared.h"
 
-#include "platform/ado/drivers.h"
+#include <utility>
 
 namespace quillan {
 namespace {
@@ -9,9 +9,10 @@ SharedObjects* shared_objects = nullptr;
 
 }  // namespace
 
-SharedObjects::SharedObjects(const std::filesystem::path& program_folder, const Desktop& desktop)
+SharedObjects::SharedObjects(const std::filesystem::path& program_folder,
+                             ado::DriverFactory open_driver, const Desktop& desktop)
     : locale(text::UserLocale::FromEnvironment()),
-      database(files, program_folder, ado::InstalledDrivers(program_folder)),
+      database(files, program_folder, std::move(open_driver)),
       registry(program_folder, UserConfigurationFolder()),
       settings(registry, database, desktop, clock, locale) {
   shared_objects = this;

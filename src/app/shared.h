@@ -16,7 +16,9 @@ namespace quillan {
 /// other class is given what it needs.
 struct SharedObjects {
   /// Loads the registry options; opens no database. `desktop` outlives the objects.
-  SharedObjects(const std::filesystem::path& program_folder, const Desktop& desktop);
+  /// `open_driver` opens database sessions.
+  SharedObjects(const std::filesystem::path& program_folder, ado::DriverFactory open_driver,
+                const Desktop& desktop);
   ~SharedObjects();
   SharedObjects(const SharedObjects&) = delete;
   SharedObjects& operator=(const SharedObjects&) = delete;

@@ -6,6 +6,7 @@
 
 #include "dialog/failures.h"
 #include "dialog/lengths.h"
+#include "dialog/page_parts.h"
 #include "platform/qt/qt_text.h"
 
 namespace quillan {
@@ -30,6 +31,8 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   layout->setContentsMargins(0, 0, ToPixels(2 * kMargin) - margin, 0);
   layout->setSpacing(margin);
   layout->addWidget(table_);
+  AddErrorPanel();
+  layout->addWidget(error_panel_);
   auto* top = new QVBoxLayout();
   auto* bottom = new QVBoxLayout();
   for (const ListCommand& command : list_.Commands()) {
@@ -42,11 +45,46 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   column->addLayout(bottom);
   layout->addLayout(column);
 
+  AddTableKey(Qt::CTRL | Qt::Key_Z, [this] { list_.RevertSelected(); });
   list_.OnRowCommands([this] { EnableRowCommands(); });
   EnableRowCommands();
 }
 
 ListControl::~ListControl() { list_.OnRowCommands({}); }
+
+void ListControl::AddErrorPanel() {
+  error_panel_ = new QFrame(this);
+  error_panel_->setFrameShape(QFrame::StyledPanel);
+  error_ = NewParagraph({}, error_panel_);
+  error_->setObjectName(QStringLiteral("LoadError"));
+  error_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  retry_ = new QPushButton(tr("Retry"), error_panel_);
+  retry_->setObjectName(QStringLiteral("cmdRetry"));
+  retry_->setAutoDefault(false);
+  connect(retry_, &QPushButton::clicked, this, &ListControl::RetryRequested);
+  auto* layout = new QVBoxLayout(error_panel_);
+  layout->addWidget(NewHeading(tr("This list could not be read."), error_panel_));
+  layout->addWidget(error_);
+  layout->addWidget(retry_, 0, Qt::AlignLeft);
+  layout->addStretch();
+  error_panel_->hide();
+}
+
+void ListControl::ShowRows(const QString& error) {
+  const bool had_focus = focusProxy()->hasFocus();
+  error_->setText(error);
+  retry_->setAccessibleDescription(error);
+  table_->setVisible(error.isEmpty());
+  error_panel_->setVisible(!error.isEmpty());
+  setFocusProxy(error.isEmpty() ? static_cast<QWidget*>(table_) : retry_);
+  if (had_focus) setFocus();
+}
+
+void ListControl::AddTableKey(const QKeySequence& key, const std::function<void()>& action) {
+  auto* shortcut = new QShortcut(key, table_);
+  shortcut->setContext(Qt::WidgetShortcut);
+  connect(shortcut, &QShortcut::activated, this, action);
+}
 
 QPushButton* ListControl::AddButton(const ListCommand& command) {
   auto* button = new QPushButton(ToQString(command.caption), this);
@@ -57,9 +95,7 @@ QPushButton* ListControl::AddButton(const ListCommand& command) {
   if (command.enabled == CommandEnabled::kOnDataRow) row_buttons_.push_back(button);
   if (command.key != CommandKey::kNone) {
     const auto key = command.key == CommandKey::kInsert ? Qt::Key_Insert : Qt::Key_Delete;
-    auto* shortcut = new QShortcut(key, table_);
-    shortcut->setContext(Qt::WidgetShortcut);
-    connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+    AddTableKey(key, [button] { button->click(); });
   }
   return button;
 }

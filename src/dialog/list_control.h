@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include <QFrame>
+#include <QLabel>
 #include <QPushButton>
 #include <QWidget>
 
@@ -23,10 +25,18 @@ class ListControl final : public QWidget {
 
   /// Finishes the edit of a cell, if one is open.
   void CommitEdit() { table_->CommitEdit(); }
+  /// Shows the grid or, in its place, why the rows could not be read.
+  void ShowRows(const QString& error);
   /// Wide enough to show every column as it is laid out.
   QSize sizeHint() const override;
 
+ signals:
+  /// The user wants the rows to be read again.
+  void RetryRequested();
+
  private:
+  void AddErrorPanel();
+  void AddTableKey(const QKeySequence& key, const std::function<void()>& action);
   QPushButton* AddButton(const ListCommand& command);
   void Run(const std::function<void()>& command);
   void EnableRowCommands();
@@ -34,6 +44,9 @@ class ListControl final : public QWidget {
   CheckableList& list_;
   MessageBox& messages_;
   GridView* table_;
+  QFrame* error_panel_;
+  QLabel* error_;
+  QPushButton* retry_;
   std::vector<QPushButton*> row_buttons_;  // Those that need a data row.
 };
 

@@ -3,34 +3,38 @@
 #include <QVBoxLayout>
 
 #include "dialog/lengths.h"
+#include "platform/qt/qt_text.h"
 
 namespace quillan {
-namespace {
-
-QString Title(QString caption) { return caption.replace(QLatin1String("&&"), QLatin1String("&")); }
-
-}  // namespace
 
 ListPage::ListPage(const Names& names, std::unique_ptr<CheckableList> list, MessageBox& messages,
                    QWidget* parent)
     : SettingsPage(names.page, names.caption, parent),
+      rows_name_(names.rows),
       list_(std::move(list)),
-      control_(new ListControl(*list_, messages, QLatin1String(names.list), Title(names.caption),
-                               this)) {
+      control_(new ListControl(*list_, messages, QLatin1String(names.list), Title(), this)) {
   auto* layout = new QVBoxLayout(this);
   const int margin = ToPixels(kMargin);
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->addWidget(control_);
+  list_->OnPendingChanged([this] { emit PendingChanged(); });
+  connect(control_, &ListControl::RetryRequested, this, &SettingsPage::RetryRequested);
 }
 
 // The control shows the list, so it must go first.
-ListPage::~ListPage() { delete control_; }
+ListPage::~ListPage() {
+  list_->OnPendingChanged({});
+  delete control_;
+}
 
-int ListPage::PendingCount() const {
-  int count = 0;
-  const Grid& grid = list_->Table();
-  for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) count += grid.RowData(row).state != 0;
-  return count;
+void ListPage::GoTo(int row) {
+  if (row < Grid::kFixedRows) return;
+  list_->Table().SelectOnly(row, 1);
+  list_->Table().ShowCell(row, 1);
+}
+
+QString ListPage::RowNote(int row) const {
+  return row < Grid::kFixedRows ? QString() : ToQString(list_->RowNote(row));
 }
 
 }  // namespace quillan

@@ -1,12 +1,14 @@
 #include "dialog/page_sequence.h"
 
-#include <algorithm>
 #include <exception>
 
 #include "dialog/failures.h"
+#include "platform/qt/qt_text.h"
 
 namespace quillan {
 namespace {
+
+QString Tr(const char* text) { return SettingsPage::tr(text); }
 
 // Runs one step of a sequence in which a failing step is skipped.
 template <typename Step>
@@ -21,19 +23,47 @@ void Attempt(Step step) {
 }  // namespace
 
 void PageSequence::Load() {
-  Attempt([&] { settings_.RefreshDatabaseSettings(); });
+  const SaveProgress::Work work(services_.progress);
+  Attempt([&] { services_.settings.RefreshDatabaseSettings(); });
   for (SettingsPage* page : pages_) {
     Attempt([&] { page->LoadOptions(); });
   }
   for (SettingsPage* page : pages_) {
-    Attempt([&] { page->LoadRows(); });
+    if (page->List() == nullptr) continue;
+    Attempt([&] { ReadRows(*page, &CheckableList::Refresh); });
   }
 }
 
+void PageSequence::Reload(SettingsPage& page) {
+  const SaveProgress::Work work(services_.progress);
+  ReadRows(page, &CheckableList::Reload);
+}
+
+void PageSequence::ReadRows(SettingsPage& page, bool (CheckableList::*read)()) {
+  if (services_.progress.Stopped()) {
+    page.ShowRows(Tr("The rows were not read: loading was stopped."));
+    return;
+  }
+  services_.progress.ShowStep(Tr("Loading %1").arg(page.RowsName()));
+  services_.database.BeginReport();
+  // While the rows are exchanged there is nothing consistent to paint.
+  page.setUpdatesEnabled(false);
+  Attempt([&] { (page.List()->*read)(); });
+  page.setUpdatesEnabled(true);
+  for (const StatementFailure& failure : services_.database.EndReport().failures) {
+    if (failure.error.IsTimeout()) services_.progress.OnTimeout(failure.error.what());
+  }
+  page.ShowRows(ToQString(page.List()->LoadError()));
+}
+
 SaveResult PageSequence::Save() {
+  const SaveProgress::Work work(services_.progress);
+  report_ = {};
   for (SettingsPage* page : pages_) page->CommitEdit();
   const SaveResult options = SaveOptions();
-  return options == SaveResult::kDone ? SaveRows() : options;
+  if (options != SaveResult::kDone) return options;
+  if (!CheckStoredRows()) return SaveResult::kFailed;
+  return SaveRows();
 }
 
 SaveResult PageSequence::SaveOptions() {
@@ -44,19 +74,89 @@ SaveResult PageSequence::SaveOptions() {
   return SaveResult::kDone;
 }
 
-SaveResult PageSequence::SaveRows() {
-  auto page = pages_.begin();
-  try {
-    for (; page != pages_.end(); ++page) (*page)->SaveRows();
-    settings_.SaveDatabaseSettings();
-    return SaveResult::kDone;
-  } catch (const std::exception& failure) {
-    ShowFailure(messages_, failure.what());
+// Reads before anything is written: a session that was lost while idle is opened again, and what
+// others have changed since the load comes to light. False ends the save.
+bool PageSequence::CheckStoredRows() {
+  std::vector<std::pair<SettingsPage*, std::vector<Conflict>>> found;
+  std::vector<PageConflict> conflicts;
+  bool read = false;
+  for (SettingsPage* page : pages_) {
+    CheckableList* list = page->List();
+    if (list == nullptr || !list->NeedsConflictCheck()) continue;
+    services_.progress.ShowStep(Tr("Checking %1").arg(page->RowsName()));
+    auto& of_page = found.emplace_back(page, std::vector<Conflict>()).second;
+    read = list->FindConflicts(of_page);
+    if (!read) break;
+    for (const Conflict& conflict : of_page) conflicts.push_back({page->Title(), conflict});
   }
-  // What was written must not be written again; the page that failed keeps its edits.
-  std::for_each(pages_.begin(), page,
-                [](SettingsPage* saved) { Attempt([&] { saved->LoadRows(); }); });
+  if (found.empty()) read = services_.settings.QueryListenPort();
+  if (!read) {
+    const std::string& reason = services_.database.LastError();
+    ShowFailure(services_.messages,
+                "Nothing has been saved: the database cannot be read.\r\n\r\n" + reason);
+    return false;
+  }
+  if (conflicts.empty()) return true;
+  const ConflictAnswer answer = services_.ask_about_conflicts(conflicts);
+  for (const auto& [page, of_page] : found) page->List()->Resolve(of_page, answer);
+  return answer != ConflictAnswer::kCancel;
+}
+
+SaveResult PageSequence::SaveRows() {
+  const int total = PendingCount();
+  std::vector<SettingsPage*> begun;
+  bool complete = true;
+  try {
+    for (SettingsPage* page : pages_) {
+      if (page->List() == nullptr) continue;
+      complete = !services_.progress.Stopped();
+      if (!complete) break;
+      begun.push_back(page);
+      complete = SaveRowsOf(*page);
+      if (!complete) break;
+    }
+    if (complete) services_.settings.SaveDatabaseSettings();
+  } catch (const std::exception& failure) {
+    complete = false;
+    ShowFailure(services_.messages, failure.what());
+  }
+  report_.total = total;
+  report_.stopped = !complete;
+  if (complete && report_.failures.empty()) {
+    report_.written = total;
+    return SaveResult::kDone;
+  }
+  // What was written must not be written again; the rest stays as it is.
+  services_.progress.Resume();
+  if (complete) {
+    Attempt([&] { services_.settings.RefreshDatabaseSettings(); });
+    for (SettingsPage* page : pages_) page->LoadOptions();
+  }
+  for (SettingsPage* page : begun) {
+    Attempt([&] { ReadRows(*page, &CheckableList::Reload); });
+  }
+  report_.written = total - PendingCount();
   return SaveResult::kFailed;
+}
+
+// False when the user stopped it.
+bool PageSequence::SaveRowsOf(SettingsPage& page) {
+  CheckableList& list = *page.List();
+  services_.progress.ShowStep(Tr("Saving %1").arg(page.RowsName()));
+  const auto note_failures = [&] {
+    for (const SaveFailure& failure : list.Failures()) {
+      report_.failures.push_back(
+          {page.Title(), ToQString(failure.name), ToQString(failure.message)});
+    }
+  };
+  try {
+    const SaveOutcome outcome = list.Sync();
+    note_failures();
+    return !outcome.stopped;
+  } catch (...) {
+    note_failures();
+    throw;
+  }
 }
 
 int PageSequence::PendingCount() const {

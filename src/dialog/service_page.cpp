@@ -69,14 +69,29 @@ ServicePage::ServicePage(Settings& settings, MessageBox& messages, QWidget* pare
   row->addWidget(note_, 1);
   layout->addLayout(row);
   layout->addStretch();
-  connect(listen_port_, &QLineEdit::textChanged, this, &ServicePage::ShowNote);
+  connect(listen_port_, &QLineEdit::textChanged, this, [this] {
+    ShowNote();
+    emit PendingChanged();
+  });
 }
 
 void ServicePage::LoadOptions() {
   loaded_text_ = QString::number(settings_.ListenPort());
   listen_port_->setText(loaded_text_);
   ShowNote();
+  emit PendingChanged();
 }
+
+std::vector<PendingRow> ServicePage::Pending() const {
+  if (PendingCount() == 0) return {};
+  const std::string name = ToUtf8(tr("Listening port"));
+  return {{.row = 1,
+           .state = RowState::kChanged,
+           .name = name,
+           .values = {{name, ToUtf8(loaded_text_), ToUtf8(listen_port_->text())}}}};
+}
+
+void ServicePage::Revert(const std::vector<int>& /*rows*/) { listen_port_->setText(loaded_text_); }
 
 void ServicePage::ShowNote() {
   const std::string& error = settings_.ListenPortError();

@@ -19,6 +19,8 @@ class ServicePage final : public SettingsPage {
   bool OpensFirst() const override { return true; }
   QWidget* FirstControl() const override { return listen_port_; }
   int PendingCount() const override { return listen_port_->text() == loaded_text_ ? 0 : 1; }
+  std::vector<PendingRow> Pending() const override;
+  void Revert(const std::vector<int>& rows) override;
   void LoadOptions() override;
   /// Takes the number that the text begins with; refuses one that does not fit 32 bits.
   SaveResult SaveOptions() override;

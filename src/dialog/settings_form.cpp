@@ -6,14 +6,13 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QShortcut>
-#include <QTabBar>
 #include <QVBoxLayout>
 
 #include "dialog/failures.h"
 #include "dialog/lengths.h"
+#include "dialog/review_form.h"
 #include "dialog/settings_pages.h"
 #include "platform/program.h"
-#include "platform/qt/input_blocker.h"
 
 namespace quillan {
 namespace {
@@ -28,66 +27,58 @@ constexpr int kButtonHeight = 375;
 
 SettingsForm::SettingsForm(const SettingsFormServices& services)
     : services_(services),
-      tabs_(new QTabWidget(this)),
+      tabs_(new PageTabs(this)),
+      save_bar_(new SaveBar({.database = services.database,
+                             .messages = services.messages,
+                             .clock = services.clock,
+                             .locale = services.locale},
+                            *this)),
       pages_(CreateSettingsPages({.settings = services.settings,
                                   .database = services.database,
-                                  .host = *this,
+                                  .host = save_bar_->Progress(),
                                   .messages = services.messages,
                                   .clock = services.clock,
                                   .locale = services.locale},
                                  this),
-             services.settings, services.messages),
-      help_(new HelpButton({.settings = services.settings,
-                            .files = services.files,
-                            .desktop = services.desktop,
-                            .messages = services.messages,
-                            .help_file = services.help_file},
-                           this)) {
+             {.settings = services.settings,
+              .database = services.database,
+              .messages = services.messages,
+              .progress = save_bar_->Progress(),
+              .ask_about_conflicts = [this](const auto& conflicts) {
+                return AskAboutConflicts(conflicts, this);
+              }}) {
   setObjectName(QStringLiteral("SettingsForm"));
   setWindowTitle(tr("Quillan Settings"));
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
-  tabs_->setObjectName(QStringLiteral("Tabs"));
-  for (SettingsPage* page : pages_.Pages()) AddPage(page);
+  for (SettingsPage* page : pages_.Pages()) {
+    tabs_->AddPage(page);
+    connect(page, &SettingsPage::PendingChanged, this,
+            [this] { save_bar_->ShowPending(pages_.PendingCount()); });
+    connect(page, &SettingsPage::RetryRequested, this, [this, page] { pages_.Reload(*page); });
+  }
   AddButtons();
-  AddTabKey(Qt::CTRL | Qt::Key_Tab, 1);
-  AddTabKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
+  // These work wherever in the window the focus is.
+  const auto add_key = [this](const QKeySequence& key, auto action) {
+    connect(new QShortcut(key, this), &QShortcut::activated, this, action);
+  };
+  add_key(Qt::CTRL | Qt::Key_Tab, [this] { tabs_->SelectNext(1); });
+  add_key(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, [this] { tabs_->SelectNext(-1); });
+  add_key(Qt::CTRL | Qt::Key_R, &SettingsForm::Review);
+  connect(save_bar_, &SaveBar::ReviewRequested, this, &SettingsForm::Review);
   OpenAtComfortableSize();
-  connect(tabs_, &QTabWidget::currentChanged, this, &SettingsForm::OnTabSelected);
   Sync();
-  OnTabSelected(tabs_->currentIndex());
+  tabs_->FocusPage();
 }
 
 // The pages must go while the window that they call still exists.
 SettingsForm::~SettingsForm() { delete tabs_; }
 
-void SettingsForm::AddPage(SettingsPage* page) {
-  const int tab = tabs_->addTab(page, page->Caption());
-  tabs_->setTabVisible(tab, page->Reachable());
-  // The arrow keys pass over tabs that are disabled, not over those that are hidden. The page
-  // itself stays enabled.
-  tabs_->tabBar()->setTabEnabled(tab, page->Reachable());
-  if (page->OpensFirst()) tabs_->setCurrentIndex(tab);
-  connect(page, &SettingsPage::NeedsAttention, this,
-          [this, page] { tabs_->setCurrentWidget(page); });
-}
-
-// Changes the page wherever in the window the focus is.
-void SettingsForm::AddTabKey(const QKeySequence& key, int step) {
-  connect(new QShortcut(key, this), &QShortcut::activated, this, [this, step] {
-    int tab = tabs_->currentIndex();
-    do {
-      tab = (tab + step + tabs_->count()) % tabs_->count();
-    } while (!tabs_->isTabVisible(tab));
-    tabs_->setCurrentIndex(tab);
-  });
-}
-
 void SettingsForm::AddButtons() {
   const int margin = ToPixels(kMargin);
   auto* buttons = new QHBoxLayout();
   buttons->setSpacing(margin);
-  buttons->addStretch();
+  buttons->addWidget(save_bar_, 1);
   const auto add = [&](QPushButton* button) {
     button->setAutoDefault(false);
     button->setFixedSize(ToPixels(kButtonWidth), ToPixels(kButtonHeight));
@@ -102,7 +93,18 @@ void SettingsForm::AddButtons() {
   add_new("cmdOK", tr("OK"), &SettingsForm::OnOk);
   add_new("CmdApply", tr("Apply"), &SettingsForm::OnApply);
   add_new("cmdCancel", tr("Cancel"), &SettingsForm::Close);
+  help_ = new HelpButton({.settings = services_.settings,
+                          .files = services_.files,
+                          .desktop = services_.desktop,
+                          .messages = services_.messages,
+                          .help_file = services_.help_file},
+                         this);
   add(help_);
+  QWidget* last = help_;
+  for (auto* button : save_bar_->findChildren<QAbstractButton*>()) {
+    setTabOrder(last, button);
+    last = button;
+  }
   for (QPushButton* button : findChildren<QPushButton*>()) button->installEventFilter(this);
 
   auto* layout = new QVBoxLayout(this);
@@ -133,8 +135,20 @@ void SettingsForm::Sync() {
 }
 
 SaveResult SettingsForm::Save() {
-  const InputBlocker blocker;
-  return pages_.Save();
+  const SaveResult result = pages_.Save();
+  save_bar_->ShowReport(pages_.Report());
+  return result;
+}
+
+void SettingsForm::Review() {
+  if (pages_.PendingCount() == 0) return;
+  for (SettingsPage* page : pages_.Pages()) page->CommitEdit();
+  ReviewForm form(pages_.Pages(), this);
+  if (form.exec() != Accepted) return;
+  const auto& [page, row] = form.Target();
+  tabs_->setCurrentWidget(page);
+  page->FirstControl()->setFocus();
+  page->GoTo(row);
 }
 
 void SettingsForm::OnOk() {
@@ -145,19 +159,21 @@ void SettingsForm::OnOk() {
 
 void SettingsForm::OnApply() {
   RunGuarded(services_.messages, [this] {
-    const InputBlocker blocker;
-    if (Save() != SaveResult::kFailed) Sync();
+    const SaveProgress::Work work(save_bar_->Progress());
+    const SaveResult result = Save();
+    if (result == SaveResult::kFailed) return;
+    Sync();
+    save_bar_->ShowReport(pages_.Report());
   });
 }
 
 void SettingsForm::reject() {
   const int pending = pages_.PendingCount();
   if (pending > 0) {
-    const std::string changes =
-        pending == 1 ? "A change has" : std::to_string(pending) + " changes have";
-    const MessageAnswer answer =
-        services_.messages.Show(changes + " not been saved.\r\nClose the window without saving?",
-                                kDisplayName, MessageButtons::kYesNo, MessageIcon::kQuestion);
+    const MessageAnswer answer = services_.messages.Show(
+        std::to_string(pending) + (pending == 1 ? " change has" : " changes have") +
+            " not been saved.\r\nClose the window without saving?",
+        kDisplayName, MessageButtons::kYesNo, MessageIcon::kQuestion);
     if (answer != MessageAnswer::kYes) return;
   }
   Close();
@@ -167,12 +183,6 @@ void SettingsForm::Close() {
   QDialog::reject();
   const std::string& style = services_.settings.GUIStyle();
   if (style != "ADVANCED" && style != "MINIMAL") services_.end_program();
-}
-
-void SettingsForm::OnTabSelected(int tab) {
-  if (auto* page = qobject_cast<SettingsPage*>(tabs_->widget(tab))) {
-    page->FirstControl()->setFocus();
-  }
 }
 
 }  // namespace quillan

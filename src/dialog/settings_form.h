@@ -4,11 +4,11 @@
 #include <functional>
 
 #include <QDialog>
-#include <QTabWidget>
 
 #include "dialog/help_button.h"
 #include "dialog/page_sequence.h"
-#include "lists/list_host.h"
+#include "dialog/page_tabs.h"
+#include "dialog/save_bar.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
@@ -32,7 +32,7 @@ struct SettingsFormServices {
 
 /// The program's main window: pages over the settings and the database's lists. OK and Apply write
 /// everything back, page by page in one fixed order.
-class SettingsForm final : public QDialog, private ListHost {
+class SettingsForm final : public QDialog {
   Q_OBJECT
 
  public:
@@ -49,24 +49,20 @@ class SettingsForm final : public QDialog, private ListHost {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void AddPage(SettingsPage* page);
   void AddButtons();
-  void AddTabKey(const QKeySequence& key, int step);
   void OpenAtComfortableSize();
 
   SaveResult Save();
+  void Review();
   void OnOk();
   void OnApply();
-  void OnTabSelected(int tab);
   void Close();
 
-  void ShowBusyPointer() override { setCursor(Qt::WaitCursor); }
-  void ShowDefaultPointer() override { unsetCursor(); }
-
   SettingsFormServices services_;
-  QTabWidget* tabs_;
+  PageTabs* tabs_;
+  SaveBar* save_bar_;
   PageSequence pages_;
-  HelpButton* help_;
+  HelpButton* help_ = nullptr;
 };
 
 }  // namespace quillan

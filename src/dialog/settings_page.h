@@ -1,6 +1,10 @@
 #pragma once
 
+#include <vector>
+
 #include <QWidget>
+
+#include "lists/checkable_list.h"
 
 namespace quillan {
 
@@ -11,10 +15,8 @@ enum class SaveResult {
   kFailed,     ///< The user has been told why.
 };
 
-/// A tab of the settings dialog. It owns what it shows.
-///
-/// The dialog loads and saves in phases. Each phase goes over all pages, in the order of their
-/// tabs, before the next one begins; a page takes part in those that concern it.
+/// A tab of the settings dialog. It owns what it shows. It takes part in those phases of a load and
+/// of a save (see `PageSequence`) that concern it.
 class SettingsPage : public QWidget {
   Q_OBJECT
 
@@ -26,6 +28,10 @@ class SettingsPage : public QWidget {
   }
 
   const QString& Caption() const { return caption_; }
+  /// The caption as it is shown.
+  QString Title() const {
+    return QString(caption_).replace(QLatin1String("&&"), QLatin1String("&"));
+  }
   /// Whether the user can reach the page. It loads and saves in any case.
   virtual bool Reachable() const { return true; }
   /// Whether the dialog opens with this page.
@@ -33,28 +39,42 @@ class SettingsPage : public QWidget {
   /// What the focus goes to when the tab is selected.
   virtual QWidget* FirstControl() const = 0;
 
-  /// The number of changes that a save would write.
-  virtual int PendingCount() const { return 0; }
-
-  // The phases of a load.
+  // Options, which are kept in the settings.
 
   /// Shows the options that the settings hold.
   virtual void LoadOptions() {}
-  /// Shows the rows that the database holds.
-  virtual void LoadRows() {}
-
-  // The phases of a save.
-
-  /// Finishes the edit of a cell, if one is open.
-  virtual void CommitEdit() {}
   /// Puts the options that are shown into the settings; anything but kDone stops the save.
   virtual SaveResult SaveOptions() { return SaveResult::kDone; }
-  /// Writes the user's changes of rows to the database. `ado::Error` stops the save.
-  virtual void SaveRows() {}
+
+  // Rows, which are kept in a table of the database.
+
+  /// The list that the page shows, if any.
+  virtual CheckableList* List() const { return nullptr; }
+  /// What the list's rows are called: "ports".
+  virtual QString RowsName() const { return {}; }
+  /// Finishes the edit of a cell, if one is open.
+  virtual void CommitEdit() {}
+  /// Shows the rows of the list, or in their place why they could not be read.
+  virtual void ShowRows(const QString& /*error*/) {}
+
+  // Changes that are not saved.
+
+  virtual int PendingCount() const { return 0; }
+  virtual std::vector<PendingRow> Pending() const { return {}; }
+  /// Undoes the changes of rows, in ascending order.
+  virtual void Revert(const std::vector<int>& /*rows*/) {}
+  /// Makes the row the current one.
+  virtual void GoTo(int /*row*/) {}
+  /// What else is to be known about a row before it is saved.
+  virtual QString RowNote(int /*row*/) const { return {}; }
 
  signals:
   /// The page shows something that the user is to correct.
   void NeedsAttention();
+  /// `PendingCount` may have changed.
+  void PendingChanged();
+  /// The user wants the rows to be read again.
+  void RetryRequested();
 
  private:
   QString caption_;

@@ -33,15 +33,15 @@ std::vector<SettingsPage*> CreateSettingsPages(const PageServices& services, QWi
     return QCoreApplication::translate("SettingsForm", text);
   };
   return {
-      new ListPage({"PortListFrame", "PortList", tr("Application && Service Ports")},
+      new ListPage({"PortListFrame", "PortList", tr("Application && Service Ports"), tr("ports")},
                    std::make_unique<PortList>(for_lists, new_port), messages, window),
-      new ListPage({"IPGroupListFrame", "AddressGroupList", tr("IP Address Groups")},
+      new ListPage({"IPGroupListFrame", "AddressGroupList", tr("IP Address Groups"), tr("groups")},
                    std::make_unique<AddressGroupList>(for_lists, settings, new_group), messages,
                    window),
       new RetentionPage(settings, services.locale, window),
       new CollapsePage(settings, messages, window),
       new ServicePage(settings, messages, window),
-      new ListPage({"NetFlowSourceFrame", "InterfacesList", tr("NetFlow Sources")},
+      new ListPage({"NetFlowSourceFrame", "InterfacesList", tr("NetFlow Sources"), tr("sources")},
                    std::make_unique<InterfacesList>(for_lists), messages, window),
   };
 }

@@ -131,6 +131,17 @@ std::string AddressGroupList::Condition(int row) const {
          (range.id ? " and " + by_id : "");
 }
 
+std::string AddressGroupList::RowNote(int row) const {
+  if (!HasRange(row)) return {};
+  const GroupRange range = RangeOf(Table(), row);
+  const auto rows = services().database.OpenRecordset(
+      "Select count(*) as IPCount From FlowCorrelation Where IPAddressSort >=" +
+      text::FormatDigits(range.start) + " and IPAddressSort <=" + text::FormatDigits(range.end));
+  if (!rows || rows->Eof()) return {};
+  return "Known endpoints in this range: " +
+         text::FormatDigits(static_cast<double>(ado::ToWhole(rows->Fields("IPCount").Value())));
+}
+
 void AddressGroupList::OnSyncBegins() {
   regrouping_.emplace(services().database, services().messages);
 }

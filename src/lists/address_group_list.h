@@ -31,6 +31,8 @@ class AddressGroupList final : public EditableList {
 
   std::string Key(const Grid& grid, int row) const override;
   std::string RowName(const Grid& grid, int row) const override;
+  /// The number of known endpoints in the group's range.
+  std::string RowNote(int row) const override;
 
  protected:
   void Add() override;

@@ -82,6 +82,8 @@ class CheckableList : public GridListener {
   virtual std::string Key(const Grid& grid, int row) const = 0;
   /// Names the row to the user.
   virtual std::string RowName(const Grid& grid, int row) const = 0;
+  /// What else is to be known about a row before it is saved; may ask the database.
+  virtual std::string RowNote(int /*row*/) const { return {}; }
 
   void OnClick(int row, int column) override;
   bool OnKeyPress(char32_t key) override;

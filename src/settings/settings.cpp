@@ -277,6 +277,15 @@ void Settings::RefreshDatabaseSettings() {
   listen_port_known_ = listen_port_error_.empty();
 }
 
+bool Settings::QueryListenPort() {
+  try {
+    OpenEngine(ado::LockType::kReadOnly);
+    return true;
+  } catch (const ado::Error&) {
+    return false;
+  }
+}
+
 void Settings::SaveDatabaseSettings() {
   if (!listen_port_known_) return;
   const auto rows = OpenEngine(ado::LockType::kOptimistic);

@@ -134,6 +134,10 @@ class Settings {
   /// is 2055 and `ListenPortError` gives the reason. Raises nothing.
   void RefreshDatabaseSettings();
 
+  /// Runs the query for the stored listening port, which opens a lost session again. False, with
+  /// the reason in the session's `LastError`, when it fails.
+  bool QueryListenPort();
+
   /// Stores the listening port in this computer's row of FlowEngines and creates the row if it does
   /// not exist. Does nothing while the port is unknown. Throws `ado::Error` if the port cannot be
   /// stored; the database is then unchanged.

@@ -1,0 +1,209 @@
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableWidget>
+
+#include "dialog/dialog_fixture.h"
+#include "platform/ado/error.h"
+
+namespace quillan {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class SavingTest : public test::DialogTest {
+ protected:
+  void SetUp() override {
+    DialogTest::SetUp();
+    program_.suite.Run(
+        "insert into ServicePorts values (21, 'ftp', 1, 1), (22, 'ssh', 1, 1), (23, 'telnet', 1, "
+        "1);"
+        "insert into IPAddressGroups values (1, 10000000000, 10000000255, 'a', 1, 1),"
+        "(2, 10000001000, 10000001255, 'b', 1, 1)");
+    Open();
+    SelectPage(1);
+    table_ = Table("PortList");
+  }
+  std::string Status() {
+    auto* status = Find<QAbstractButton>("SaveStatus");
+    EXPECT_EQ(status->accessibleName(), status->text());
+    EXPECT_EQ(status->isVisible(), !status->text().isEmpty());
+    return status->text().toStdString();
+  }
+  // The rows of a window's table, columns joined by "|".
+  static std::vector<std::string> Lines(QDialog* dialog) {
+    auto* table = dialog->findChild<QTableWidget*>();
+    std::vector<std::string> lines;
+    for (int row = 0; row < table->rowCount(); ++row) {
+      QStringList cells;
+      for (int column = 0; column < table->columnCount(); ++column) {
+        cells += table->item(row, column)->text();
+      }
+      lines.push_back(cells.join(QLatin1Char('|')).toStdString());
+    }
+    return lines;
+  }
+  bool IsRed(int row) { return TextColor(table_, row, 1) == Qt::red; }
+  std::vector<std::string> StoredPorts() {
+    return program_.suite.Rows("select Port, ServiceName, Enabled from ServicePorts order by Port");
+  }
+
+  GridView* table_ = nullptr;
+};
+
+TEST_F(SavingTest, TellsWhatIsNotSavedAndReverts) {
+  auto* tabs = Find<QTabWidget>("Tabs");
+  EXPECT_EQ(Status(), "");
+  ClickCell(table_, 1, 0);
+  ClickCell(table_, 3, 0);
+  QTest::keyClicks(Find<QLineEdit>("ListenPort"), QStringLiteral("6"));
+  EXPECT_THAT(Status(), HasSubstr("3 changes"));
+  for (int tab = 0; tab < tabs->count(); ++tab) {
+    EXPECT_EQ(tabs->tabIcon(tab).isNull(), tab != 0 && tab != 4) << tab;
+  }
+  SelectPage(2);
+  InNextDialog([&](QDialog* review) {
+    const std::string page = "Application & Service Ports|";
+    EXPECT_THAT(
+        Lines(review),
+        ElementsAre(page + "21|Changed|Monitored|yes|no", page + "23|Changed|Monitored|yes|no",
+                    "NetFlow Service|Listening port|Changed|Listening port|2055|20556"));
+    auto* rows = review->findChild<QTableWidget*>();
+    rows->selectRow(2);
+    Click("cmdRevert", review);
+    EXPECT_EQ(Lines(review).size(), 2U);
+    rows->selectRow(1);
+    Click("cmdCopy", review);
+    EXPECT_THAT(QApplication::clipboard()->text().toStdString(),
+                testing::AllOf(HasSubstr("\t23\tChanged"), testing::Not(HasSubstr("\t21\t"))));
+    Click("cmdGoToRow", review);
+  });
+  QTest::keyClick(form_.get(), Qt::Key_R, Qt::ControlModifier);
+  EXPECT_EQ(Find<QLineEdit>("ListenPort")->text(), QStringLiteral("2055"));
+  EXPECT_EQ(tabs->currentIndex(), 0);
+  EXPECT_EQ(table_->currentIndex().row(), 2);
+  form_->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+  QTest::keyClick(table_, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Check(table_, 3), Qt::Checked);
+  EXPECT_FALSE(IsRed(3));
+  EXPECT_THAT(Status(), HasSubstr("1 change "));
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("9996"));
+  Click("CmdApply");
+  EXPECT_EQ(Status(), "Saved 2 changes at 13:05");
+  EXPECT_TRUE(tabs->tabIcon(0).isNull());
+  EXPECT_TRUE(tabs->tabIcon(4).isNull());
+}
+
+TEST_F(SavingTest, KeepsTheRowsThatCouldNotBeSavedAndReportsThem) {
+  program_.suite.Run(
+      "create trigger Refuse before update on ServicePorts when new.Port = 22 "
+      "begin select raise(abort, 'not this one'); end");
+  ClickCell(table_, 1, 0);
+  ClickCell(table_, 2, 0);
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_THAT(Status(), HasSubstr("1 of 2"));
+  EXPECT_FALSE(IsRed(1));
+  EXPECT_TRUE(IsRed(2));
+  EXPECT_EQ(Check(table_, 2), Qt::Unchecked);
+  InNextDialog([&](QDialog* details) {
+    EXPECT_THAT(Lines(details), ElementsAre(HasSubstr("Ports|22|not this one")));
+    Click("cmdClose", details);
+  });
+  Click("cmdDetails");
+
+  program_.suite.Run("drop trigger Refuse");
+  script_.statements.clear();
+  Click("cmdOK");
+  EXPECT_FALSE(form_->isVisible());
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|ftp|0", "22|ssh|0", "23|telnet|1"));
+  for (const std::string& statement : script_.statements) {
+    EXPECT_EQ(statement.find("Where Port=21"), std::string::npos) << statement;
+  }
+}
+
+TEST_F(SavingTest, AsksWhenSomebodyElseHasChangedARow) {
+  ClickCell(table_, 1, 0);
+  ClickCell(table_, 2, 0);
+  program_.suite.Run("update ServicePorts set ServiceName = 'theirs' where Port = 21");
+  const auto answer = [&](const char* button) {
+    InNextDialog([&, button](QDialog* dialog) {
+      const std::vector<std::string> lines = Lines(dialog);
+      ASSERT_EQ(lines.size(), 1U);
+      EXPECT_THAT(lines[0],
+                  testing::AllOf(HasSubstr("|21|"), HasSubstr("theirs"), HasSubstr("ftp")));
+      Click(button, dialog);
+    });
+    Click("CmdApply");
+  };
+  answer("cmdCancel");
+  EXPECT_TRUE(IsRed(1));
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|theirs|1", "22|ssh|1", "23|telnet|1"));
+  answer("cmdKeepTheirs");
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|theirs|1", "22|ssh|0", "23|telnet|1"));
+  EXPECT_EQ(Cell(table_, 1, 2), QStringLiteral("theirs"));
+
+  ClickCell(table_, 3, 0);
+  program_.suite.Run("delete from ServicePorts where Port = 23");
+  InNextDialog([&](QDialog* dialog) { Click("cmdOverwrite", dialog); });
+  Click("CmdApply");
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|theirs|1", "22|ssh|0", "23|telnet|0"));
+}
+
+TEST_F(SavingTest, AListThatCouldNotBeReadSaysSo) {
+  auto* list = Find<QWidget>("PortList");
+  EXPECT_FALSE(Find<QLabel>("LoadError")->isVisible());
+  program_.suite.Run("alter table ServicePorts rename to Elsewhere");
+  Click("CmdApply");
+  EXPECT_FALSE(table_->isVisible());
+  EXPECT_THAT(Find<QLabel>("LoadError", list)->text().toStdString(), HasSubstr("ServicePorts"));
+  program_.suite.Run("alter table Elsewhere rename to ServicePorts");
+  Click("cmdRetry", list);
+  EXPECT_TRUE(table_->isVisible());
+  EXPECT_EQ(table_->model()->rowCount(), 3);
+}
+
+TEST_F(SavingTest, StopLeavesTheRestAsItIs) {
+  SelectPage(2);
+  GridView* groups = Table("AddressGroupList");
+  for (const bool by_timeout : {false, true}) {
+    ClickCell(groups, 1, 0);
+    ClickCell(groups, 2, 0);
+    messages_.answers = {MessageAnswer::kNo};
+    messages_.messages.clear();
+    script_.before = [&](const std::string& statement) {
+      if (!statement.starts_with("Update IPAddressGroups")) return;
+      if (by_timeout) throw ado::Error(ado::kTimeoutExpired, "", "timed out");
+      Find<QPushButton>("cmdStop")->click();
+    };
+    Click("cmdOK");
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_EQ(messages_.messages.size(), by_timeout ? 1U : 0U);
+    EXPECT_EQ(TextColor(groups, 1, 1) == Qt::red, by_timeout);
+    EXPECT_EQ(TextColor(groups, 2, 1), Qt::red);
+    script_.before = [](const std::string&) {};
+    Click("CmdApply");
+    EXPECT_NE(TextColor(groups, 2, 1), Qt::red);
+  }
+  EXPECT_THAT(program_.suite.Rows("select Enabled from IPAddressGroups"), ElementsAre("1", "1"));
+}
+
+TEST_F(SavingTest, ADatabaseThatIsAwayLosesNothing) {
+  ClickCell(table_, 1, 0);
+  QTest::keyClicks(Find<QLineEdit>("ListenPort"), QStringLiteral("6"));
+  std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(messages_.messages.size(), 1U);
+  EXPECT_TRUE(IsRed(1));
+  std::filesystem::rename(program_.folder / "away.db", program_.suite.path());
+  Click("cmdOK");
+  EXPECT_FALSE(form_->isVisible());
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|ftp|0", "22|ssh|1", "23|telnet|1"));
+  EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("20556"));
+}
+
+}  // namespace
+}  // namespace quillan

@@ -1,0 +1,75 @@
+#include "platform/qt/worker_driver.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "support/program_folder.h"
+
+namespace quillan {
+namespace {
+
+// Runs "wait" until it is let go; anything else fails.
+class WaitingDriver final : public ado::Driver {
+ public:
+  explicit WaitingDriver(std::shared_future<void> gate) : gate_(std::move(gate)) {}
+  void Execute(std::string_view statement) override {
+    if (statement != "wait") throw ado::Error(7, "", "failed on purpose");
+    thread = std::this_thread::get_id();
+    gate_.wait();
+  }
+  std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                         ado::BatchMode mode) override {
+    return ado::ExecuteOneByOne(*this, statements, mode);
+  }
+  ado::RowStore Query(std::string_view query) override {
+    throw ado::Error(8, "", std::string(query));
+  }
+  void ReadUncommitted() override {}
+  std::vector<std::string> PrimaryKey(std::string_view /*table*/) override { return {}; }
+  void ChangeOneRow(std::string_view /*statement*/,
+                    std::span<const ado::Value> /*values*/) override {}
+  std::string Property(std::string_view name) override { return std::string(name); }
+  void Cancel() override {}
+
+  static inline std::thread::id thread;
+
+ private:
+  std::shared_future<void> gate_;
+};
+
+TEST(WorkerDriverTest, RunsCallsOnAnotherThreadWhileTheWindowPaintsAndDropsInput) {
+  std::promise<void> gate;
+  const std::shared_future<void> opened = gate.get_future().share();
+  const auto driver = OnWorkerThread(
+      [&](const ado::ConnectOptions&) { return std::make_unique<WaitingDriver>(opened); })({});
+  QPushButton button;
+  button.show();
+  int clicks = 0;
+  QObject::connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+  // Only a call that lets the window work can ever end.
+  QTimer::singleShot(0, &button, [&] {
+    QTest::mouseClick(&button, Qt::LeftButton);
+    gate.set_value();
+  });
+  driver->Execute("wait");
+  EXPECT_EQ(clicks, 0);
+  EXPECT_NE(WaitingDriver::thread, std::this_thread::get_id());
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(driver->Property("x"), "x");
+  try {
+    driver->Execute("fail");
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const ado::Error& error) {
+    EXPECT_EQ(error.number(), 7);
+  }
+}
+
+}  // namespace
+}  // namespace quillan
