@@ -44,6 +44,7 @@ TEST_F(DeletionTest, LeavesNoRowSelectedThatTheUserHasNotChosen) {
   AnswerWithEnter();
   Click("cmdDeletePort");
   ASSERT_EQ(answered_, 1);
+  form_->activateWindow();
   EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == form_.get(); }));
   EXPECT_TRUE(table->hasFocus());
 

@@ -23,8 +23,11 @@ class VirtualDesktop final : public testing::Environment {
     if (!display_.waitForReadyRead()) GTEST_SKIP() << "Xvfb is not installed";
     const QByteArray number = display_.readLine().trimmed();
     qputenv("DISPLAY", ":" + number);
-    manager_.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
-    if (!manager_.waitForStarted()) GTEST_SKIP() << "openbox is not installed";
+    // Says when it manages windows.
+    manager_.start(QStringLiteral("openbox"),
+                   {QStringLiteral("--sm-disable"), QStringLiteral("--startup"),
+                    QStringLiteral("echo ready")});
+    if (!manager_.waitForReadyRead()) GTEST_SKIP() << "openbox is not installed";
     qputenv("QT_QPA_PLATFORM", "xcb");
     static int argc = 1;
     static char name[] = "desktop_tests";

@@ -17,6 +17,8 @@ void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   first_selected_ = std::numeric_limits<int>::max();
   last_selected_ = 0;
   sort_column_ = -1;
+  hidden_rows_ = 0;
+  refilter_ = IsFiltered();
   reset_ = true;
   selection_set_ = true;
 }
@@ -38,6 +40,7 @@ void Grid::RemoveRows(const std::vector<int>& rows) {
   int current = 0;
   for (int row = 0; row < Rows(); ++row) {
     if (next != rows.end() && *next == row) {
+      if (!IsShown(row)) --hidden_rows_;
       ++next;
       continue;
     }
@@ -114,6 +117,26 @@ void Grid::ShowCell(int row, int column) {
   if (observer_ != nullptr) observer_->OnShowCell(row, column);
 }
 
+void Grid::SetFilter(std::function<bool(int row)> shown) {
+  const Batch batch(*this);
+  filter_ = std::move(shown);
+  refilter_ = true;
+}
+
+void Grid::ApplyFilter() {
+  hidden_rows_ = 0;
+  for (int row = kFixedRows; row < Rows(); ++row) {
+    Row& filtered = rows_[static_cast<size_t>(row)];
+    filtered.hidden = filter_ && !filter_(row);
+    if (!filtered.hidden) continue;
+    filtered.selected = false;
+    ++hidden_rows_;
+  }
+  if (current_row_ >= kFixedRows && !IsShown(current_row_)) current_row_ = 0;
+  reset_ = true;
+  selection_set_ = true;
+}
+
 void Grid::RequestSort(int column) {
   if (listener_ != nullptr && listener_->OnSortRequest(column)) return;
   const bool ascending = sort_column_ == column && sort_direction_ == SortDirection::kAscending;
@@ -129,7 +152,8 @@ void Grid::MoveCurrent(int row, int column) {
 
 void Grid::SetSelected(int first_row, int last_row, bool selected) {
   for (int row = first_row; row <= last_row; ++row) {
-    rows_[static_cast<size_t>(row)].selected = selected;
+    Row& changed = rows_[static_cast<size_t>(row)];
+    changed.selected = selected && !changed.hidden;
   }
   if (selected) {
     first_selected_ = std::min(first_selected_, first_row);
@@ -149,6 +173,7 @@ void Grid::EndBatch() {
 }
 
 void Grid::Report() {
+  if (std::exchange(refilter_, false)) ApplyFilter();
   const bool reset = std::exchange(reset_, false);
   const bool selection_set = std::exchange(selection_set_, false);
   const int reported = std::exchange(reported_rows_, Rows());

@@ -109,11 +109,20 @@ class Grid {
   bool IsSelected(int row) const { return rows_[static_cast<size_t>(row)].selected; }
   /// The selected rows, ascending.
   std::vector<int> SelectedRows() const;
-  /// The topmost visible row.
+  /// The topmost row on screen; the rows above it that a filter hides count.
   int TopRow() const { return top_row_; }
   void SetTopRow(int row);
   /// Scrolls the cell into view.
   void ShowCell(int row, int column);
+
+  /// Hides the data rows for which `shown(row)` is false, now and after every `Reset`, and
+  /// deselects them; they keep their places and are sorted like the others. Rows that are added
+  /// later are shown. An empty function shows every row.
+  void SetFilter(std::function<bool(int row)> shown);
+  bool IsFiltered() const { return static_cast<bool>(filter_); }
+  bool IsShown(int row) const { return !rows_[static_cast<size_t>(row)].hidden; }
+  /// How many data rows are shown.
+  int ShownRows() const { return Rows() - kFixedRows - hidden_rows_; }
 
   /// Sorts the data rows physically and stably by `column`: the check states of column 0, else
   /// numbers by value before other strings in the order of the program's locale. Row data, marks,
@@ -130,6 +139,7 @@ class Grid {
   /// Sorts as the listener likes, or by `column`: ascending, or descending where it is so already.
   void RequestSort(int column);
   void MoveCurrent(int row, int column);
+  /// Passes over rows that are hidden.
   void SetSelected(int first_row, int last_row, bool selected);
   void NoteTopRow(int row) { top_row_ = row; }
 
@@ -141,6 +151,7 @@ class Grid {
   struct Row {
     GridRowData data;
     bool selected = false;
+    bool hidden = false;
   };
 
   static constexpr std::uint32_t kColorMask = 0xFFFFFF;
@@ -160,6 +171,7 @@ class Grid {
   }
   void EndBatch();
   void Report();
+  void ApplyFilter();
   void Permute(const std::vector<std::uint32_t>& order);
   std::vector<std::uint32_t> OrderByText(int column, SortDirection direction) const;
   std::vector<std::uint32_t> OrderByNumber(const std::vector<double>& keys,
@@ -177,12 +189,15 @@ class Grid {
   // No row before or behind these is selected, so that selecting one row does not visit them all.
   int first_selected_ = std::numeric_limits<int>::max();
   int last_selected_ = 0;
+  std::function<bool(int row)> filter_;
+  int hidden_rows_ = 0;
   int sort_column_ = -1;
   SortDirection sort_direction_ = SortDirection::kAscending;
 
   // What the observer has not been told yet.
   int batch_depth_ = 0;
   bool reset_ = false;
+  bool refilter_ = false;
   bool selection_set_ = false;
   int reported_rows_ = 0;
   int first_changed_ = std::numeric_limits<int>::max();

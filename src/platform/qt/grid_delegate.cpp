@@ -22,11 +22,25 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
-  if (!index.data(Qt::CheckStateRole).isValid()) {
-    QStyledItemDelegate::paint(painter, option, index);
-    return;
-  }
   QStyleOptionViewItem cell = option;
+  // The style's own mark of the current cell tints the text and is hardly seen on a selected row.
+  cell.state &= ~QStyle::State_HasFocus;
+  if (index.data(Qt::CheckStateRole).isValid()) {
+    PaintCheckBox(painter, cell, index);
+  } else {
+    QStyledItemDelegate::paint(painter, cell, index);
+  }
+  if ((option.state & QStyle::State_HasFocus) == 0) return;
+  const bool selected = (option.state & QStyle::State_Selected) != 0;
+  painter->setPen(QPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text),
+                       1, Qt::DotLine));
+  painter->setBrush(Qt::NoBrush);
+  painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+}
+
+void GridDelegate::PaintCheckBox(QPainter* painter, QStyleOptionViewItem cell,
+                                 const QModelIndex& index) const {
+  const QRect whole = cell.rect;
   initStyleOption(&cell, index);
   const Qt::CheckState state = cell.checkState;
   QStyle& style = *QApplication::style();
@@ -35,8 +49,8 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
   const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth, &cell, cell.widget),
                    style.pixelMetric(QStyle::PM_IndicatorHeight, &cell, cell.widget));
-  cell.rect = QStyle::alignedRect(cell.direction, Qt::AlignCenter, size, option.rect);
-  cell.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+  cell.rect = QStyle::alignedRect(cell.direction, Qt::AlignCenter, size, whole);
+  cell.state &= ~QStyle::State_Selected;
   cell.state |= state == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
   style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &cell, painter, cell.widget);
 }

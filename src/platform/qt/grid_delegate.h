@@ -32,9 +32,17 @@ class GridDelegate final : public QStyledItemDelegate {
   void EditFinished(const QModelIndex& index) const;
 
  protected:
+  // A delegate toggles the check box that is clicked; here the list alone does, or every toggle
+  // would happen twice.
+  bool editorEvent(QEvent* /*event*/, QAbstractItemModel* /*model*/,
+                   const QStyleOptionViewItem& /*option*/, const QModelIndex& /*index*/) override {
+    return false;
+  }
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
  private:
+  void PaintCheckBox(QPainter* painter, QStyleOptionViewItem cell, const QModelIndex& index) const;
+
   mutable QPointer<QWidget> editor_;  // Cleared when it is closed; it is deleted only later.
 };
 

@@ -39,7 +39,7 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-  const int row = index.row() + Grid::kFixedRows;
+  const int row = GridRow(index);
   // Between a change of the grid and its report the views may ask for a row that is gone.
   if (!index.isValid() || row >= grid_.Rows() || index.column() >= grid_.Columns()) return {};
   if (role == Qt::DisplayRole) return ShownText(grid_.Text(row, index.column()));
@@ -71,6 +71,13 @@ QVariant GridModel::Decoration(int row, int column, int role) const {
       }();
       return bold;
     }
+    case Qt::AccessibleTextRole:
+      // A check box is called as its column; other cells read their text.
+      return grid_.Check(row, column) == CheckState::kNone
+                 ? QVariant()
+                 : ToQString(grid_.Text(0, column)).trimmed();
+    case Qt::AccessibleDescriptionRole:
+      return RowDescription(row);
     case Qt::TextAlignmentRole:
       return ToQt(grid_.Column(column).alignment);
     default:
@@ -78,9 +85,27 @@ QVariant GridModel::Decoration(int row, int column, int role) const {
   }
 }
 
+// What the colours and the type of the row say.
+QString GridModel::RowDescription(int row) const {
+  QStringList parts;
+  if (grid_.RowData(row).state < 0) {
+    parts += tr("to be deleted");
+  } else if (grid_.RowData(row).state > 0) {
+    parts += tr("not saved yet");
+  }
+  if (grid_.Columns() > 1 && grid_.Bold(row, 1)) parts += tr("user-defined");
+  return parts.join(QLatin1String(", "));
+}
+
 bool GridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  const int row = index.row() + Grid::kFixedRows;
-  if (role != Qt::EditRole || !index.isValid() || row >= grid_.Rows()) return false;
+  const int row = GridRow(index);
+  if (!index.isValid() || row >= grid_.Rows()) return false;
+  if (role == Qt::CheckStateRole && grid_.listener() != nullptr) {
+    // What assistive technology does to the box is a click; the list toggles it.
+    if (index.data(role).toInt() != value.toInt()) grid_.listener()->OnClick(row, index.column());
+    return true;
+  }
+  if (role != Qt::EditRole) return false;
   grid_.SetText(row, index.column(), ToUtf8(value.toString()));
   return true;
 }
@@ -93,32 +118,57 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
-  // Never user-checkable: the list alone toggles a box, or every toggle would happen twice.
-  return index.isValid() ? Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable
-                         : Qt::NoItemFlags;
+  if (!index.isValid()) return Qt::NoItemFlags;
+  const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable;
+  return index.data(Qt::CheckStateRole).isValid() ? flags | Qt::ItemIsUserCheckable : flags;
+}
+
+int GridModel::GridRow(int model_row) const {
+  if (!filtered_) return model_row + Grid::kFixedRows;
+  const auto position = static_cast<size_t>(model_row);
+  return position < shown_.size() ? shown_[position] : grid_.Rows();
+}
+
+int GridModel::ModelRow(int row) const {
+  if (!filtered_) return row - Grid::kFixedRows;
+  return static_cast<int>(std::lower_bound(shown_.begin(), shown_.end(), row) - shown_.begin());
+}
+
+QModelIndex GridModel::IndexOf(int row, int column) const {
+  if (row < Grid::kFixedRows || row >= grid_.Rows() || !grid_.IsShown(row)) return {};
+  return index(ModelRow(row), column);
 }
 
 void GridModel::Reload() {
-  const int rows = std::max(grid_.Rows() - Grid::kFixedRows, 0);
+  const auto reload_shown = [this] {
+    shown_.clear();
+    filtered_ = grid_.IsFiltered();
+    for (int row = Grid::kFixedRows; filtered_ && row < grid_.Rows(); ++row) {
+      if (grid_.IsShown(row)) shown_.push_back(row);
+    }
+  };
+  const int rows = std::max(grid_.ShownRows(), 0);
   if (rows == rows_ && grid_.Columns() == columns_) {
     // Other content in the same shape; the view keeps its place.
     emit layoutAboutToBeChanged();
+    reload_shown();
     changePersistentIndexList(persistentIndexList(), QModelIndexList(persistentIndexList().size()));
     emit layoutChanged();
     emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
     return;
   }
   beginResetModel();
+  reload_shown();
   rows_ = rows;
   columns_ = grid_.Columns();
   endResetModel();
 }
 
-void GridModel::Append(int last_row) {
-  const int last = last_row - Grid::kFixedRows;
-  if (last < rows_) return;
-  beginInsertRows({}, rows_, last);
-  rows_ = last + 1;
+void GridModel::Append(int first_row, int last_row) {
+  const int count = last_row - first_row + 1;
+  beginInsertRows({}, rows_, rows_ + count - 1);
+  for (int row = first_row; filtered_ && row <= last_row; ++row) shown_.push_back(row);
+  rows_ += count;
   endInsertRows();
 }
 
@@ -127,8 +177,9 @@ void GridModel::Change(int first_row, int last_row) {
     emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
     return;
   }
-  emit dataChanged(index(std::max(first_row - Grid::kFixedRows, 0), 0),
-                   index(last_row - Grid::kFixedRows, columns_ - 1));
+  const int first = ModelRow(std::max(first_row, Grid::kFixedRows));
+  const int last = ModelRow(last_row + 1) - 1;
+  if (first <= last) emit dataChanged(index(first, 0), index(last, columns_ - 1));
 }
 
 }  // namespace quillan

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QAbstractTableModel>
 
 #include "platform/grid/grid.h"
@@ -21,16 +23,28 @@ class GridModel final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+  /// The grid's row of the view's row; the row behind the last one where there is none.
+  int GridRow(int model_row) const;
+  int GridRow(const QModelIndex& index) const { return GridRow(index.row()); }
+  /// The view's row of the grid's row, or of the next one that is shown.
+  int ModelRow(int row) const;
+  /// The index of a cell; invalid where no such row is shown.
+  QModelIndex IndexOf(int row, int column) const;
+
   // What the grid reports; rows are the grid's.
   /// Rows and columns are other ones, or the same rows in another order.
   void Reload();
-  void Append(int last_row);
+  void Append(int first_row, int last_row);
   void Change(int first_row, int last_row);
 
  private:
   QVariant Decoration(int row, int column, int role) const;
 
+  QString RowDescription(int row) const;
+
   Grid& grid_;
+  bool filtered_ = false;
+  std::vector<int> shown_;  // The rows that the filter shows, ascending.
   int rows_ = 0;
   int columns_ = 0;
 };

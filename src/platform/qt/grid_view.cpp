@@ -77,29 +77,28 @@ void GridView::ConnectUser() {
           [this](int column, int /*before*/, int width) { OnColumnDrawn(column, width); });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
     // A list that is empty until it is loaded again keeps its place.
-    if (model_->rowCount() > 0) grid_.NoteTopRow(value + Grid::kFixedRows);
+    if (model_->rowCount() > 0) grid_.NoteTopRow(model_->GridRow(value));
   });
   connect(delegate_, &GridDelegate::EditFinished, this, [this](const QModelIndex& index) {
     if (GridListener* listener = grid_.listener()) {
-      listener->OnAfterEdit(index.row() + Grid::kFixedRows, index.column());
+      listener->OnAfterEdit(model_->GridRow(index), index.column());
     }
   });
-  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-          [this](const QItemSelection& selected, const QItemSelection& deselected) {
-            if (following_) return;
-            for (const QItemSelectionRange& range : deselected) {
-              grid_.SetSelected(range.top() + Grid::kFixedRows, range.bottom() + Grid::kFixedRows,
-                                false);
-            }
-            for (const QItemSelectionRange& range : selected) {
-              grid_.SetSelected(range.top() + Grid::kFixedRows, range.bottom() + Grid::kFixedRows,
-                                true);
-            }
-          });
+  connect(
+      selectionModel(), &QItemSelectionModel::selectionChanged, this,
+      [this](const QItemSelection& selected, const QItemSelection& deselected) {
+        if (following_) return;
+        for (const QItemSelectionRange& range : deselected) {
+          grid_.SetSelected(model_->GridRow(range.top()), model_->GridRow(range.bottom()), false);
+        }
+        for (const QItemSelectionRange& range : selected) {
+          grid_.SetSelected(model_->GridRow(range.top()), model_->GridRow(range.bottom()), true);
+        }
+      });
   connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) {
             if (following_ || !current.isValid()) return;
-            grid_.MoveCurrent(current.row() + Grid::kFixedRows, current.column());
+            grid_.MoveCurrent(model_->GridRow(current), current.column());
           });
 }
 
@@ -121,7 +120,7 @@ bool GridView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
   }
   const auto may_edit = [&](int column) {
     GridListener* listener = grid_.listener();
-    return listener != nullptr && listener->OnBeforeEdit(index.row() + Grid::kFixedRows, column);
+    return listener != nullptr && listener->OnBeforeEdit(model_->GridRow(index), column);
   };
   if (may_edit(index.column())) return QTableView::edit(index, trigger, event);
   if (trigger != EditKeyPressed) return false;
@@ -202,7 +201,7 @@ void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint h
 
 void GridView::TellClick(const QModelIndex& index) {
   if (GridListener* listener = grid_.listener()) {
-    listener->OnClick(index.row() + Grid::kFixedRows, index.column());
+    listener->OnClick(model_->GridRow(index), index.column());
   }
 }
 
@@ -226,13 +225,13 @@ void GridView::OnRowsReset() {
 
 void GridView::RestoreTopRow(int top_row) {
   updateGeometries();  // The range of the scroll bar would follow the rows only later.
-  verticalScrollBar()->setValue(top_row - Grid::kFixedRows);
-  grid_.NoteTopRow(model_->rowCount() > 0 ? verticalScrollBar()->value() + Grid::kFixedRows
+  verticalScrollBar()->setValue(model_->ModelRow(top_row));
+  grid_.NoteTopRow(model_->rowCount() > 0 ? model_->GridRow(verticalScrollBar()->value())
                                           : top_row);
 }
 
-void GridView::OnRowsAppended(int /*first*/, int last) {
-  model_->Append(last);
+void GridView::OnRowsAppended(int first, int last) {
+  model_->Append(first, last);
   ShowSortIndicator();
 }
 
@@ -244,28 +243,27 @@ void GridView::OnCellsChanged(int first, int last) {
 void GridView::OnSelectionSet() {
   QItemSelection selection;
   const int last_column = model_->columnCount() - 1;
-  const auto end = [&](int row) { return row >= grid_.Rows() || !grid_.IsSelected(row); };
-  for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
-    if (end(row)) continue;
+  const int rows = model_->rowCount();
+  const auto selected = [&](int row) {
+    return row < rows && grid_.IsSelected(model_->GridRow(row));
+  };
+  for (int row = 0; row < rows; ++row) {
+    if (!selected(row)) continue;
     const int first = row;
-    while (!end(row + 1)) ++row;
-    selection.append(QItemSelectionRange(model_->index(first - Grid::kFixedRows, 0),
-                                         model_->index(row - Grid::kFixedRows, last_column)));
+    while (selected(row + 1)) ++row;
+    selection.append(QItemSelectionRange(model_->index(first, 0), model_->index(row, last_column)));
   }
   following_ = true;
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-  const QModelIndex current =
-      grid_.CurrentRow() < Grid::kFixedRows
-          ? QModelIndex()
-          : model_->index(grid_.CurrentRow() - Grid::kFixedRows, grid_.CurrentColumn());
+  const QModelIndex current = model_->IndexOf(grid_.CurrentRow(), grid_.CurrentColumn());
   selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
   following_ = false;
 }
 
-void GridView::OnTopRowSet() { verticalScrollBar()->setValue(grid_.TopRow() - Grid::kFixedRows); }
+void GridView::OnTopRowSet() { verticalScrollBar()->setValue(model_->ModelRow(grid_.TopRow())); }
 
 void GridView::OnShowCell(int row, int column) {
-  if (row >= Grid::kFixedRows) scrollTo(model_->index(row - Grid::kFixedRows, column));
+  if (const QModelIndex index = model_->IndexOf(row, column); index.isValid()) scrollTo(index);
 }
 
 int GridView::ColumnWidth(int column) const {

@@ -3,14 +3,10 @@
 #include <algorithm>
 
 #include <QEvent>
-#include <QGuiApplication>
 #include <QResizeEvent>
 
 namespace quillan {
 namespace {
-
-constexpr std::uint32_t kActive = 1;
-constexpr std::uint32_t kClickActive = 2;
 
 WindowRect RectOf(const QWidget& window) {
   const QRect frame = window.frameGeometry();
@@ -79,12 +75,6 @@ bool QtWindowMessages::eventFilter(QObject* watched, QEvent* event) {
   Watch& watch = found->second;
   const QWidget& window = *watch.window;
   switch (event->type()) {
-    case QEvent::NonClientAreaMouseButtonPress:
-      watch.frame_pressed = true;
-      break;
-    case QEvent::NonClientAreaMouseButtonRelease:
-      OnFrameReleased(handle, watch);
-      break;
     case QEvent::Move:
       OnGeometry(handle, watch);
       break;
@@ -93,8 +83,7 @@ bool QtWindowMessages::eventFilter(QObject* watched, QEvent* event) {
       // A size that a handler has replaced is old news: the window has heard of the new one.
       return window.size() != static_cast<QResizeEvent*>(event)->size();
     case QEvent::WindowActivate:
-      Send(handle, WindowMessage::kActivate,
-           QGuiApplication::mouseButtons() == Qt::NoButton ? kActive : kClickActive);
+      Send(handle, WindowMessage::kActivate, 1);
       break;
     case QEvent::WindowDeactivate:
       Send(handle, WindowMessage::kActivate, 0);
@@ -127,16 +116,12 @@ void QtWindowMessages::OnGeometry(WindowHandle handle, Watch& watch) {
   const bool sized = window.size() != watch.geometry.size();
   const bool has_own_size =
       !window.isMinimized() && !window.isMaximized() && !window.isFullScreen();
-  const bool loop_starts = watch.frame_pressed && !watch.in_size_move;
   watch.geometry = window.geometry();
-  watch.in_size_move = watch.in_size_move || loop_starts;
-  const bool in_size_move = watch.in_size_move;
-
-  if (loop_starts) Send(handle, WindowMessage::kEnterSizeMove);
   if (has_own_size) {
     SendRectangle(handle, sized ? WindowMessage::kSizing : WindowMessage::kMoving, window);
+  } else if (sized) {
+    Send(handle, WindowMessage::kSize);
   }
-  if (sized && (in_size_move || !has_own_size)) Send(handle, WindowMessage::kSize);
 }
 
 void QtWindowMessages::SendRectangle(WindowHandle handle, WindowMessage message, QWidget& window) {
@@ -151,11 +136,6 @@ void QtWindowMessages::SendRectangle(WindowHandle handle, WindowMessage message,
   if (const auto found = watches_.find(handle); found != watches_.end()) {
     found->second.geometry = window.geometry();
   }
-}
-
-void QtWindowMessages::OnFrameReleased(WindowHandle handle, Watch& watch) {
-  watch.frame_pressed = false;
-  if (std::exchange(watch.in_size_move, false)) Send(handle, WindowMessage::kExitSizeMove);
 }
 
 void QtWindowMessages::OnDestroyed(WindowHandle handle) {

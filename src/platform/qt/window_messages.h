@@ -15,12 +15,15 @@ namespace quillan {
 
 /// Turns what happens to real windows into their messages.
 ///
-/// The toolkit tells after the fact that a window was moved or sized, by the user or the program,
-/// and of no loop around it unless the platform reports the mouse on the frame. So each move or
-/// change of size is a kMoving or kSizing, whose rectangle is given to the window where a handler
-/// has changed it; within a loop kSize follows kSizing. A window that is minimised, maximised or
-/// shown in full screen has no choice of its size: it sends kSize alone. Pixels are the toolkit's,
-/// which a scaled screen shows larger.
+/// On X11 and Wayland the frame belongs to the window manager. A window is told after the fact that
+/// it was moved or sized, by the user or the program, and neither when the user takes the frame nor
+/// when the user lets it go; nor is it told whether it became active by a click. So
+/// - each move or change of size is a kMoving or kSizing, whose rectangle is given to the window
+///   where a handler has changed it;
+/// - a window that is minimised, maximised or shown in full screen has no choice of its size: it
+///   sends kSize alone;
+/// - kEnterSizeMove and kExitSizeMove are never sent, and kActivate says 1 or 0, never 2.
+/// Pixels are the toolkit's, which a scaled screen shows larger.
 class QtWindowMessages final : public QObject, public WindowMessages {
  public:
   explicit QtWindowMessages(QObject* parent = nullptr) : QObject(parent) {}
@@ -41,16 +44,13 @@ class QtWindowMessages final : public QObject, public WindowMessages {
     QPointer<QWidget> window;
     QMetaObject::Connection destroyed;
     std::vector<Attachment> attachments;
-    QRect geometry;              // As last told to the handlers; null before the window is shown.
-    bool frame_pressed = false;  // The mouse holds the frame.
-    bool in_size_move = false;
+    QRect geometry;  // As last told to the handlers; null before the window is shown.
   };
 
   void Send(WindowHandle handle, WindowMessage message, std::uint32_t w_param = 0,
             WindowRect* rectangle = nullptr);
   void OnGeometry(WindowHandle handle, Watch& watch);
   void SendRectangle(WindowHandle handle, WindowMessage message, QWidget& window);
-  void OnFrameReleased(WindowHandle handle, Watch& watch);
   void OnDestroyed(WindowHandle handle);
 
   std::map<WindowHandle, Watch> watches_;

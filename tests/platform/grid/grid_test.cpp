@@ -7,10 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/grid/row_filter.h"
+
 namespace quillan {
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 /// Writes down what a view is told.
@@ -118,6 +121,46 @@ TEST_F(GridTest, AskingAgainTurnsTheOrderUntilTheRowsChange) {
   grid_.RequestSort(1);
   grid_.AppendRow();
   EXPECT_EQ(grid_.SortColumn(), -1);
+}
+
+TEST_F(GridTest, AFilterHidesAndDeselectsRowsInTheirPlaces) {
+  const std::vector<std::string> all = {"Core switch", "École", "edge Switch 2", "switch",
+                                        "ÉCOLE 2"};
+  Fill(all);
+  for (int row = 1; row < grid_.Rows(); ++row) grid_.SetText(row, 2, "Büro " + std::to_string(row));
+  const std::pair<const char*, std::vector<int>> cases[] = {
+      {"SWITCH", {1, 3, 4}}, {" 2  switch", {3}},   {"école", {2, 5}}, {"büro é", {2, 5}},
+      {"BÜRO 4", {4}},       {"", {1, 2, 3, 4, 5}}, {"none", {}}};
+  for (const auto& [typed, shown] : cases) {
+    grid_.SetFilter({});
+    grid_.MoveCurrent(2, 1);
+    grid_.SetSelected(1, 5, true);
+    grid_.SetFilter([&, filter = RowFilter(typed)](int row) { return filter.Matches(grid_, row); });
+    EXPECT_THAT(grid_.SelectedRows(), ElementsAreArray(shown)) << typed;
+    EXPECT_EQ(grid_.ShownRows(), static_cast<int>(shown.size())) << typed;
+    EXPECT_EQ(grid_.CurrentRow(), grid_.IsShown(2) ? 2 : 0) << typed;
+    EXPECT_EQ(Texts(), all);
+  }
+  grid_.SetFilter([&](int row) { return grid_.Text(row, 1).find("witch") != std::string::npos; });
+  grid_.Sort(1, SortDirection::kDescending);
+  grid_.SetSelected(1, grid_.Rows() - 1, true);
+  EXPECT_EQ(grid_.SelectedRows().size(), 3U);
+  for (const int row : grid_.SelectedRows()) {
+    EXPECT_THAT(std::string(grid_.Text(row, 1)), testing::HasSubstr("witch"));
+  }
+  grid_.RemoveRows({grid_.SelectedRows()[0]});
+  EXPECT_EQ(grid_.ShownRows(), 2);
+  {
+    // A reload is filtered too, a row that is added is not.
+    const Grid::Batch batch(grid_);
+    grid_.Reset(Grid::kFixedRows, {{"X"}, {"X"}, {"X"}});
+    Fill(all);
+  }
+  EXPECT_EQ(grid_.ShownRows(), 3);
+  grid_.AppendRow();
+  EXPECT_EQ(grid_.ShownRows(), 4);
+  grid_.SetFilter({});
+  EXPECT_EQ(grid_.ShownRows(), 6);
 }
 
 TEST_F(GridTest, ABatchOfManyRowsIsReportedOnce) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
@@ -205,6 +206,59 @@ TEST_F(GridViewTest, AReloadKeepsThePlaceAndTheColumnsThatWereDrawn) {
   window_.resize(300, 200);
   EXPECT_EQ(view_.columnWidth(2), 70);
   EXPECT_GE(view_.columnWidth(3), view_.fontMetrics().horizontalAdvance(QStringLiteral("XXXX")));
+}
+
+TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
+  grid_.SetFilter([&](int row) { return grid_.Text(row, 1).ends_with("0"); });
+  ASSERT_EQ(view_.model()->rowCount(), 10);
+  EXPECT_EQ(Index(2, 1).data().toString(), QStringLiteral("20"));
+  Click(2, 0);
+  EXPECT_EQ(grid_.Check(20, 0), CheckState::kChecked);
+  EXPECT_EQ(grid_.CurrentRow(), 20);
+  QTest::keyClick(&view_, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_THAT(grid_.SelectedRows(), ElementsAre(20, 30));
+  QTest::keyClick(&view_, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(grid_.SelectedRows().size(), 10U);
+  Click(3, kEditable);
+  QTest::keyClick(&view_, Qt::Key_F2);
+  ASSERT_NE(Editor(), nullptr);
+  Editor()->setText(QStringLiteral("edited"));
+  view_.CommitEdit();
+  EXPECT_EQ(grid_.Text(30, kEditable), "edited");
+
+  const int added = grid_.AppendRow();
+  grid_.SetText(added, 1, "added");
+  grid_.SelectOnly(added, 1);
+  EXPECT_EQ(view_.currentIndex(), Index(11, 1));
+  EXPECT_EQ(Index(11, 1).data().toString(), QStringLiteral("added"));
+  grid_.SelectOnly(30, 1);
+  grid_.SetFilter({});
+  EXPECT_EQ(view_.model()->rowCount(), kRows + 1);
+  EXPECT_EQ(view_.currentIndex(), Index(30, 1));
+  EXPECT_TRUE(view_.selectionModel()->isRowSelected(29));
+}
+
+TEST_F(GridViewTest, AssistiveTechnologyReadsAndSetsTheCheckBoxes) {
+  grid_.SetBold(2, 1, true);
+  grid_.RowData(2).state = -1;
+  grid_.SetCheck(3, 0, CheckState::kNone);
+  QAccessibleInterface* table = QAccessible::queryAccessibleInterface(&view_);
+  ASSERT_NE(table, nullptr);
+  const auto cell = [&](int row, int column) {
+    return table->tableInterface()->cellAt(row - 1, column);
+  };
+  EXPECT_EQ(cell(2, 0)->text(QAccessible::Name), QStringLiteral("header"));
+  EXPECT_TRUE(cell(2, 0)->state().checkable);
+  EXPECT_FALSE(cell(2, 0)->state().checked);
+  EXPECT_FALSE(cell(3, 0)->state().checkable);
+  EXPECT_FALSE(cell(2, 1)->state().checkable);
+  EXPECT_EQ(cell(2, 1)->text(QAccessible::Name), QStringLiteral("2"));
+  EXPECT_EQ(cell(2, 1)->text(QAccessible::Description),
+            QStringLiteral("to be deleted, user-defined"));
+  EXPECT_TRUE(view_.model()->setData(Index(2, 0), Qt::Checked, Qt::CheckStateRole));
+  EXPECT_TRUE(cell(2, 0)->state().checked);
+  EXPECT_TRUE(view_.model()->setData(Index(2, 0), Qt::Checked, Qt::CheckStateRole));
+  EXPECT_EQ(grid_.Check(2, 0), CheckState::kChecked);
 }
 
 TEST_F(GridViewTest, OnlyATextThatIsCutOffHasATooltip) {

@@ -6,7 +6,6 @@
 #include <memory>
 
 #include <QApplication>
-#include <QEvent>
 #include <QTest>
 #include <QWindow>
 
@@ -73,17 +72,6 @@ TEST_F(QtWindowMessagesTest, MovingIsToldApartAndConstrained) {
   EXPECT_THAT(Events(), ElementsAre("moving"));
   EXPECT_EQ(window_->pos(), QPoint(50, 80));
   EXPECT_EQ(window_->size(), QSize(400, 300));
-}
-
-TEST_F(QtWindowMessagesTest, TheMouseOnTheFrameMakesALoop) {
-  Events();
-  QEvent press(QEvent::NonClientAreaMouseButtonPress);
-  QEvent release(QEvent::NonClientAreaMouseButtonRelease);
-  QApplication::sendEvent(window_.get(), &press);
-  window_->resize(410, 310);
-  window_->move(90, 90);
-  QApplication::sendEvent(window_.get(), &release);
-  EXPECT_THAT(Events(), ElementsAre("enter", "sizing", "moving", "exit"));
 }
 
 TEST_F(QtWindowMessagesTest, AMaximisedWindowIsReportedAndNotConstrained) {
