@@ -17,7 +17,8 @@ class RegistryTest : public testing::Test {
   Registry registry_{program_.path(), user_.path()};
 };
 
-TEST_F(RegistryTest, OptionsLieInTheFileOfTheirRoot) {
+TEST_F(RegistryTest, OptionsAreInTheFileOfTheirRootWhichTheFirstWriteCreates) {
+  EXPECT_EQ(registry_.ReadRegistryString("Quillan", "Settings", "Max Events"), std::nullopt);
   registry_.SaveRegistryString("Quillan", "Settings", "Max Events", std::string("250\0x", 5));
   registry_.SaveRegistryString("Quillan", "Settings", "GUI Style", "MINIMAL",
                                RegistryRoot::kCurrentUser);
