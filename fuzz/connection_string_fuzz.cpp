@@ -47,7 +47,7 @@ void CheckAnyText(std::string_view text) {
   try {
     const ConnectionString settings(text);
     (void)SqlServerName(settings);
-    (void)TranslateToOdbc(settings, "FreeTDS");
+    (void)TranslateToOdbc(settings, "FreeTDS", AddressOf(settings), "");
   } catch (const Error& error) {
     fuzz::Expect(*error.what() != 0, "a refusal says why");
   }
@@ -62,7 +62,7 @@ void CheckValues(std::string_view server, std::string_view user, std::string_vie
   fuzz::ExpectSame(settings.Value({"PWD", "Password"}), password, "the password");
   std::string odbc;
   try {
-    odbc = TranslateToOdbc(settings, "ODBC Driver 18 for SQL Server");
+    odbc = TranslateToOdbc(settings, "ODBC Driver 18 for SQL Server", AddressOf(settings), "");
   } catch (const Error& error) {
     // Words of the message itself have no "#".
     fuzz::Expect(password.find('#') == std::string_view::npos ||
