@@ -1,13 +1,18 @@
 #include <arpa/inet.h>
+#include <string.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <utility>
 
 #include "bench/harness.h"
 #include "bench/suite.h"
+#include "lists/editable_list.h"
 #include "lists/new_group.h"
+#include "lists/row_filter.h"
+#include "suite/search_context.h"
 
 namespace quillan::bench {
 namespace {
@@ -145,6 +150,139 @@ Comparison CompareAddressSort(std::size_t size) {
            [=] { return Describe(*rows); }}};
 }
 
+std::string PlainCollationKey(const std::string& text) {
+  std::string key(std::strxfrm(nullptr, text.c_str(), 0) + 1, '\0');
+  std::strxfrm(key.data(), text.c_str(), key.size());
+  return key;
+}
+
+// Yardstick: the C library's collation keys, std::stable_sort, moving row structs.
+Comparison CompareTextSort(std::size_t size) {
+  const auto loaded = std::make_shared<LoadedList>(Groups(size), &Program::GroupList);
+  const auto rows = std::make_shared<std::vector<PlainRow>>(PlainRows(loaded->list->Table()));
+  return {{[=] { loaded->list->OnSortRequest(kGroupStartColumn); },
+           [=] { loaded->list->Table().Sort(kGroupNameColumn, SortDirection::kAscending); },
+           [=] { return quillan::bench::Describe(loaded->list->Table()); }},
+          {[=] { ShuffleRows(*rows); },
+           [=] {
+             SortRows(*rows, SortDirection::kAscending,
+                      [](const PlainRow& row) { return PlainCollationKey(row.texts[2]); });
+           },
+           [=] { return Describe(*rows); }}};
+}
+
+// --- Finding -----------------------------------------------------------------------------------
+
+// Yardstick: strcasestr on every string.
+Comparison CompareFilter(std::size_t size) {
+  static constexpr char kWanted[] = "ethernet0/4";
+  const auto loaded = std::make_shared<LoadedList>(Interfaces(size), &Program::InterfaceList);
+  const auto rows = std::make_shared<std::vector<PlainRow>>(PlainRows(loaded->list->Table()));
+  const auto ours = std::make_shared<std::size_t>();
+  const auto plain = std::make_shared<std::size_t>();
+  return {{nullptr,
+           [=] {
+             const Grid& grid = loaded->list->Table();
+             const RowFilter filter(grid, kWanted, FilterKind::kText);
+             *ours = 0;
+             for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
+               *ours += filter.Matches(row) ? 1 : 0;
+             }
+           },
+           [=] { return std::to_string(*ours); }},
+          {nullptr,
+           [=] {
+             const auto matches = [](const std::string& text) {
+               return strcasestr(text.c_str(), kWanted) != nullptr;
+             };
+             *plain = static_cast<std::size_t>(
+                 std::count_if(rows->begin(), rows->end(), [&](const PlainRow& row) {
+                   return std::any_of(row.texts.begin(), row.texts.begin() + 2, matches);
+                 }));
+           },
+           [=] { return std::to_string(*plain); }}};
+}
+
+// Every row is a hit. Yardstick: std::string::replace in a loop over the strings.
+Comparison CompareReplaceAll(std::size_t size) {
+  constexpr std::string_view kOld = "group";
+  constexpr std::string_view kNew = "building";
+  const auto loaded = std::make_shared<LoadedList>(Groups(size), &Program::GroupList);
+  const auto original =
+      std::make_shared<const std::vector<PlainRow>>(PlainRows(loaded->list->Table()));
+  const auto rows = std::make_shared<std::vector<PlainRow>>();
+  const auto search = std::make_shared<SearchContext>();
+  search->SetGrid(&loaded->list->Table());
+  search->SetAllColumns(false);
+  search->SetColumnIndex(kGroupNameColumn);
+  search->SetMatchCase(true);
+  search->SetSearchString(kOld);
+  search->SetReplaceString(kNew);
+  return {{[=] {
+             int row = Grid::kFixedRows;
+             for (const PlainRow& plain : *original) {
+               loaded->list->Table().SetText(row++, kGroupNameColumn, plain.texts[2]);
+             }
+           },
+           [=] { search->ReplaceAll(); },
+           [=] { return quillan::bench::Describe(loaded->list->Table()); }},
+          {[=] { *rows = *original; },
+           [=] {
+             for (PlainRow& row : *rows) {
+               std::string& text = row.texts[2];
+               for (std::size_t at = text.find(kOld); at != std::string::npos;
+                    at = text.find(kOld, at + kNew.size())) {
+                 text.replace(at, kOld.size(), kNew);
+               }
+             }
+           },
+           [=] { return Describe(*rows); }}};
+}
+
+// --- Importing ---------------------------------------------------------------------------------
+
+// How many of the lines "start,end,name" have a range that is not nested with another one.
+std::size_t CountAccepted(const std::string& file) {
+  std::vector<std::pair<std::uint32_t, std::uint32_t>> ranges;
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < file.size();) {
+    const std::size_t first = file.find(',', at);
+    const std::size_t second = file.find(',', first + 1);
+    const std::size_t end = file.find("\r\n", second);
+    ranges.emplace_back(ParseAddress(file.substr(at, first - at)),
+                        ParseAddress(file.substr(first + 1, second - first - 1)));
+    names.push_back(file.substr(second + 1, end - second - 1));
+    at = end + 2;
+  }
+  std::sort(ranges.begin(), ranges.end());
+  std::size_t accepted = 0;
+  std::uint32_t reached = 0;
+  for (const auto& [start, end] : ranges) {
+    if (end > reached) ++accepted;
+    reached = std::max(reached, end);
+  }
+  return accepted;
+}
+
+// Plans the import of a file into an empty list. Yardstick: split, inet_pton, sort, sweep.
+Comparison CompareImport(std::size_t size) {
+  const auto file = std::make_shared<std::string>();
+  for (const Range& range : GroupRanges(size)) {
+    *file += DottedQuad(range.start) + "," + DottedQuad(range.end) + ",name\r\n";
+  }
+  const auto loaded = std::make_shared<LoadedList>(Groups(0), &Program::GroupList);
+  const auto ours = std::make_shared<int>();
+  const auto plain = std::make_shared<std::size_t>();
+  return {
+      {nullptr,
+       [=] {
+         auto& list = static_cast<EditableList&>(*loaded->list);
+         *ours = list.PlanImport(*file, ImportMode::kMerge).Count(ImportVerdict::kNew);
+       },
+       [=] { return std::to_string(*ours); }},
+      {nullptr, [=] { *plain = CountAccepted(*file); }, [=] { return std::to_string(*plain); }}};
+}
+
 // --- Looking for a nested range ----------------------------------------------------------------
 
 std::size_t FindNested(const std::vector<std::pair<std::string, std::string>>& rows) {
@@ -196,6 +334,14 @@ void AddListRows() {
               &CompareCheckAll);
   AddTimedRow({"sort rows by address", 1, {{100000, 41}, {10000, 101}, {1000, 301}}, 2000},
               &CompareAddressSort);
+  AddTimedRow({"sort rows by text", 1.2, {{100000, 21}, {10000, 61}, {1000, 201}}, 2000},
+              &CompareTextSort);
+  AddTimedRow({"filter rows", 1.5, {{1000000, 9}, {100000, 31}, {10000, 101}}, 5000},
+              &CompareFilter);
+  AddTimedRow({"replace all, every row a hit", 3, {{100000, 21}, {10000, 61}, {1000, 201}}, 2000},
+              &CompareReplaceAll);
+  AddTimedRow({"import groups with nesting checks", 2, {{12000, 21}, {1200, 61}, {120, 201}}, 500},
+              &CompareImport);
   AddTimedRow({"nesting check against rows", 0.8, {{32000, 201}, {3200, 401}, {320, 801}}, 2000},
               &CompareNesting);
 }
