@@ -71,7 +71,8 @@ std::vector<ado::Outcome> FlowDatabase::ExecuteBatch(std::span<const std::string
       outcomes.push_back(std::move(outcome));
     }
     const ado::Outcome& last = outcomes.back();
-    if (last && (mode == ado::BatchMode::kStopAtFailure || last->IsTimeout())) break;
+    if (!last) continue;
+    if (mode == ado::BatchMode::kStopAtFailure || last->IsTimeout() || last->IsCancelled()) break;
   }
   return outcomes;
 }
@@ -176,7 +177,7 @@ std::unique_ptr<ado::Recordset> FlowDatabase::OpenRecordset(std::string_view que
     try {
       return connection_.OpenRecordset(query, lock_type);
     } catch (const ado::Error& error) {
-      if (error.IsTimeout() || retried) return fail(error);
+      if (error.IsTimeout() || error.IsCancelled() || retried) return fail(error);
       connection_.Close(error.what());
     } catch (const std::exception& failure) {  // Out of memory.
       return fail(failure);

@@ -41,8 +41,8 @@ class FlowDatabase {
 
   /// Runs `statements` in order, several to a round trip where the server takes them, and notes
   /// each in the report. Raises nothing. Returns the outcome of each that ran: one that
-  /// failed is followed by the rest, but is the last with kStopAtFailure; an expired time-out ends
-  /// the call in any mode, and the caller decides about the rest.
+  /// failed is followed by the rest, but is the last with kStopAtFailure; an expired time-out or
+  /// `Cancel` ends the call in any mode, and the caller decides about the rest.
   std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
                                          ado::BatchMode mode = ado::BatchMode::kRunAll);
 
@@ -50,7 +50,7 @@ class FlowDatabase {
   void Cancel() { connection_.Cancel(); }
 
   /// Starts a new report on the statements and queries that follow. A query that succeeds at its
-  /// second attempt counts as one that succeeded; a statement that touches no row did not fail.
+  /// second attempt counts as one that succeeded; one that affects no row did not fail.
   void BeginReport();
 
   /// Ends the report under way and returns it.
@@ -85,8 +85,9 @@ class FlowDatabase {
   const std::string& ConnectionFileAdvice() const { return connection_file_advice_; }
 
   /// Runs `query` and returns its rows, the first one current, or nothing when it fails. A failure
-  /// other than an expired time-out is tried once more over a fresh session. kOptimistic rows can
-  /// be changed and appended. The cursor is client-side: the rows are in memory once it returns.
+  /// other than an expired time-out or `Cancel` is tried once more over a fresh session.
+  /// kOptimistic rows can be changed and appended. The cursor is client-side: the rows are in
+  /// memory once it returns.
   std::unique_ptr<ado::Recordset> OpenRecordset(std::string_view query,
                                                 ado::LockType lock_type = ado::LockType::kReadOnly);
 

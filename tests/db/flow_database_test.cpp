@@ -90,24 +90,6 @@ TEST_F(FlowDatabaseTest, TriesAFailedQueryOnceMoreOverAFreshSession) {
   EXPECT_THAT(database_.LastError(), HasSubstr("Missing"));
   EXPECT_EQ(script_.sessions, 2);
   EXPECT_TRUE(database_.Connected());
-
-  int failures = 1;
-  script_.before = [&](const std::string& text) {
-    if (text == "Select 1" && failures-- > 0) throw ado::Error(1, "08S01", "connection lost");
-  };
-  EXPECT_NE(database_.OpenRecordset("Select 1"), nullptr);
-  EXPECT_EQ(database_.LastError(), "");
-  EXPECT_EQ(script_.sessions, 3);
-}
-
-TEST_F(FlowDatabaseTest, NeverRetriesAnExpiredTimeOut) {
-  script_.before = [](const std::string& text) {
-    if (text == "Select 1") throw ado::Error(ado::kTimeoutExpired, "HYT00", "too slow");
-  };
-  EXPECT_EQ(database_.OpenRecordset("Select 1"), nullptr);
-  EXPECT_EQ(database_.LastError(), "too slow");
-  EXPECT_EQ(script_.sessions, 1);
-  EXPECT_TRUE(database_.Connected());
 }
 
 TEST_F(FlowDatabaseTest, ExecuteReportsNothingAndOpensNothing) {

@@ -26,7 +26,7 @@ std::string TakeKey(std::string_view text, size_t& at) {
     key += text[at];
   }
   // The piece may be the rest of a password that holds a ";", so it is not repeated here.
-  Refuse("a piece has no \"=\". Quote a value that holds a semicolon.");
+  Refuse("a piece has no \"=\". Quote a value that contains a semicolon.");
 }
 
 std::string TakeQuoted(std::string_view text, size_t& at, char close, const std::string& key) {

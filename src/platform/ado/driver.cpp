@@ -9,7 +9,9 @@ void RefuseNul(std::string_view statement) {
               "Remove it from the text.");
 }
 
-bool EndsBatch(const Error& error) { return error.IsTimeout() || error.IsConnectionLost(); }
+bool EndsBatch(const Error& error) {
+  return error.IsTimeout() || error.IsCancelled() || error.IsConnectionLost();
+}
 
 std::vector<Outcome> ExecuteOneByOne(Driver& driver, std::span<const std::string> statements,
                                      BatchMode mode) {

@@ -19,8 +19,8 @@ struct ConnectOptions {
   std::string connection_string;
   int connection_timeout = 0;
   int command_timeout = 0;
-  std::string application;  // The name under which the server lists the session, unless the
-                            // connection string has one.
+  /// The name under which the server lists the session, unless the connection string has one.
+  std::string application;
 };
 
 /// How one statement of a batch ended: nothing after a success, else its error.
@@ -45,12 +45,12 @@ class Driver {
  public:
   virtual ~Driver() = default;
 
-  /// Runs `statement` and discards its rows. Touching no row is no failure.
+  /// Runs `statement` and discards its rows. Affecting no row is not an error.
   virtual void Execute(std::string_view statement) = 0;
 
   /// Runs `statements` in order, in as few round trips as the engine allows, and discards their
   /// rows. Returns the outcome of each that ran. The last one is a failure when it ended the call:
-  /// with kStopAtFailure any does, else an expired time-out or a lost connection.
+  /// with kStopAtFailure any does, else an expired time-out, `Cancel` or a lost connection.
   virtual std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements,
                                             BatchMode mode) = 0;
 
@@ -69,8 +69,8 @@ class Driver {
   /// The names of the columns of `table`'s primary key, in key order; empty when it has none.
   virtual std::vector<std::string> PrimaryKey(std::string_view table) = 0;
 
-  /// Runs `statement`, in which every "?" stands for one of `parameters`, in order. When it touches
-  /// more or fewer rows than one it is undone and `kRowNotFound` is thrown.
+  /// Runs `statement`, in which every "?" stands for one of `parameters`, in order. Unless it
+  /// affects exactly one row it is rolled back and `kRowNotFound` is thrown.
   virtual void ChangeOneRow(std::string_view statement, std::span<const Value> parameters) = 0;
 
   /// "DBMS Name", "Current Catalog", "Data Source Name" or "Connection Note" (what the user should

@@ -57,11 +57,11 @@ std::unique_ptr<Driver> OpenSqlServer(const ConnectionString& settings, ConnectO
   if (server.port == 0 && !server.instance.empty()) {
     const auto start = std::chrono::steady_clock::now();
     server.port = FindInstancePort(server.host, server.instance, options.connection_timeout);
-    const auto spent =
-        std::chrono::ceil<std::chrono::seconds>(std::chrono::steady_clock::now() - start);
     if (options.connection_timeout > 0) {
+      const auto spent = std::chrono::duration_cast<std::chrono::seconds>(
+          std::chrono::steady_clock::now() - start);
       options.connection_timeout =
-          std::max(options.connection_timeout - static_cast<int>(spent.count()) + 1, 1);
+          std::max(options.connection_timeout - static_cast<int>(spent.count()), 1);
     }
   }
   options.connection_string = TranslateToOdbc(settings, *driver, server, options.application);

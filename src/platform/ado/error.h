@@ -3,12 +3,16 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace quillan::ado {
 
 /// The number of an error that reports an expired statement time-out, whatever the driver.
 /// Source: DB_E_ABORTLIMITREACHED of OLE DB.
 inline constexpr std::int32_t kTimeoutExpired = static_cast<std::int32_t>(0x80040E31);
+
+/// The state of an error that reports a cancelled statement, whatever the driver. Source: ODBC.
+inline constexpr std::string_view kCancelled = "HY008";
 
 /// The only exception that leaves the data-access layer.
 class Error : public std::runtime_error {
@@ -23,6 +27,8 @@ class Error : public std::runtime_error {
   const std::string& state() const { return state_; }
   /// Whether a statement ran into its time-out.
   bool IsTimeout() const { return number_ == kTimeoutExpired; }
+  /// Whether the statement was cancelled by `Driver::Cancel`.
+  bool IsCancelled() const { return state_ == kCancelled; }
   /// Whether the connection to the server is lost: the session can only be opened again.
   bool IsConnectionLost() const { return state_.starts_with("08"); }
 

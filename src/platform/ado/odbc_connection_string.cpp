@@ -44,8 +44,8 @@ bool IsOneOf(std::string_view text, Keys words) {
   });
 }
 
-// Whether a setting is switched on. What is neither yes nor no is refused rather than taken as the
-// less secure of the two.
+// Whether a setting is switched on. Any other value is refused, because a
+// guess could be the less secure of the two.
 bool IsOn(const ConnectionString& settings, Keys keys) {
   const std::string value = settings.Value(keys);
   if (IsOneOf(value, {"true", "yes", "1", "-1", "SSPI", "mandatory", "strict"})) return true;
@@ -100,9 +100,9 @@ class OdbcStringWriter {
   // A value that may hold any character.
   void Value(std::string_view key, const std::string& value) {
     if (value.empty()) return;
-    // FreeTDS knows no doubled brace: it reads to the brace before a semicolon.
+    // FreeTDS does not support doubled braces: it reads to the brace before a semicolon.
     if (free_tds_ && value.find("};") != std::string::npos) {
-      Refuse("the driver FreeTDS takes no \"};\" in the value of " + std::string(key) +
+      Refuse("the driver FreeTDS does not accept \"};\" in the value of " + std::string(key) +
              ". Change the value, or install the package msodbcsql18.");
     }
     Word(key, "{" + (free_tds_ ? value : text::ReplaceAll(value, "}", "}}")) + "}");
@@ -147,9 +147,9 @@ void AddEncryption(const ConnectionString& settings, OdbcStringWriter& odbc) {
   if (trust) odbc.Word("TrustServerCertificate", "yes");
 }
 
-// What only the maker's drivers can do. FreeTDS would ignore it, and connect elsewhere or as
-// someone else.
-void AddMakersKeys(const ConnectionString& settings, OdbcStringWriter& odbc) {
+// Only Microsoft's drivers support these keys. FreeTDS would ignore them, and connect to another
+// server or as another user.
+void AddMicrosoftKeys(const ConnectionString& settings, OdbcStringWriter& odbc) {
   const auto refuse_free_tds = [&](Keys keys, const std::string& instead) {
     if (!odbc.free_tds()) return;
     Refuse("the driver FreeTDS does not support \"" + settings.Key(keys) + "\". " + instead +
@@ -224,7 +224,7 @@ std::string TranslateToOdbc(const ConnectionString& settings, std::string_view d
   odbc.Value("WSID", settings.Value(kWorkstation));
   odbc.Value("Language", settings.Value(kLanguage));
   odbc.Value("ApplicationIntent", settings.Value(kIntent));
-  AddMakersKeys(settings, odbc);
+  AddMicrosoftKeys(settings, odbc);
   AddEncryption(settings, odbc);
   return odbc.Take();
 }

@@ -12,7 +12,7 @@ namespace quillan::ado {
 /// Whether `provider` is one of the OLE DB providers for SQL Server, of whichever version.
 bool IsSqlServerProvider(std::string_view provider);
 
-/// The best of the `installed` ODBC drivers for SQL Server: the newest of the server's maker, else
+/// The best of the `installed` ODBC drivers for SQL Server: the newest of Microsoft's, else
 /// FreeTDS; nothing when there is none.
 std::optional<std::string> SqlServerDriver(std::span<const std::string> installed);
 

@@ -15,7 +15,7 @@
 namespace quillan::ado {
 namespace {
 
-// Everything that is done while it lives is undone at its end unless it was committed.
+// A transaction that is rolled back at the end of its scope unless it was committed.
 class Transaction {
  public:
   explicit Transaction(OdbcSession& session) : session_(session) {
@@ -103,7 +103,7 @@ class OdbcDriver final : public Driver {
     OdbcStatement statement(session_, command_timeout_);
     const Running running(*this, statement);
     Run(statement, query);
-    // Counts of touched rows may come before the rows.
+    // Row counts may come before the rows.
     do {
       if (statement.ColumnCount() == 0) continue;
       RowStore rows = ReadRows(statement);
@@ -196,21 +196,24 @@ class OdbcDriver final : public Driver {
   // The statement that `Cancel` reaches, while this lives.
   class Running {
    public:
-    Running(OdbcDriver& driver, OdbcStatement& statement) : driver_(driver) {
+    Running(OdbcDriver& driver, OdbcStatement& statement) : driver_(driver), statement_(statement) {
       const std::lock_guard lock(driver_.running_mutex_);
       driver_.running_ = &statement;
     }
     ~Running() {
-      const std::lock_guard lock(driver_.running_mutex_);
+      {
+        const std::lock_guard lock(driver_.running_mutex_);
+        driver_.running_ = nullptr;
+      }
       // Results that a failure left unread would keep every other statement from running.
-      driver_.running_->Close();
-      driver_.running_ = nullptr;
+      statement_.Close();
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
 
    private:
     OdbcDriver& driver_;
+    OdbcStatement& statement_;
   };
 
   // The column whose name tells where in a batch a result belongs: after statement `number`,
@@ -219,8 +222,8 @@ class OdbcDriver final : public Driver {
 
   // Sends `statements` as one batch and returns the outcomes of those that ran; none when the
   // server did not understand the batch. An error that ends the batch is the outcome of the last
-  // one. What an expired time-out or a lost connection left without an answer has that error, as it
-  // may have been written and must not run twice.
+  // one. What an expired time-out, a lost connection or `Cancel` left without an answer has that
+  // error, as it may have been written and must not run twice.
   std::vector<Outcome> RunBatch(std::span<const std::string> statements, BatchMode mode) {
     std::string text = "select 0 as " + Marker(0);
     for (size_t i = 0; i < statements.size(); ++i) {
@@ -234,7 +237,7 @@ class OdbcDriver final : public Driver {
     bool started = false;
     const Running running(*this, command_);
     const auto failed = [&](const Error& error) {
-      if (!failure) failure = error;
+      if (!failure || EndsBatch(error)) failure = error;
       return EndsBatch(error);
     };
     const auto more = [&] {
@@ -283,7 +286,7 @@ class OdbcDriver final : public Driver {
   OdbcStatement command_;
   bool takes_batches_;
   std::mutex running_mutex_;
-  OdbcStatement* running_ = nullptr;
+  const OdbcStatement* running_ = nullptr;
 };
 
 }  // namespace

@@ -17,7 +17,7 @@ constexpr size_t kBlockBytes = size_t{256} << 10;
 constexpr size_t kMostRows = 1024;
 // The widest text with a limit that SQL Server has.
 constexpr SQLULEN kMostCharacters = 8000;
-// SQLite keeps to no declared length, so its texts get this much room and more when they need it.
+// SQLite does not enforce declared lengths: strings get this much room, and more when needed.
 constexpr size_t kSqliteTextBytes = 256;
 
 enum class Kind { kWhole, kReal, kTimestamp, kText, kBytes };

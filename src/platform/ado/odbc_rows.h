@@ -7,11 +7,11 @@
 namespace quillan::ado {
 
 /// Reads all rows of the result on which `statement` stands: in blocks of many rows a call, except
-/// where a column is without limit in its length. Bits and whole numbers come as whole numbers,
+/// where a column is without limit in its length. Bits and integers come as integers,
 /// other numbers as floating-point ones, date-times as "2007-06-01 12:00:00" (with the fraction of
 /// a second in as many digits as the column has, unless it is 0), everything else as text, among it
-/// whole numbers of more than 18 digits. Leaves the statement fit for its next result
-/// only. Throws `Error`.
+/// integers of more than 18 digits. Afterwards the statement can only move on
+/// to its next result. Throws `Error`.
 RowStore ReadRows(const OdbcStatement& statement);
 
 /// The same in blocks of about kBlockRows rows, until `on_block` returns false.

@@ -106,7 +106,7 @@ void OdbcSession::Check(SQLRETURN result, const OdbcHandle& handle) const {
     throw Error(0, "08S01", "The connection to the server was lost.");
   }
   if (diagnostics.empty()) throw Error(0, "", "The ODBC driver failed without saying why.");
-  if (state == "HY008") throw Error(0, state, "The statement was cancelled.");
+  if (state == kCancelled) throw Error(0, state, "The statement was cancelled.");
   std::string text = diagnostics.front().text;
   // A connection's failure may name its cause in a message besides.
   if (handle.type() == SQL_HANDLE_DBC && diagnostics.front().number == 0) {

@@ -32,7 +32,7 @@ class OdbcStatement {
   SQLSMALLINT ColumnCount() const;
   /// Column `number`, from 1.
   OdbcColumn Column(SQLSMALLINT number) const;
-  /// The rows that the current result touched; -1 where the driver does not say.
+  /// The rows that the current result affected; -1 where the driver does not say.
   SQLLEN RowCount() const;
   /// Steps to the next result; false when there is none.
   bool NextResult();

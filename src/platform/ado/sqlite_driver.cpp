@@ -21,7 +21,7 @@ using SteadyClock = std::chrono::steady_clock;
 // millisecond.
 constexpr int kOperationsBetweenChecks = 10000;
 
-// How long a look at the database file counts.
+// How long the result of a check of the database file is used.
 constexpr auto kCheckEvery = std::chrono::milliseconds(1);
 
 struct CloseDatabase {
@@ -85,7 +85,7 @@ class SqliteDriver final : public Driver {
   }
 
   void Execute(std::string_view statement) override {
-    // Thousands of statements may follow one another; the file is looked at between bursts of them.
+    // Checking the file before each of thousands of statements would slow a save down.
     if (SteadyClock::now() >= next_check_) CheckFile();
     Run(TranslateToSqlite(statement));
   }
@@ -174,7 +174,9 @@ class SqliteDriver final : public Driver {
     const int code = sqlite3_extended_errcode(database_.get());
     const int primary = code & 0xFF;
     if (primary == SQLITE_INTERRUPT || primary == SQLITE_BUSY) {
-      if (cancelled_) throw Error(code, sqlite3_errstr(code), "The statement was cancelled.");
+      if (cancelled_) {
+        throw Error(code, std::string(kCancelled), "The statement was cancelled.");
+      }
       throw Error(kTimeoutExpired, sqlite3_errstr(code), "The statement's time-out expired.");
     }
     throw Error(code, sqlite3_errstr(code), sqlite3_errmsg(database_.get()));

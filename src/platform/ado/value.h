@@ -12,7 +12,7 @@ struct Null {
   bool operator==(const Null&) const = default;
 };
 
-/// One value of a row: Null, whole number, floating-point number or UTF-8 text. A text is borrowed
+/// One value of a row: Null, integer, floating-point number or UTF-8 text. A text is borrowed
 /// from whoever made the value.
 using Value = std::variant<Null, std::int64_t, double, std::string_view>;
 
@@ -21,7 +21,7 @@ using OwnedValue = std::variant<Null, std::int64_t, double, std::string>;
 
 inline bool IsNull(const Value& value) { return std::holds_alternative<Null>(value); }
 
-/// The whole number 0 for Null; any other value unchanged.
+/// The integer 0 for Null; any other value unchanged.
 inline Value NullToZero(const Value& value) {
   return IsNull(value) ? Value(std::int64_t{0}) : value;
 }
@@ -29,7 +29,7 @@ inline Value NullToZero(const Value& value) {
 /// The value as a number: a text by the number at its start, Null as 0.
 double ToNumber(const Value& value);
 
-/// The value as a whole number, halves to the even neighbour; Null as 0. Beyond 64 bits: the
+/// The value as an integer, halves to the even neighbour; Null as 0. Beyond 64 bits: the
 /// nearest 64-bit number.
 std::int64_t ToWhole(const Value& value);
 

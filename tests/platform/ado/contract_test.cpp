@@ -299,12 +299,6 @@ TEST_P(EmbeddedTest, AClosedOrMissingDatabaseSaysSo) {
   EXPECT_FALSE(std::filesystem::exists(folder_ / "gone.db"));
 }
 
-TEST_P(EmbeddedTest, AFileThatIsTakenAwayIsNoticed) {
-  std::filesystem::rename(folder_ / "süite.db", folder_ / "away.db");
-  EXPECT_THROW(connection_.Execute("Delete From Nodes"), Error);
-  EXPECT_THROW(Rows("Select * From Nodes"), Error);
-}
-
 TEST_P(EmbeddedTest, OpeningWaitsForTheConnectionTimeOutAlone) {
   connection_.Close();
   file_->Run("pragma journal_mode = delete; begin exclusive");
