@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "platform/files.h"
 #include "support/temporary_folder.h"
 
 namespace quillan {
@@ -26,6 +27,13 @@ TEST(ProgramFolderTest, TheVariableComesFirstThenAnInstallationThenTheSystemsFol
   EXPECT_EQ(folder(), root / "home");
   setenv("QUILLAN_HOME", "", 1);
   EXPECT_EQ(folder(), root / "etc");
+}
+
+TEST(FilesTest, FileNamesAreTakenFromPathsOfEitherKind) {
+  EXPECT_EQ(FileNameFromPath("C:/Program Files/a.b.txt", FileExtension::kDrop), "a.b");
+  EXPECT_EQ(FileNameFromPath("C:\\x/y\\a.txt", FileExtension::kKeep), "a.txt");
+  EXPECT_EQ(FileNameFromPath("c:a.txt", FileExtension::kKeep), "a.txt");
+  EXPECT_EQ(FileNameFromPath("dir.d/name", FileExtension::kDrop), "name");
 }
 
 }  // namespace
