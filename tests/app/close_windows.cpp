@@ -33,7 +33,7 @@ class WindowCloser final : public QObject {
 
 }  // namespace
 
-// A plugin that a test has Qt load into the program: tests/app/executable_test.cpp.
+// A plugin that executable_test.cpp has Qt load into the program.
 class CloseWindowsPlugin final : public QGenericPlugin {
   Q_OBJECT
   Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "close_windows.json")

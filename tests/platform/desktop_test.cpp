@@ -22,14 +22,14 @@ class ScriptedDesktop final : public Desktop {
 TEST(OpenInBrowserTest, ABrowserThatDoesNotOpenIsReported) {
   ScriptedDesktop desktop;
   test::ScriptedMessageBox messages;
-  OpenInBrowser(desktop, messages, "http://server/help");
-  EXPECT_TRUE(messages.messages.empty());
-  desktop.result = OpenUrlResult::kNoBrowser;
-  OpenInBrowser(desktop, messages, "http://server/help");
-  desktop.result = OpenUrlResult::kNotOpened;
-  OpenInBrowser(desktop, messages, "http://server/help");
-  EXPECT_EQ(messages.messages.at(0).text, "Could not find default Browser");
-  EXPECT_EQ(messages.messages.at(1).text, "Web Page not Opened");
+  for (const auto result :
+       {OpenUrlResult::kOpened, OpenUrlResult::kNoBrowser, OpenUrlResult::kNotOpened}) {
+    desktop.result = result;
+    OpenInBrowser(desktop, messages, "http://server/help");
+  }
+  ASSERT_EQ(messages.messages.size(), 2U);
+  EXPECT_EQ(messages.messages[0].text, "Could not find default Browser");
+  EXPECT_EQ(messages.messages[1].text, "Web Page not Opened");
 }
 
 TEST(ComputerNameTest, HasNeitherADomainNorPadding) {

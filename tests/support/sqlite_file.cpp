@@ -23,15 +23,7 @@ std::string SqliteFile::ConnectionString() const {
   return "Provider=SQLite;Data Source=" + path_.string();
 }
 
-void SqliteFile::Run(std::string_view statements) {
-  char* error = nullptr;
-  if (sqlite3_exec(database_, std::string(statements).c_str(), nullptr, nullptr, &error) !=
-      SQLITE_OK) {
-    const std::string text = error;
-    sqlite3_free(error);
-    throw std::runtime_error(text);
-  }
-}
+void SqliteFile::Run(std::string_view statements) { Rows(statements); }
 
 std::vector<std::string> SqliteFile::Rows(std::string_view query) {
   std::vector<std::string> rows;

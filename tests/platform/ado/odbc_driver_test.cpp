@@ -59,14 +59,10 @@ class OdbcDriverTest : public testing::Test {
 TEST_F(OdbcDriverTest, TheLoginCarriesWhatTheConnectionStringSays) {
   const TdsServer server([](const std::string&) { return TdsReply().Done(0); });
   Open(server);
-  const auto logins = server.logins();
-  ASSERT_EQ(logins.size(), 1U);
-  EXPECT_EQ(logins[0].server, "127.0.0.1");
-  EXPECT_EQ(logins[0].database, "Größe");
-  EXPECT_EQ(logins[0].user, "mönitor");
-  EXPECT_EQ(logins[0].password, "p;wört}'=");
-  EXPECT_EQ(logins[0].application, "Flow Settings");
-  EXPECT_EQ(logins[0].workstation, "desk");
+  const auto login = server.logins().at(0);
+  EXPECT_THAT((std::array{login.server, login.database, login.user, login.password,
+                          login.application, login.workstation}),
+              ElementsAre("127.0.0.1", "Größe", "mönitor", "p;wört}'=", "Flow Settings", "desk"));
   EXPECT_THAT(connection_.Property("DBMS Name"), HasSubstr("SQL Server"));
   EXPECT_THAT(connection_.Property("Data Source Name"), HasSubstr("127.0.0.1"));
 
@@ -226,17 +222,15 @@ TEST_F(OdbcDriverTest, ABatchIsOneRoundTripWithAnOutcomeForEachStatement) {
   }
 }
 
-TEST_F(OdbcDriverTest, ARefusedLoginSaysWhatTheServerSays) {
-  const TdsServer server(
-      [](const std::string&) { return TdsReply(); },
-      TdsReply().Error(4060, "Cannot open database \"Größe\" requested by the login.").Done(0));
-  const Error error = ErrorOf([&] { Open(server); });
-  EXPECT_STREQ(error.what(), "Cannot open database \"Größe\" requested by the login.");
+TEST_F(OdbcDriverTest, ALoginThatFailsSaysWhy) {
+  const char* refusal = "Cannot open database \"Größe\" requested by the login.";
+  const TdsServer refusing([](const std::string&) { return TdsReply(); },
+                           TdsReply().Error(4060, refusal).Done(0));
+  const Error error = ErrorOf([&] { Open(refusing); });
+  EXPECT_STREQ(error.what(), refusal);
   EXPECT_EQ(error.number(), 4060);
   EXPECT_EQ(connection_.state(), ConnectionState::kClosed);
-}
 
-TEST_F(OdbcDriverTest, ALoginThatFailsSaysWhatToDo) {
   const TdsServer server([](const std::string&) { return TdsReply().Done(0); });
   connection_.set_connection_timeout(10);
   for (const auto& [keys, advice] :
@@ -253,13 +247,11 @@ TEST_F(OdbcDriverTest, ALoginThatFailsSaysWhatToDo) {
 class Browser {
  public:
   Browser() {
-    const unsigned pid = static_cast<unsigned>(getpid());
-    address_ = "127." + std::to_string((pid >> 16 & 0x7F) | 0x80) + "." +
-               std::to_string(pid >> 8 & 0xFF) + "." + std::to_string(pid & 0xFF);
     sockaddr_in name{};
     name.sin_family = AF_INET;
     name.sin_port = htons(1434);
-    inet_pton(AF_INET, address_.c_str(), &name.sin_addr);
+    name.sin_addr.s_addr = htonl(0x7F800000U | (static_cast<unsigned>(getpid()) & 0x7FFFFFU));
+    address_ = inet_ntoa(name.sin_addr);
     if (bind(socket_, reinterpret_cast<sockaddr*>(&name), sizeof name) != 0) {
       throw std::runtime_error("no socket for the browser service");
     }
@@ -314,12 +306,10 @@ TEST_F(OdbcDriverTest, AnInstanceIsFoundWithinTheTimeOut) {
 
 TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
   const std::pair<const char*, const char*> refused[] = {
-      {"Driver={No Such Driver};Server=x;PWD=secret", "\"No Such Driver\" is not installed"},
       // What OLE DB would take for an open quote is an ordinary character to ODBC.
       {"Driver=No Such Driver;stray;PWD=\"secret", "\"No Such Driver\" is not installed"},
       {"PWD={a;Provider=secret};UID=u;Driver={No Such Driver}", "\"No Such Driver\" is not"},
       {"Server=x;dsn=No Such Source", "Data source name not found"},
-      {"Driver={SQLite3};Database=/no/such/folder/x.db", "connect failed"},
       {"Provider=MSOLEDBSQL;Data Source=127.0.0.1,1;Password=secret", "Unable to connect"},
       {"Provider=SQLNCLI11;Data Source=no-such-host.invalid;Password=secret", "nknown host"},
       {"Provider=Elsewhere;Password=secret", "\"Elsewhere\" is unknown. Use SQLite, SQLOLEDB"},
