@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -35,7 +34,7 @@ TEST(IPFunctionsTest, EveryAddressGoesThroughAllFormsAndBack) {
 
 // Among the characters and lengths of addresses, what the system's own reader accepts is accepted;
 // what only this one accepts has leading zeros.
-TEST(IPFunctionsTest, OnRandomTextsItAgreesWithTheSystemsReader) {
+TEST(IPFunctionsTest, RandomTextsAreReadAsByTheSystem) {
   std::mt19937 random(1);
   const std::string characters = "0125689...";
   for (int i = 0; i < 300000; ++i) {
@@ -90,20 +89,15 @@ TEST(IPFunctionsTest, SortValuesAreTakenFromWhateverTheTextHolds) {
   for (const auto& row : rows) EXPECT_EQ(IPAddressToSortValue(row.text), row.value) << row.text;
 }
 
-TEST(IPFunctionsTest, NumbersThatAreNoSortValuesGiveTextsAllTheSame) {
-  EXPECT_EQ(SortValueToIPAddress(999999999999), "999.999.999.999");
-  EXPECT_EQ(SortValueToIPAddress(1234005006007.0), "234.5.6.7");
-  EXPECT_EQ(SortValueToIPAddress(10000000001.75), "10.0.0.1");
-  EXPECT_EQ(SortValueToIPAddress(-1), "-1.999.999.999");
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  for (const double value : {kInfinity, -kInfinity, std::nan("")}) {
-    EXPECT_EQ(SortValueToIPAddress(value), "0.0.0.0");
-    SortValueToAddressNumber(value);
-  }
-  for (const double value : {1e15, 1e300, -1e300, 1e-300}) {
-    EXPECT_LE(SortValueToIPAddress(value).size(), 16U) << value;
-    SortValueToAddressNumber(value);
-  }
+TEST(IPFunctionsTest, OtherNumbersGiveTextsToo) {
+  const std::pair<double, const char*> rows[] = {{999999999999, "999.999.999.999"},
+                                                 {1234005006007, "234.5.6.7"},
+                                                 {10000000001.75, "10.0.0.1"},
+                                                 {-1, "-1.999.999.999"},
+                                                 {1e18, "0.0.0.0"},
+                                                 {-INFINITY, "0.0.0.0"},
+                                                 {NAN, "0.0.0.0"}};
+  for (const auto& [value, text] : rows) EXPECT_EQ(SortValueToIPAddress(value), text) << value;
 }
 
 }  // namespace

@@ -10,7 +10,6 @@ namespace quillan {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 IPGroups::Group MakeGroup(std::int32_t id, double size) {
   return std::make_shared<IPGroup>(IPGroup{id, 0, 0, size});
@@ -32,19 +31,7 @@ TEST(IPGroupsTest, LargerGroupsComeFirstAndEqualOnesStayInOrder) {
   EXPECT_THAT(Ids(groups), ElementsAre(40000, 2, 1, 3, 5));
 }
 
-TEST(IPGroupsTest, AGroupWhoseKeyIsTakenIsRefused) {
-  IPGroups groups;
-  groups.Add(MakeGroup(1, 256));
-  EXPECT_THROW(groups.Add(MakeGroup(1, 512)), std::invalid_argument);
-  EXPECT_THROW(groups.Add(nullptr), std::invalid_argument);
-  groups.Remove("1");
-  groups.Add(MakeGroup(1, 512));
-  groups.Clear();
-  groups.Add(MakeGroup(1, 1024));
-  EXPECT_EQ(groups.Item("1")->RangeValue, 1024);
-}
-
-TEST(IPGroupsTest, GroupsAreFoundAndRemovedByPositionOrKeyWithoutErrors) {
+TEST(IPGroupsTest, GroupsAreFoundAndRemovedByPositionOrKey) {
   IPGroups groups;
   const auto small = MakeGroup(1, 1);
   groups.Add(small);
@@ -59,10 +46,16 @@ TEST(IPGroupsTest, GroupsAreFoundAndRemovedByPositionOrKeyWithoutErrors) {
     EXPECT_EQ(groups.Item(key), nullptr) << key;
     groups.Remove(key);
   }
+  EXPECT_THROW(groups.Add(MakeGroup(1, 512)), std::invalid_argument);
+  EXPECT_THROW(groups.Add(nullptr), std::invalid_argument);
   EXPECT_EQ(groups.Count(), 2);
   groups.Remove(1);
   groups.Remove("1");
-  EXPECT_THAT(Ids(groups), IsEmpty());
+  groups.Add(MakeGroup(12, 512));
+  EXPECT_THAT(Ids(groups), ElementsAre(12));
+  groups.Clear();
+  groups.Add(MakeGroup(12, 1024));
+  EXPECT_EQ(groups.Item("12")->RangeValue, 1024);
 }
 
 }  // namespace
