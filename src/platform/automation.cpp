@@ -4,6 +4,11 @@
 
 namespace quillan::automation {
 
+void RefuseMember(std::string_view type_name, std::string_view member) {
+  throw Error(kNoSuchMember, std::string(type_name) + " does not have the member \"" +
+                                 std::string(member) + "\".");
+}
+
 bool ToBoolean(const Value& value) {
   if (const auto* truth = std::get_if<bool>(&value)) return *truth;
   if (const auto* number = std::get_if<std::int32_t>(&value)) return *number != 0;

@@ -19,8 +19,12 @@ using ObjectRef = std::shared_ptr<Object>;
 using Value = std::variant<std::monostate, bool, std::int32_t, std::string,
                            std::vector<std::string>, ObjectRef>;
 
-/// The error number of "cannot create object". Source: Visual Basic's trappable errors.
+// Error numbers. Source: Visual Basic's trappable errors.
+inline constexpr std::int32_t kInvalidArgument = 5;
+inline constexpr std::int32_t kSubscriptOutOfRange = 9;
+inline constexpr std::int32_t kPathAccess = 75;
 inline constexpr std::int32_t kCannotCreateObject = 429;
+inline constexpr std::int32_t kNoSuchMember = 438;
 
 /// A failure of an object or of its creation.
 class Error : public std::runtime_error {
@@ -54,6 +58,9 @@ class Server {
   /// Creates an object of the type that is registered as `programmatic_identifier`. Throws `Error`.
   virtual ObjectRef CreateObject(std::string_view programmatic_identifier) = 0;
 };
+
+/// Throws the `Error` for a member that objects of this type do not have.
+[[noreturn]] void RefuseMember(std::string_view type_name, std::string_view member);
 
 /// The value as a boolean: true, a number other than 0, and the string "True" in any case are true;
 /// everything else is false.

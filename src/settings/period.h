@@ -5,7 +5,7 @@
 
 namespace quillan {
 
-/// One named reporting period, such as "Last Hour". Never changes once it is made.
+/// One named reporting period, such as "Last Hour". Immutable.
 class Period {
  public:
   Period(std::string_view name, std::string_view aliases, std::string_view sample_size,
@@ -15,7 +15,7 @@ class Period {
         sample_size_(sample_size),
         includes_present_(includes_present) {}
 
-  /// The display name, by which a Periods collection finds the period.
+  /// The display name, the key in a Periods collection.
   const std::string& Name() const { return name_; }
   /// The names by which users may name the period: upper-case, separated by commas.
   const std::string& Aliases() const { return aliases_; }
@@ -24,8 +24,7 @@ class Period {
   /// Whether the period reaches the present moment.
   bool IncludesPresent() const { return includes_present_; }
 
-  /// Whether `text`, without regard to case but blank for blank, is one of the aliases (or, in
-  /// upper case, the name itself).
+  /// Whether `text` in upper case is one of the aliases or the name. Blanks count.
   bool IsAlias(std::string_view text) const;
 
  private:

@@ -17,27 +17,27 @@
 
 namespace quillan {
 
-/// The value of an option: as it is held, or as the registry's text.
+/// The value of an option, or the registry string that it is read from.
 using OptionValue = std::variant<bool, std::int16_t, std::int32_t, float, std::string>;
 
-/// The program's options. Most live in the registry, as texts in the key
-/// Software\Tarrowby.Net\Quillan\Settings of HKEY_LOCAL_MACHINE; the listening port lives in this
-/// computer's row of the table FlowEngines; the rest in memory. A setter of a registry option
-/// brings its value into range and, where that changes the option, stores it.
+/// The program's options. Most are kept in the registry, as strings in the key
+/// Software\Tarrowby.Net\Quillan\Settings of HKEY_LOCAL_MACHINE, the listening port in this
+/// computer's row of the table FlowEngines, the others in memory. The setter of a registry option
+/// clamps its value and stores it if it differs.
 class Settings {
  public:
   /// Called after every `SaveOption` with the option's registry value name and new value.
   using ChangedHandler = std::function<void(std::string_view name, const OptionValue& value)>;
 
-  /// Loads the registry options, whereby "Max Events" and "Refresh Interval" are written back in
-  /// range and `changed` is called for both.
+  /// Loads the registry options. "Max Events" and "Refresh Interval" are clamped and written back,
+  /// and `changed` is called for both.
   Settings(Registry& registry, FlowDatabase& database, const Desktop& desktop, const Clock& clock,
            const text::UserLocale& locale, ChangedHandler changed = {});
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
 
-  /// Whether the suite's configuration wizard has completed; asks the registry at every call. A
-  /// text that is neither True nor False nor a number counts as not completed.
+  /// Whether the suite's configuration wizard has completed; read from the registry at every call.
+  /// A string that is neither True nor False nor a number means that it has not.
   bool WizardCompleted() const;
 
   const std::string& ServiceExec() const { return service_exec_; }
@@ -90,23 +90,22 @@ class Settings {
   /// Until a caller sets the port, it is then unknown and is not stored.
   const std::string& ListenPortError() const { return listen_port_error_; }
 
-  /// Ports and port ranges, comma-separated; an empty text becomes "1-1024". Not stored.
+  /// Ports and port ranges, comma-separated; an empty string becomes "1-1024". Not stored.
   const std::string& PortList() const { return port_list_; }
   void SetPortList(std::string_view ports);
 
-  /// Set to 1..60; loaded as it stands.
+  /// Clamped to 1..60 when it is set, but not when it is loaded.
   std::int16_t CurrentPeriod() const { return current_period_; }
   void SetCurrentPeriod(std::int16_t period);
 
-  /// Set to 0 or more; loaded as it stands.
+  /// Clamped to 0 or more when it is set, but not when it is loaded.
   float TrafficDetailsSplit() const { return traffic_details_split_; }
   void SetTrafficDetailsSplit(float split);
 
   /// The reporting periods; every `Refresh` makes a new collection.
   quillan::Periods& Periods() { return *periods_; }
 
-  /// "DIALOG", "MINIMAL" or "ADVANCED", or whatever else the registry holds, in capitals; not
-  /// stored.
+  /// "DIALOG", "MINIMAL" or "ADVANCED", or another registry string in upper case; not stored.
   const std::string& GUIStyle() const { return gui_style_; }
   void SetGUIStyle(std::string_view style);
 
@@ -117,16 +116,16 @@ class Settings {
   /// Whether the screen shows 16 bits per pixel or more.
   bool HighColorIcons() const;
 
-  /// The images folder under the suite web server's root; empty when there is none.
+  /// The images folder under the suite web server's root folder; empty if that is not set.
   const std::string& WebImagesFolder() const { return web_images_folder_; }
 
   /// Loads the registry options.
   void Refresh();
 
-  /// The registry's text of an option, or `default_value` as it is when there is no text.
+  /// The registry string of an option, or `default_value` unchanged if there is none.
   OptionValue RetrieveOption(std::string_view name, const OptionValue& default_value) const;
 
-  /// Writes an option to the registry as text and reports the change, even where writing fails.
+  /// Writes an option to the registry as a string and reports the change, even if writing fails.
   void SaveOption(std::string_view name, const OptionValue& value);
 
   /// Resets the memory options to their defaults and reads the listening port of this computer:

@@ -17,12 +17,12 @@ class Application {
   const std::string& CurrentIP() const { return current_ip_; }
   void SetCurrentIP(std::string_view address) { current_ip_ = address; }
 
-  /// The full host name that the flow data holds for `ip_address` (a dotted quad); the address
-  /// itself when there is none or the database cannot be asked. A Null name gives the empty text.
+  /// The full host name of `ip_address` (a dotted quad) in the flow data; the address itself if
+  /// there is none or if the query fails. A Null name gives an empty string.
   std::string LookupEndpointName(std::string_view ip_address);
 
-  /// The address inside a label of the form "name (address)", or in a text without such an ending
-  /// the whole text; empty unless it holds three dots. Neither trimmed nor tested further.
+  /// The address in a label of the form "name (address)", or the whole text if it does not end in
+  /// ")"; empty unless it contains three dots. Neither trimmed nor validated further.
   static std::string ValidateIP(std::string_view text);
 
  private:

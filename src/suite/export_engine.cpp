@@ -12,8 +12,6 @@ namespace {
 
 using automation::Value;
 
-constexpr std::string_view kEngine = "Rendix.Engine";
-
 struct ItemRow {
   std::string_view name;  // The end of the names of the engine's members.
   int kind;               // As `BestExportMethod` takes it.
@@ -108,7 +106,7 @@ bool ExportEngine::NoPrinters() {
 ExportEngine::ObjectRef ExportEngine::StartEngine(OnFailure on_failure) {
   std::int32_t error = automation::kCannotCreateObject;
   try {
-    if (ObjectRef engine = server_.CreateObject(kEngine)) return engine;
+    if (ObjectRef engine = server_.CreateObject(kExportEngineType)) return engine;
   } catch (const automation::Error& failure) {
     error = failure.number();
   }

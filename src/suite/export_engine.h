@@ -6,23 +6,19 @@
 
 #include "platform/automation.h"
 #include "platform/message_box.h"
+#include "platform/printers.h"
 #include "suite/export_options.h"
 
 namespace quillan {
+
+/// The programmatic identifier of the export engine.
+inline constexpr std::string_view kExportEngineType = "Rendix.Engine";
 
 // The kinds of item for which the engine lists its methods. Source: the engine's own numbers.
 inline constexpr int kTableItems = 0;
 inline constexpr int kTextItems = 1;
 inline constexpr int kPictureItems = 2;
 inline constexpr int kChartItems = 3;
-
-/// The printers of the computer; a test scripts them.
-class Printers {
- public:
-  virtual ~Printers() = default;
-  /// Whether at least one printer is installed.
-  virtual bool AnyInstalled() const = 0;
-};
 
 /// Prints, exports and sends through the suite's export engine, the automation server
 /// "Rendix.Engine".

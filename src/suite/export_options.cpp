@@ -34,6 +34,13 @@ constexpr std::array<std::pair<std::string_view, Field>, 19> kFields = {{
     {"DefaultPrinter", &ExportOptions::DefaultPrinter},
 }};
 
+const Field* FindField(std::string_view name) {
+  for (const auto& [field_name, field] : kFields) {
+    if (field_name == name) return &field;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 void ResetOptions(ExportOptions& options, const ProgramInfo& program) {
@@ -51,6 +58,25 @@ void ResetOptions(ExportOptions& options, const ProgramInfo& program) {
   fresh.SkipFilenameSelection = options.SkipFilenameSelection;
   fresh.Quiet = options.Quiet;
   options = std::move(fresh);
+}
+
+std::optional<automation::Value> GetOption(const ExportOptions& options, std::string_view name) {
+  const Field* field = FindField(name);
+  if (field == nullptr) return std::nullopt;
+  return std::visit([&](auto member) { return automation::Value(options.*member); }, *field);
+}
+
+bool PutOption(ExportOptions& options, std::string_view name, const automation::Value& value) {
+  const Field* field = FindField(name);
+  if (field == nullptr) return false;
+  if (const auto* text = std::get_if<std::string ExportOptions::*>(field)) {
+    options.*(*text) = automation::ToText(value);
+  } else if (const auto* flag = std::get_if<bool ExportOptions::*>(field)) {
+    options.*(*flag) = automation::ToBoolean(value);
+  } else if (const auto* number = std::get_if<std::int32_t>(&value)) {
+    options.*std::get<std::int32_t ExportOptions::*>(*field) = *number;
+  }
+  return true;
 }
 
 void PushOptions(const ExportOptions& options, automation::Object& engine) {

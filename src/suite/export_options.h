@@ -2,24 +2,25 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/automation.h"
 
 namespace quillan {
 
-/// What an export tells of the program that makes it.
+/// The program that makes an export.
 struct ProgramInfo {
   std::string file_description;  ///< The program's name; also the title of message boxes.
   int major_version = 0;
   int minor_version = 0;
   int revision = 0;
-  std::filesystem::path folder;  ///< Where the program stands.
+  std::filesystem::path folder;  ///< Of the program.
 };
 
-/// The options of one export, under the names that the export engine gives them; what each takes
-/// beside the values below is the engine's to say. A new object has them all empty;
-/// `ExportEngine::Reset` gives the values noted here.
+/// The options of one export, under the export engine's names; the engine defines which values each
+/// takes. In a new object all are empty; `ExportEngine::Reset` sets the values noted here.
 struct ExportOptions {
   std::string ProgramName;     ///< The program's file description.
   std::string ProgramVersion;  ///< Major, minor and revision, with dots between them.
@@ -42,8 +43,14 @@ struct ExportOptions {
   std::string DefaultPrinter;
 };
 
-/// Gives `options` their defaults, all but the four that are kept.
+/// Sets `options` to their defaults, all but the four that are kept.
 void ResetOptions(ExportOptions& options, const ProgramInfo& program);
+
+/// The option with the engine's name for it; nothing if it does not exist.
+std::optional<automation::Value> GetOption(const ExportOptions& options, std::string_view name);
+
+/// Sets the option with the engine's name for it; false if it does not exist.
+bool PutOption(ExportOptions& options, std::string_view name, const automation::Value& value);
 
 /// Writes every option to the engine's property of the same name, in the order above. Throws
 /// `automation::Error`.

@@ -35,7 +35,7 @@ void ResizeHandler::SetNoFullDrag(bool no_full_drag) {
 
 void ResizeHandler::Attach(WindowHandle window) {
   Detach();
-  // Of another window nothing is known yet.
+  // Whether another window is active is not known yet.
   if (window != window_) active_ = false;
   window_ = window;
   attached_ = true;

@@ -14,28 +14,28 @@ struct WindowBounds {
   std::int32_t height = 0;
 };
 
-/// What a window's owner learns of it. Each member does nothing unless it is overridden.
+/// Receives the events of a window. Each member does nothing unless it is overridden.
 class ResizeListener {
  public:
   virtual ~ResizeListener() = default;
   /// The user starts to move or size the window.
   virtual void OnEnterSizeMove() {}
-  /// The user ends moving or sizing it.
+  /// The user has finished moving or sizing the window.
   virtual void OnExitSizeMove() {}
   /// The window becomes active; `clicked` when by a mouse click.
   virtual void OnActivate(bool /*clicked*/) {}
   /// The window stops being active.
   virtual void OnDeactivate() {}
-  /// The window is being moved to `bounds`; it goes where the listener changes them to.
+  /// The user moves the window to `bounds`; the listener may change them.
   virtual void OnMoving(WindowBounds& /*bounds*/) {}
-  /// The same for sizing. Also called after the window has taken another size by itself; changes to
-  /// `bounds` are then ignored where the platform tells such a size from the user's, and where the
-  /// window has no choice (maximised, minimised, full screen).
+  /// The same for sizing. Also called after the size has changed without the user; changes to
+  /// `bounds` are then ignored if the platform can tell the two apart, and always if the window is
+  /// maximised, minimised or full-screen.
   virtual void OnSizing(WindowBounds& /*bounds*/) {}
 };
 
-/// Watches one window, lets its owner constrain where it is moved and how it is sized, and can
-/// switch off the system's full-window dragging while the window is active.
+/// Watches one window, lets its owner constrain its position and size, and can switch off the
+/// system's full-window dragging while the window is active.
 class ResizeHandler final : public ISubclass {
  public:
   /// Both must outlive the object.
@@ -45,22 +45,22 @@ class ResizeHandler final : public ISubclass {
   ResizeHandler(const ResizeHandler&) = delete;
   ResizeHandler& operator=(const ResizeHandler&) = delete;
 
-  /// Who learns of the window; may be null.
+  /// The receiver of the events; may be null.
   void SetListener(ResizeListener* listener) { listener_ = listener; }
 
-  /// Whether full-window dragging is to be off while the window is active. Takes effect at once;
-  /// a setting that is off already is neither touched nor switched on later.
+  /// Whether full-window dragging is off while the window is active. Takes effect at once. A system
+  /// setting that is already off is neither changed nor switched on later.
   bool NoFullDrag() const { return no_full_drag_; }
   void SetNoFullDrag(bool no_full_drag);
-  /// Whether the window is active, as its last activation message said.
+  /// Whether the window is active, according to its last activation message.
   bool Active() const { return active_; }
 
-  /// Watches `window`, and the one watched before no more.
+  /// Watches `window` instead of the one watched before.
   void Attach(WindowHandle window);
-  /// Stops watching and puts full-window dragging back; harmless when nothing is watched.
+  /// Stops watching and restores full-window dragging; does nothing if no window is watched.
   void Detach();
 
-  /// Always 1: the window acts on what the handler leaves. Writing it changes nothing.
+  /// Always 1: the window processes the message after the handler. Setting it has no effect.
   std::int32_t MsgResponse() const override { return 1; }
   void SetMsgResponse(std::int32_t /*response*/) override {}
   /// Turns a message of the window into a call of the listener; always 0.
@@ -79,7 +79,7 @@ class ResizeHandler final : public ISubclass {
   ResizeListener* listener_ = nullptr;
   WindowHandle window_ = 0;  // The last one attached, even after it is detached.
   bool attached_ = false;
-  bool full_drag_switched_off_ = false;  // By this object, which must switch it on again.
+  bool full_drag_switched_off_ = false;  // By this object, which must restore it.
   bool no_full_drag_ = false;
   bool active_ = false;
   bool in_size_move_ = false;

@@ -10,22 +10,22 @@ namespace quillan {
 
 /// A web address that is split into its parts, changed part by part, and put together again.
 ///
-/// Texts are UTF-8. Escape sequences stay as they stand in the address: "%20" in a path reads
-/// "%20". A part holds at most 1024 characters (bytes). Failures show only in an empty result and
-/// in `LastError`.
+/// Strings are UTF-8. Escape sequences are not decoded: "%20" in a path reads "%20". A part has at
+/// most 1024 bytes. Failures are reported only by an empty result and `LastError`.
 class URL {
  public:
   /// Builds the address from the parts, unsafe characters as percent escapes. Empty, with the
-  /// reason in `LastError`, when that fails: a part is too long, the port is out of range, or there
-  /// are no parts.
+  /// reason in `LastError`, if a part is too long, the port is out of range, or all parts are
+  /// empty.
   std::string GetURL();
-  /// Splits `address` into the parts and its query into `Parameters`, in place of what they held.
-  /// When that fails every part is empty and `LastError` says why. A query in which a parameter
-  /// occurs twice is reported in `LastError` too; the parts then stand, with the query as it is
-  /// and `Parameters` empty, so that the address can still be built unharmed.
+  /// Splits `address` into the parts and its query into `Parameters`, which replace the old ones.
+  /// If that fails, every part is empty and `LastError` says why. A parameter that occurs twice is
+  /// also reported in `LastError`; the parts are then set, the query is kept as it is and
+  /// `Parameters` is empty, so that `GetURL` still returns the address. May be given one of the
+  /// object's own parts.
   void SetURL(std::string_view address);
 
-  /// The scheme in small letters, without the colon; "internal" for an internal address.
+  /// The scheme in lower case, without the colon; "internal" for an internal address.
   const std::string& Scheme() const { return scheme_; }
   /// The same as `Scheme`.
   const std::string& Protocol() const { return scheme_; }
@@ -33,7 +33,7 @@ class URL {
   /// The host's name or address, an IPv6 address in square brackets.
   const std::string& HostName() const { return parts_.host_name; }
   void SetHostName(std::string_view name) { SetPart(parts_.host_name, name); }
-  /// The port, 0..65535: the scheme's own where the address names none, 0 where there is none.
+  /// The port, 0..65535; if the address has none, the scheme's default or 0.
   int Port() const { return parts_.port; }
   void SetPort(int port) { parts_.port = port; }
   const std::string& UserName() const { return parts_.user_name; }
@@ -47,12 +47,12 @@ class URL {
   /// The query with its leading "?", as built from `Parameters`; while they are empty, query and
   /// fragment as parsed.
   std::string ExtraInfo() const;
-  /// The query's parameters in their order, names in capital letters (of ASCII), to be read and
-  /// changed. Names and values stand in the address as they are here: escaping "&", "=" and "#" is
-  /// the caller's part. A fragment behind the query belongs to the last value.
+  /// The query's parameters in their order, names in upper case (ASCII); callers may change them.
+  /// Names and values are written to the address as they are: the caller must escape "&", "=" and
+  /// "#". A fragment after the query belongs to the last value.
   Dictionary& Parameters() { return parameters_; }
   const Dictionary& Parameters() const { return parameters_; }
-  /// The value of the parameter `name`, however its letters are written; empty without it.
+  /// The value of the parameter `name`, without regard to case; empty if it does not exist.
   std::string ParameterValue(std::string_view name) const;
 
   /// Why the last parse or build failed; empty after a successful one.

@@ -29,7 +29,7 @@ TEST(IPFunctionsTest, EveryAddressGoesThroughAllFormsAndBack) {
 
 // Among the characters and lengths of addresses, what the system's own reader accepts is accepted;
 // what only this one accepts has leading zeros.
-TEST(IPFunctionsTest, OnRandomTextsItAgreesWithTheSystemsReader) {
+TEST(IPFunctionsTest, RandomTextsAreReadAsByTheSystem) {
   std::mt19937 random(1);
   const std::string characters = "0125689...";
   for (int i = 0; i < 300000; ++i) {

@@ -48,6 +48,8 @@ TEST(IPGroupsTest, GroupsAreFoundAndRemovedByPositionOrKeyWithoutErrors) {
     EXPECT_EQ(groups.Item(key), nullptr) << key;
     groups.Remove(key);
   }
+  EXPECT_THROW(groups.Add(MakeGroup(1, 512)), std::invalid_argument);
+  EXPECT_THROW(groups.Add(nullptr), std::invalid_argument);
   EXPECT_EQ(groups.Count(), 2);
   groups.Remove(1);
   groups.Remove("1");

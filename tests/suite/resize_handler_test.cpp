@@ -83,35 +83,18 @@ TEST_F(ResizeHandlerTest, TheWholeParameterTellsHowTheWindowWasActivated) {
   EXPECT_EQ(drag_.changes, 0);
 }
 
-TEST_F(ResizeHandlerTest, FullDragIsOffWhileTheWindowIsActiveUnlessItWasOffAlready) {
+TEST_F(ResizeHandlerTest, FullDragIsOffWhileTheWindowIsActiveUnlessItWasOffBefore) {
   handler_->SetNoFullDrag(true);
   EXPECT_EQ(drag_.on, true);
   Send(WindowMessage::kActivate, 1);
   EXPECT_EQ(drag_.on, false);
-  Send(WindowMessage::kActivate, 0);
-  EXPECT_EQ(drag_.on, true);
-  Send(WindowMessage::kActivate, 1);
   handler_->SetNoFullDrag(false);
   EXPECT_EQ(drag_.on, true);
   handler_->SetNoFullDrag(true);
   EXPECT_EQ(drag_.on, false);
-  Send(WindowMessage::kActivate, 0);
-
-  drag_.changes = 0;
-  for (const std::optional<bool> setting : {std::optional<bool>(false), std::optional<bool>()}) {
-    drag_.on = setting;
-    Send(WindowMessage::kActivate, 1);
-    Send(WindowMessage::kActivate, 0);
-    EXPECT_EQ(drag_.on, setting);
-  }
-  EXPECT_EQ(drag_.changes, 0);
-}
-
-TEST_F(ResizeHandlerTest, FullDragComesBackHoweverTheWatchEnds) {
-  handler_->SetNoFullDrag(true);
-  const std::function<void()> ends[] = {[this] { Send(WindowMessage::kDestroy); },
-                                        [this] { handler_->Attach(8); },
-                                        [this] { handler_.reset(); }};
+  const std::function<void()> ends[] = {
+      [this] { Send(WindowMessage::kActivate, 0); }, [this] { Send(WindowMessage::kDestroy); },
+      [this] { handler_->Attach(8); }, [this] { handler_.reset(); }};
   for (const auto& end : ends) {
     handler_->Attach(kWindow);
     Send(WindowMessage::kActivate, 1);
@@ -119,6 +102,16 @@ TEST_F(ResizeHandlerTest, FullDragComesBackHoweverTheWatchEnds) {
     end();
     EXPECT_EQ(drag_.on, true);
   }
+}
+
+TEST_F(ResizeHandlerTest, AFullDragSettingThatIsOffOrUnknownIsLeftAlone) {
+  handler_->SetNoFullDrag(true);
+  for (const std::optional<bool> setting : {std::optional<bool>(false), std::optional<bool>()}) {
+    drag_.on = setting;
+    Send(WindowMessage::kActivate, 1);
+    Send(WindowMessage::kActivate, 0);
+  }
+  EXPECT_EQ(drag_.changes, 0);
 }
 
 }  // namespace

@@ -30,6 +30,7 @@ std::string_view TrimAtNull(std::string_view text) { return text.substr(0, text.
 
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
   std::string result;
+  result.reserve(text.size() + to.size());
   size_t start = 0;
   for (size_t found = text.find(from); found != std::string_view::npos;
        found = text.find(from, start)) {

@@ -4,6 +4,7 @@
 #include <wctype.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include "platform/text/ascii.h"
@@ -66,6 +67,30 @@ struct TracedText {
   std::vector<size_t> origins;
 };
 
+size_t FindInAscii(std::string_view text, std::string_view folded, size_t from) {
+  const auto found =
+      std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), folded.begin(),
+                  folded.end(), [](char a, char b) { return LowerAscii(a) == b; });
+  return found != text.end() ? static_cast<size_t>(found - text.begin()) : std::string::npos;
+}
+
+// `text` with everything that `find` finds replaced by `to`. `origin` is the position in `text`
+// that belongs to a position of `find`.
+template <typename Find, typename Origin>
+std::optional<std::string> ReplaceFound(std::string_view text, size_t length, std::string_view to,
+                                        Find find, Origin origin) {
+  size_t found = find(0);
+  if (found == std::string::npos) return std::nullopt;
+  std::string result;
+  result.reserve(text.size() + to.size());
+  size_t copied = 0;
+  for (; found != std::string::npos; found = find(found + length)) {
+    result.append(text.substr(copied, origin(found) - copied)).append(to);
+    copied = origin(found + length);
+  }
+  return result.append(text.substr(copied));
+}
+
 }  // namespace
 
 std::string FoldCase(std::string_view text) {
@@ -80,23 +105,21 @@ std::string FoldCase(std::string_view text) {
 }
 
 bool ContainsIgnoringCase(std::string_view text, std::string_view folded) {
-  if (!IsAscii(text)) return TracedText(text).Find(folded, 0) != std::string::npos;
-  return std::search(text.begin(), text.end(), folded.begin(), folded.end(),
-                     [](char a, char b) { return LowerAscii(a) == b; }) != text.end();
+  return IsAscii(text) ? FindInAscii(text, folded, 0) != std::string::npos
+                       : TracedText(text).Find(folded, 0) != std::string::npos;
 }
 
 std::optional<std::string> ReplaceIgnoringCase(std::string_view text, std::string_view folded,
                                                std::string_view to) {
-  if (!ContainsIgnoringCase(text, folded)) return std::nullopt;
-  const TracedText traced(text);
-  std::string result;
-  size_t copied = 0;
-  for (size_t found = traced.Find(folded, 0); found != std::string::npos;
-       found = traced.Find(folded, found + folded.size())) {
-    result.append(text.substr(copied, traced.origins[found] - copied)).append(to);
-    copied = traced.origins[found + folded.size()];
+  if (IsAscii(text)) {
+    return ReplaceFound(
+        text, folded.size(), to, [&](size_t from) { return FindInAscii(text, folded, from); },
+        [](size_t at) { return at; });
   }
-  return result.append(text.substr(copied));
+  const TracedText traced(text);
+  return ReplaceFound(
+      text, folded.size(), to, [&](size_t from) { return traced.Find(folded, from); },
+      [&](size_t at) { return traced.origins[at]; });
 }
 
 }  // namespace quillan::text

@@ -9,8 +9,8 @@ namespace {
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-// What Windows-1252 holds at 0x80..0x9F, from the table that unicode.org publishes for it
-// (CP1252.TXT); the five bytes without a character map to the control of the same number.
+// Windows-1252 at 0x80..0x9F, from the table that unicode.org publishes (CP1252.TXT); the five
+// bytes without a character map to the control character of the same number.
 constexpr std::array<char16_t, 32> kWindows1252 = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,

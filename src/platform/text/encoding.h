@@ -22,8 +22,8 @@ bool IsUtf8(std::string_view bytes);
 /// `code_point` (0..0x10FFFF) appended to `utf8`; a surrogate or a larger number as U+FFFD.
 void AppendUtf8(char32_t code_point, std::string& utf8);
 
-/// The content of a text file as UTF-8: UTF-16 where a byte-order mark says so, UTF-8 where it
-/// decodes as such (a leading mark is dropped), else Windows-1252.
+/// The content of a text file as UTF-8. It is read as UTF-16 if it has that byte-order mark, as
+/// UTF-8 if it is valid UTF-8 (a leading mark is dropped), else as Windows-1252.
 std::string DecodeText(std::string_view bytes);
 
 /// UTF-8 as UTF-16 code units of the machine's byte order; ill-formed sequences become U+FFFD.

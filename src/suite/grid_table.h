@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/automation.h"
+#include "platform/grid/grid.h"
+
+namespace quillan {
+
+/// A grid as a table that the export engine reads: properties `Rows`, `Cols` and `FixedRows`;
+/// `TextMatrix`(row, column), the text of a cell as the user sees it, a check box as a word; and
+/// `ColHidden`(column). Rows and columns count from 0, the header is row 0.
+class GridTable final : public automation::Object {
+ public:
+  using CheckWord = std::string_view (*)(CheckState state);
+
+  /// The grid must outlive the object. `check_word` names the check states of column 0.
+  GridTable(const Grid& grid, CheckWord check_word) : grid_(grid), check_word_(check_word) {}
+
+  std::string TypeName() const override { return "GridTable"; }
+  automation::Value Get(std::string_view property) override;
+  void Put(std::string_view property, const automation::Value& value) override;
+  automation::Value Call(std::string_view member, std::span<automation::Value> arguments) override;
+
+ private:
+  std::string CellText(int row, int column) const;
+
+  const Grid& grid_;
+  CheckWord check_word_;
+};
+
+}  // namespace quillan

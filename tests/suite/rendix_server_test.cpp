@@ -1,0 +1,171 @@
+#include "suite/rendix_server.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "platform/text/delimited_text.h"
+#include "suite/export_engine.h"
+#include "suite/grid_table.h"
+#include "support/fakes.h"
+#include "support/temporary_folder.h"
+
+namespace quillan {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string_view CheckWord(CheckState state) {
+  return state == CheckState::kChecked ? "yes" : "no";
+}
+
+// The client over the real engine, which exports a grid with a hidden column.
+class RendixServerTest : public testing::Test, public Printers {
+ protected:
+  RendixServerTest() {
+    grid_.Reset(3, {{""}, {""}, {"", Alignment::kLeft, true}, {""}});
+    const char* texts[3][4] = {{"Enabled", "Port", "Id", "Description"},
+                               {"", "80", "1", "<b>Web</b>, \"http\""},
+                               {"", "443", "2", "Züri\r\nhttps"}};
+    for (int row = 0; row < 3; ++row) {
+      for (int column = 0; column < 4; ++column) grid_.SetText(row, column, texts[row][column]);
+    }
+    grid_.SetCheck(1, 0, CheckState::kChecked);
+    grid_.SetCheck(2, 0, CheckState::kUnchecked);
+  }
+
+  bool AnyInstalled() const override { return true; }
+  bool Print(const PrintJob& job) override {
+    printed_ = job;
+    return !job.preview;
+  }
+
+  // Exports the grid without asking for a file; the file's content.
+  std::string ExportGrid(const std::string& method, const std::string& target) {
+    export_.TargetFilename = (folder_ / target).string();
+    export_.SkipFilenameSelection = true;
+    EXPECT_TRUE(export_.ExportTable(table_, method));
+    return Content(export_.TargetFilename);
+  }
+  static std::string Content(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  test::TemporaryFolder folder_;
+  Grid grid_;
+  std::shared_ptr<GridTable> table_ = std::make_shared<GridTable>(grid_, &CheckWord);
+  std::filesystem::path suggestion_, choice_;
+  PrintJob printed_;
+  RendixServer server_{*this, [this](const std::filesystem::path& suggestion) {
+                         suggestion_ = suggestion;
+                         return choice_;
+                       }};
+  test::ScriptedMessageBox boxes_;
+  ExportEngine export_{server_, *this, boxes_, {"Quillan", 1, 0, 0, folder_ / "program"}};
+};
+
+TEST_F(RendixServerTest, ATableBecomesCsvThatReadsBack) {
+  const std::string csv = ExportGrid("csv", "ports");
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "ports.csv"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "ports.csv.part"));
+  const std::string utf8 = text::DecodeTable(csv);
+  text::DelimitedReader reader(utf8);
+  text::DelimitedRecord record;
+  std::vector<std::vector<std::string>> rows;
+  while (reader.Next(record)) rows.push_back(record.fields);
+  EXPECT_THAT(rows, ElementsAre(ElementsAre("Enabled", "Port", "Description"),
+                                ElementsAre("yes", "80", "<b>Web</b>, \"http\""),
+                                ElementsAre("no", "443", "Züri\r\nhttps")));
+  export_.ColumnList = "description , PORT";
+  EXPECT_EQ(ExportGrid("CSV", "some.txt").substr(3, 18), "Port,Description\r\n");
+}
+
+TEST_F(RendixServerTest, ATableBecomesOneSelfContainedPage) {
+  export_.Title = "Ports & more";
+  export_.Footer = "end";
+  const std::string html = ExportGrid("HTML", "page.htm");
+  EXPECT_THAT(html, AllOf(HasSubstr("<title>Ports &amp; more</title>"), HasSubstr("utf-8"),
+                          HasSubstr("<th>Enabled</th><th>Port</th><th>Description</th>"),
+                          HasSubstr("<td>80</td><td>&lt;b&gt;Web&lt;/b&gt;, &quot;http&quot;</td>"),
+                          HasSubstr("<footer>end</footer>"), Not(HasSubstr("<h2>")),
+                          Not(HasSubstr("http:")), Not(HasSubstr("https:"))));
+}
+
+TEST_F(RendixServerTest, TextIsExportedAsItIsOrAsAPage) {
+  folder_.Write("in.txt", "Z\xFCri <x>");  // Windows-1252.
+  export_.SkipFilenameSelection = true;
+  export_.InitDir = folder_.path().string();
+  export_.Title = "a/b 1.5";
+  EXPECT_TRUE(export_.ExportTextFile((folder_ / "in.txt").string(), "TXT"));
+  EXPECT_EQ(export_.TargetFilename, (folder_ / "a_b 1.5.txt").string());
+  EXPECT_EQ(Content(export_.TargetFilename), "Züri <x>");
+  export_.FileFormat = "html";
+  export_.TargetFilename = (folder_ / "t").string();
+  EXPECT_TRUE(export_.ExportText("1 < 2", ""));
+  EXPECT_THAT(Content(folder_ / "t.html"), HasSubstr("<pre>1 &lt; 2</pre>"));
+}
+
+TEST_F(RendixServerTest, TheUserChoosesTheFileOrCancels) {
+  export_.TargetFilename = "ports";
+  export_.InitDir = folder_.path().string();
+  EXPECT_FALSE(export_.ExportTable(table_, "CSV"));
+  EXPECT_EQ(suggestion_, folder_ / "ports.csv");
+  choice_ = folder_ / "chosen.csv";
+  EXPECT_TRUE(export_.ExportTable(table_, "CSV"));
+  EXPECT_EQ(export_.TargetFilename, choice_.string());
+  EXPECT_TRUE(std::filesystem::exists(choice_));
+}
+
+TEST_F(RendixServerTest, PrintingPassesThePageToThePrinters) {
+  export_.Title = "Ports";
+  export_.DefaultPrinter = "laser";
+  export_.Orientation = 2;
+  EXPECT_TRUE(export_.PrintTable(table_, false));
+  EXPECT_EQ(printed_.title, "Ports");
+  EXPECT_EQ(printed_.printer, "laser");
+  EXPECT_TRUE(printed_.landscape && !printed_.preview);
+  EXPECT_THAT(printed_.html, HasSubstr("<td>443</td>"));
+  EXPECT_FALSE(export_.PrintText("t", true));
+  EXPECT_TRUE(printed_.preview && !printed_.landscape);
+}
+
+TEST_F(RendixServerTest, MethodsAreListedByKindAndNamed) {
+  EXPECT_THAT(export_.ExportMethods(kTableItems), ElementsAre("CSV", "HTML", "PRINTER", "PREVIEW"));
+  EXPECT_THAT(export_.ExportMethods(kTextItems), ElementsAre("TXT", "HTML", "PRINTER", "PREVIEW"));
+  EXPECT_THAT(export_.ExportMethods(kPictureItems), IsEmpty());
+  EXPECT_EQ(export_.MethodName("csv"), "CSV file");
+  EXPECT_EQ(export_.MethodName("GIF"), "");
+  EXPECT_EQ(automation::ToText(export_.SendToMethods()->Get("Count")), "0");
+}
+
+TEST_F(RendixServerTest, WhatItCannotDoIsAnErrorThatLeavesFilesAlone) {
+  EXPECT_THROW(server_.CreateObject("Other.Engine"), automation::Error);
+  const automation::ObjectRef engine = server_.CreateObject("Rendix.Engine");
+  EXPECT_THROW(engine->Get("Colour"), automation::Error);
+  EXPECT_THROW(engine->Put("Colour", true), automation::Error);
+  EXPECT_THROW(export_.ExportChart(table_, "HTML"), automation::Error);
+  EXPECT_THROW(export_.ExportTable(nullptr, "HTML"), automation::Error);
+  EXPECT_THROW(export_.SendTo("f", "a"), automation::Error);
+  export_.SkipFilenameSelection = true;
+  for (const char* method : {"GIF", "TXT", ""}) {
+    export_.TargetFilename = (folder_ / "x").string();
+    EXPECT_THROW(export_.ExportTable(table_, method), automation::Error) << method;
+  }
+  for (const char* file : {"missing", "."}) {
+    EXPECT_THROW(export_.ExportTextFile((folder_ / file).string(), "TXT"), automation::Error);
+  }
+  folder_.Write("full.csv/kept", "a folder of that name");
+  export_.TargetFilename = (folder_ / "full.csv").string();
+  EXPECT_THROW(export_.ExportTable(table_, "CSV"), automation::Error);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "full.csv.part"));
+}
+
+}  // namespace
+}  // namespace quillan
