@@ -239,15 +239,15 @@ TEST_P(ContractTest, AnExpiredTimeOutHasANumberOfItsOwn) {
 
 TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
   const std::int32_t missing = GetParam() == Engine::kSqlServer ? 208 : 1;
-  for (const char* text : {"Delete From Mißing", "Select * From Mißing"}) {
-    try {
-      Rows(text);
-      ADD_FAILURE() << text;
-    } catch (const Error& error) {
-      EXPECT_THAT(error.what(), testing::AllOf(HasSubstr("Mißing"), testing::Not(HasSubstr("["))));
-      EXPECT_EQ(error.number(), missing);
-    }
+  try {
+    connection_.Execute("Delete From Mißing");
+    ADD_FAILURE();
+  } catch (const Error& error) {
+    EXPECT_THAT(error.what(), HasSubstr("Mißing"));
+    EXPECT_THAT(error.what(), testing::Not(HasSubstr("[")));
+    EXPECT_EQ(error.number(), missing);
   }
+  EXPECT_EQ(ErrorNumberOf([&] { Rows("Select * From Mißing"); }), missing);
   EXPECT_EQ(ErrorNumberOf([&] { connection_.Execute(std::string("Select '\0'", 10)); }), 0);
   // What touches no row is none.
   connection_.Execute("Update Nodes Set Caption='x' Where NodeID=-1");
