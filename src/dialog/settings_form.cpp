@@ -16,7 +16,6 @@
 
 namespace quillan {
 namespace {
-
 // The inside of the window at its design size, and the buttons in it, in twips.
 constexpr int kDesignWidth = 7735;
 constexpr int kDesignHeight = 6475;
@@ -106,7 +105,6 @@ void SettingsForm::AddButtons() {
     last = button;
   }
   for (QPushButton* button : findChildren<QPushButton*>()) button->installEventFilter(this);
-
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->setSpacing(margin);
@@ -160,8 +158,7 @@ void SettingsForm::OnOk() {
 void SettingsForm::OnApply() {
   RunGuarded(services_.messages, [this] {
     const SaveProgress::Work work(save_bar_->Progress());
-    const SaveResult result = Save();
-    if (result == SaveResult::kFailed) return;
+    if (Save() == SaveResult::kFailed) return;
     Sync();
     save_bar_->ShowReport(pages_.Report());
   });

@@ -31,17 +31,15 @@ struct SettingsFormServices {
 };
 
 /// The program's main window: pages over the settings and the database's lists. OK and Apply write
-/// everything back, page by page in one fixed order.
+/// everything back in one fixed order.
 class SettingsForm final : public QDialog {
   Q_OBJECT
 
  public:
   explicit SettingsForm(const SettingsFormServices& services);
   ~SettingsForm() override;
-
   /// Loads every page from the settings and the database.
   void Sync();
-
   /// Esc and the close box: asks once before changes are lost.
   void reject() override;
 
@@ -51,7 +49,6 @@ class SettingsForm final : public QDialog {
  private:
   void AddButtons();
   void OpenAtComfortableSize();
-
   SaveResult Save();
   void Review();
   void OnOk();
