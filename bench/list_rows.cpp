@@ -10,8 +10,8 @@
 #include "bench/harness.h"
 #include "bench/suite.h"
 #include "lists/editable_list.h"
+#include "lists/list_filter.h"
 #include "lists/new_group.h"
-#include "lists/row_filter.h"
 #include "suite/search_context.h"
 
 namespace quillan::bench {
@@ -183,10 +183,10 @@ Comparison CompareFilter(std::size_t size) {
   return {{nullptr,
            [=] {
              const Grid& grid = loaded->list->Table();
-             const RowFilter filter(grid, kWanted, FilterKind::kText);
+             const ListFilter filter(kWanted, FilterKind::kText);
              *ours = 0;
              for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
-               *ours += filter.Matches(row) ? 1 : 0;
+               *ours += filter.Matches(grid, row) ? 1 : 0;
              }
            },
            [=] { return std::to_string(*ours); }},

@@ -153,10 +153,10 @@ void RunCommand(CheckableList& list, std::string_view name) {
 ExitStatus PrintList(CheckableList& list, const ListOutput& output, const Options& options) {
   if (!Load(list)) return kNoSession;
   const Grid& grid = list.Table();
-  const RowFilter filter(grid, options.filter, output.filter);
+  const ListFilter filter(options.filter, output.filter);
   RowPrinter printer(options.format, output.columns);
   for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
-    if (!filter.Matches(row)) continue;
+    if (!filter.Matches(grid, row)) continue;
     const std::vector<std::string> values = output.values(grid, row);
     printer.Row(std::vector<std::string_view>(values.begin(), values.end()));
   }

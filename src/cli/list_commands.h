@@ -9,7 +9,7 @@
 #include "cli/row_printer.h"
 #include "cli/session.h"
 #include "lists/editable_list.h"
-#include "lists/row_filter.h"
+#include "lists/list_filter.h"
 
 namespace quillan {
 

@@ -66,7 +66,7 @@ ExitStatus CheckSources(Session& session, char32_t key) {
 // Passes the rows on as they come, since there can be millions of them.
 ExitStatus ListSources(Session& session) {
   const Options& options = session.options();
-  const WordFilter filter(options.filter);
+  const RowFilter filter(options.filter);
   RowPrinter printer(options.format, SourceColumns());
   const bool read = ForEachInterface(session.database(), [&](const InterfaceRow& row) {
     const std::array<std::string_view, 4> values = {row.monitored ? "yes" : "no", row.node,

@@ -19,7 +19,11 @@ constexpr int kButtonHeight = 375;
 
 ListControl::ListControl(CheckableList& list, MessageBox& messages, const QString& name,
                          const QString& title, QWidget* parent)
-    : QWidget(parent), list_(list), messages_(messages), table_(new GridView(list.Table(), this)) {
+    : QWidget(parent),
+      list_(list),
+      messages_(messages),
+      filter_(new FilterBar(list, this)),
+      table_(new GridView(list.Table(), this)) {
   setObjectName(name);
   setAccessibleName(title);
   table_->setAccessibleName(title);
@@ -30,9 +34,13 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   // The page's margin follows on the right; the two are rounded together.
   layout->setContentsMargins(0, 0, ToPixels(2 * kMargin) - margin, 0);
   layout->setSpacing(margin);
-  layout->addWidget(table_);
   AddErrorPanel();
-  layout->addWidget(error_panel_);
+  auto* rows = new QVBoxLayout();
+  rows->setSpacing(0);
+  rows->addWidget(filter_);
+  rows->addWidget(table_);
+  rows->addWidget(error_panel_);
+  layout->addLayout(rows);
   auto* top = new QVBoxLayout();
   auto* bottom = new QVBoxLayout();
   for (const ListCommand& command : list_.Commands()) {
@@ -45,6 +53,9 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   column->addLayout(bottom);
   layout->addLayout(column);
 
+  auto* find = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), this);
+  connect(find, &QShortcut::activated, filter_, &FilterBar::Open);
+  connect(filter_, &FilterBar::Closed, this, [this] { table_->setFocus(Qt::OtherFocusReason); });
   AddTableKey(Qt::CTRL | Qt::Key_Z, [this] { list_.RevertSelected(); });
   list_.OnRowCommands([this] { EnableRowCommands(); });
   EnableRowCommands();
@@ -76,6 +87,7 @@ void ListControl::ShowRows(const QString& error) {
   retry_->setAccessibleDescription(error);
   table_->setVisible(error.isEmpty());
   error_panel_->setVisible(!error.isEmpty());
+  filter_->Update();
   setFocusProxy(error.isEmpty() ? static_cast<QWidget*>(table_) : retry_);
   if (had_focus) setFocus();
 }

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include "dialog/filter_bar.h"
 #include "lists/checkable_list.h"
 #include "platform/message_box.h"
 #include "platform/qt/grid_view.h"
@@ -43,6 +44,7 @@ class ListControl final : public QWidget {
 
   CheckableList& list_;
   MessageBox& messages_;
+  FilterBar* filter_;
   GridView* table_;
   QFrame* error_panel_;
   QLabel* error_;

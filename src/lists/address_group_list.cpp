@@ -5,7 +5,9 @@
 
 #include "db/sql_text.h"
 #include "ip/ip_functions.h"
+#include "lists/address_lookup.h"
 #include "platform/text/number.h"
+#include "suite/application.h"
 
 namespace quillan {
 namespace {
@@ -34,6 +36,7 @@ constexpr ListDescription kGroups = {
     .system_field = "System",
     .editable_column = kGroupNameColumn,
     .last_update_setting = "LastIPAddressGroupUpdate",
+    .filter = FilterKind::kGroups,
 };
 
 constexpr EditableListTexts kTexts = {
@@ -99,6 +102,20 @@ GroupRange AddressGroupList::RangeOf(const Grid& grid, int row) {
           IPAddressToSortValue(grid.Text(row, kGroupEndColumn)),
           grid.Check(row, 0) == CheckState::kChecked,
           id == kNoIdentifier ? std::nullopt : std::optional(id)};
+}
+
+std::string AddressGroupList::FilterNote(const ListFilter& filter, bool ask_database) {
+  if (!filter.Address()) return {};
+  const AddressLookup lookup = LookUpAddress(Table(), *filter.Address());
+  std::string note = DescribeLookup(Table(), lookup);
+  if (!ask_database) return note;
+  if (const auto hint = DescribeStoredGroup(Table(), lookup, services().database)) {
+    note += " " + *hint;
+  }
+  const std::string address = SortValueToIPAddress(*filter.Address());
+  const std::string host = Application(services().database).LookupEndpointName(address);
+  if (!host.empty() && host != address) note += " Its host name is " + host + ".";
+  return note;
 }
 
 std::string AddressGroupList::Key(const Grid& grid, int row) const {

@@ -29,6 +29,9 @@ class AddressGroupList final : public EditableList {
 
   ImportPlan PlanImport(std::string_view bytes, ImportMode mode) override;
 
+  /// Which group gets the address that the filter looks for, and why.
+  std::string FilterNote(const ListFilter& filter, bool ask_database) override;
+
   std::string Key(const Grid& grid, int row) const override;
   std::string RowName(const Grid& grid, int row) const override;
   /// The number of known endpoints in the group's range.

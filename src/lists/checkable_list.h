@@ -85,6 +85,9 @@ class CheckableList : public GridListener {
   /// What else is to be known about a row before it is saved; may ask the database.
   virtual std::string RowNote(int /*row*/) const { return {}; }
 
+  /// What else is to be said of a filter; `ask_database`: with what the database knows.
+  virtual std::string FilterNote(const ListFilter& /*filter*/, bool /*ask_database*/) { return {}; }
+
   void OnClick(int row, int column) override;
   bool OnKeyPress(char32_t key) override;
   void OnSelectionChanged() override;

@@ -74,7 +74,9 @@ std::vector<ListCommand> InterfacesList::Commands() {
 
 void InterfacesList::SetAllChecked(bool checked) {
   const Edit edit(*this);
-  for (int row = Grid::kFixedRows; row < Table().Rows(); ++row) SetRowChecked(row, checked);
+  for (int row = Grid::kFixedRows; row < Table().Rows(); ++row) {
+    if (Table().IsShown(row)) SetRowChecked(row, checked);
+  }
 }
 
 std::string InterfacesList::Key(const Grid& grid, int row) const {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "lists/list_filter.h"
 #include "platform/ado/value.h"
 #include "platform/grid/grid.h"
 
@@ -28,7 +29,8 @@ struct ListDescription {
   std::string_view system_field = {};  ///< True for system-defined rows; empty: no row is marked.
   int editable_column = 0;             ///< 0: none.
   std::string_view last_update_setting =
-      {};                         ///< The global setting of the last change; empty: none.
+      {};  ///< The global setting of the last change; empty: none.
+  FilterKind filter = FilterKind::kText;
   bool finds_conflicts = true;    ///< A save compares the stored rows with the loaded ones first.
   bool batch = false;             ///< Each row is one statement, and several may be sent at once.
   bool stops_at_failure = false;  ///< A row that fails ends the whole save.

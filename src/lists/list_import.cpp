@@ -156,6 +156,7 @@ std::string ExportList(const Grid& grid, char separator) {
   std::string text;
   std::vector<std::string_view> fields(static_cast<size_t>(grid.Columns()));
   for (int row = 0; row < grid.Rows(); ++row) {
+    if (!grid.IsShown(row)) continue;
     for (int column = 0; column < grid.Columns(); ++column) {
       std::string_view& field = fields[static_cast<size_t>(column)];
       field = grid.Text(row, column);

@@ -24,6 +24,7 @@ constexpr ListDescription kPorts = {
     .system_field = "System",
     .editable_column = kPortDescriptionColumn,
     .last_update_setting = "LastServicePortUpdate",
+    .filter = FilterKind::kPorts,
     .batch = true,
 };
 

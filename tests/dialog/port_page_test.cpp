@@ -1,4 +1,5 @@
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 
 #include "dialog/dialog_fixture.h"
@@ -100,6 +101,32 @@ TEST_F(PortPageTest, KeysCheckAndUncheckTheSelectionAndOthersType) {
   QTest::keyClick(table_, Qt::Key_Space);
   EXPECT_EQ(Check(table_, 2), Qt::Unchecked);
   EXPECT_EQ(Check(table_, 1), Qt::Checked);
+}
+
+TEST_F(PortPageTest, AFilteredListShowsItsMatchesAndCommandsActOnThemAlone) {
+  program_.suite.Run(
+      "insert into ServicePorts values (80, 'http', 1, 1), (443, 'https', 1, 1), (8080, 'proxy for "
+      "HTTP', 1, 1), (21, 'ftp', 1, 1)");
+  Open();
+  QTest::keyClick(form_.get(), Qt::Key_F, Qt::ControlModifier);
+  auto* filter = Find<QLineEdit>("FilterText", Find<ListControl>("PortList"));
+  auto* result = Find<QLabel>("FilterResult", Find<ListControl>("PortList"));
+  EXPECT_TRUE(filter->hasFocus());
+  for (const auto& [typed, shown] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"http", "3 of 4"}, {"PROXY http", "1 of 4"}, {"80", "1 of 4"}, {"http", "3 of 4"}}) {
+    filter->clear();
+    QTest::keyClicks(filter, QString::fromLatin1(typed));
+    EXPECT_EQ(result->text(), QString::fromLatin1(shown)) << typed;
+  }
+  table_->setFocus();
+  QTest::keyClick(table_, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(table_, '-');
+  QTest::keyClick(filter, Qt::Key_Escape);
+  EXPECT_FALSE(filter->isVisible());
+  EXPECT_TRUE(form_->isVisible());
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select Port from ServicePorts where Enabled"),
+              ElementsAre("21"));
 }
 
 TEST_F(PortPageTest, HeadersSortAndTheSelectionFollows) {

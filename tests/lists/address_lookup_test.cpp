@@ -34,6 +34,11 @@ TEST_F(AddressLookupTest, TheSmallestEnabledRowThatStaysGetsTheAddress) {
   EXPECT_EQ(Answer("10.0.0.8"),
             "10.0.0.8 goes to large, the only enabled group that holds it. "
             "The database still has it in a group that does not exist any more.");
+  program_.suite.Run(
+      "Update FlowCorrelation Set FullHostname='core.net' Where IPAddressSort=10000000200");
+  const ListFilter filter("10.0.0.200", FilterKind::kGroups);
+  EXPECT_EQ(list_.FilterNote(filter, true), Answer("10.0.0.200") + " Its host name is core.net.");
+  EXPECT_TRUE(filter.Matches(list_.Table(), RowAt(0)) && !filter.Matches(list_.Table(), RowAt(50)));
   EXPECT_EQ(Answer("11.0.0.0"), "11.0.0.0 goes to no group: no range holds it.");
   // Pending edits count: a new row of the same size wins, a deleted one does not.
   Add(80, 179);

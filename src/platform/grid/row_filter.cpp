@@ -23,7 +23,7 @@ RowFilter::RowFilter(std::string_view typed) {
   const std::string folded = text::FoldCase(typed);
   std::string_view rest = folded;
   while (!rest.empty()) {
-    const size_t length = std::min(rest.find(' '), rest.size());
+    const size_t length = std::min(rest.find_first_of(" \t"), rest.size());
     const std::string_view word = rest.substr(0, length);
     if (!word.empty()) words_.push_back({std::string(word), text::IsAscii(word)});
     rest.remove_prefix(std::min(length + 1, rest.size()));
@@ -42,6 +42,13 @@ bool RowFilter::Matches(const Grid& grid, int row) const {
       if (!grid.Column(column).hidden && Contains(grid.Text(row, column), word)) return true;
     }
     return false;
+  });
+}
+
+bool RowFilter::Matches(std::span<const std::string_view> columns) const {
+  return std::all_of(words_.begin(), words_.end(), [&](const Word& word) {
+    return std::any_of(columns.begin(), columns.end(),
+                       [&](std::string_view text) { return Contains(text, word); });
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,12 +10,14 @@
 namespace quillan {
 
 /// The rows that hold every word of a typed string in some visible column, without regard to case.
-/// No word at all matches every row.
+/// Blanks separate words; no word at all matches every row.
 class RowFilter {
  public:
   explicit RowFilter(std::string_view typed);
 
   bool Matches(const Grid& grid, int row) const;
+  /// The same for a row that no grid holds.
+  bool Matches(std::span<const std::string_view> columns) const;
 
  private:
   struct Word {
