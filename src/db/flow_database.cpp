@@ -139,17 +139,21 @@ bool FlowDatabase::GetDatabaseConnection() {
     const std::filesystem::path file = JoinPath(program_folder_, name);
     const std::string path = file.lexically_normal().string();
     const auto fail = [&](const std::string& reason) {
-      last_error_ = "Cannot read " + path + ": " + reason;
+      last_error_ = "Cannot read ";
+      last_error_.append(path).append(": ").append(reason);
       return false;
     };
     try {
       const auto text = files_.ReadTextFile(file);
       if (!text) continue;
       if (HasJoinedLines(*text)) {
-        connection_file_advice_ = "Lines of " + path +
-                                  " end in LF and are therefore joined. They must end in CR LF. To "
-                                  "convert the file, run: sed -i 's/\\r*$/\\r/' '" +
-                                  path + "'";
+        connection_file_advice_ = "Lines of ";
+        connection_file_advice_.append(path)
+            .append(
+                " end in LF and are therefore joined. They must end in CR LF. To convert the file, "
+                "run: sed -i 's/\\r*$/\\r/' '")
+            .append(path)
+            .append("'");
       }
       ReadConnectionFile(*text, values_);
     } catch (const FileError& error) {

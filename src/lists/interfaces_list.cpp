@@ -46,6 +46,7 @@ bool ForEachInterface(FlowDatabase& database,
   return database.ReadInBlocks(kInterfaces.query, [&](ado::Recordset& rows) {
     if (rows.Eof()) return true;
     std::vector<ado::Field> fields;
+    fields.reserve(kColumns.size());
     for (const ListColumn& column : kColumns) fields.push_back(rows.Fields(column.field));
     std::array<std::string, kColumns.size()> texts;
     const auto text = [&](size_t column) -> std::string_view {

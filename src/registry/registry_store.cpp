@@ -31,7 +31,7 @@ std::string Decode(const std::string& bytes) {
   constexpr size_t kLongestRest = 3;
   if (!text::IsUtf8(bytes)) {
     for (size_t rest = 1; rest <= kLongestRest && rest < bytes.size(); ++rest) {
-      const std::string_view whole = std::string_view(bytes).substr(0, bytes.size() - rest);
+      const std::string_view whole = std::string_view{bytes}.substr(0, bytes.size() - rest);
       if (text::IsUtf8(whole) && !text::IsAscii(whole)) {
         return text::DecodeText(whole) + "\xEF\xBF\xBD";
       }

@@ -143,7 +143,8 @@ class RowReader {
         break;
       case Kind::kText:
       case Kind::kBytes:
-        column.c_type = column.kind == Kind::kBytes ? SQL_C_BINARY : api().TextType();
+        column.c_type = api().TextType();
+        if (column.kind == Kind::kBytes) column.c_type = SQL_C_BINARY;
         if (IsCharacterType(described.type) && described.size <= kMostCharacters) {
           column.characters = described.size;
         }

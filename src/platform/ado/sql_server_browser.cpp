@@ -38,8 +38,11 @@ class BrowserSockets {
     for (const addrinfo* address = found; address != nullptr; address = address->ai_next) {
       const int handle = socket(address->ai_family, SOCK_DGRAM | SOCK_CLOEXEC, 0);
       if (handle < 0) continue;
-      sockets_.push_back({handle, POLLIN, 0});
-      connect(handle, address->ai_addr, address->ai_addrlen);
+      if (connect(handle, address->ai_addr, address->ai_addrlen) == 0) {
+        sockets_.push_back({handle, POLLIN, 0});
+      } else {
+        close(handle);
+      }
     }
   }
   ~BrowserSockets() {
@@ -114,7 +117,7 @@ int FindInstancePort(const std::string& host, const std::string& instance, int t
     const std::string answer =
         sockets.Receive(std::min(deadline, SteadyClock::now() + kAskAgainAfter));
     if (answer.size() < kHeader || answer.front() != kAnswer) continue;
-    const int port = PortIn(std::string_view(answer).substr(kHeader));
+    const int port = PortIn(std::string_view{answer}.substr(kHeader));
     if (port == 0) throw error(0, "the instance does not accept TCP connections.");
     return port;
   }

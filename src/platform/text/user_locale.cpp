@@ -203,8 +203,8 @@ void UserLocale::SetReadableFormats() {
 // month names that begin like others, digits that are not ASCII.
 bool UserLocale::ReadsBackItsOwnTexts() const {
   using std::chrono::hours;
-  for (unsigned month = 1; month <= 12; ++month) {
-    const DateTime midnight{std::chrono::local_days{std::chrono::year(2009) / month / 8}};
+  for (int month = 1; month <= 12; ++month) {
+    const DateTime midnight{std::chrono::local_days{std::chrono::year{2009} / month / 8}};
     for (const DateTime value : {midnight, midnight + std::chrono::seconds{9},
                                  midnight + hours{21} + std::chrono::seconds{2047}}) {
       if (ReadDateTime(GeneralDateText(value)) != value) return false;
