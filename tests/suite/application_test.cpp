@@ -11,11 +11,9 @@ TEST(ApplicationTest, FindsTheAddressInALabel) {
   const std::pair<const char*, const char*> cases[] = {
       {"router1 (10.0.0.1)", "10.0.0.1"},
       {"router1", ""},
-      {"router1 (x)", ""},
       {"a.b.c.d", "a.b.c.d"},
       {"router1 (1.2.3.4) ", "router1 (1.2.3.4) "},
       {"1.2.3.4)", ""},
-      {"()", ""},
       {"a (1.2.3.4) (x)", "1.2.3.4) (x"},
   };
   for (const auto& [text, address] : cases) {
