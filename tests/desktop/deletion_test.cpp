@@ -1,6 +1,4 @@
-#include <QMessageBox>
 #include <QScrollBar>
-#include <QTimer>
 
 #include "dialog/dialog_fixture.h"
 #include "platform/qt/qt_message_box.h"
@@ -15,20 +13,7 @@ class DeletionTest : public test::DialogTest {
  protected:
   MessageBox& Messages() override { return boxes_; }
 
-  // Answers the next message box with the key Enter once the window manager has activated it.
-  void AnswerWithEnter() {
-    QTimer::singleShot(0, form_.get(), [this] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      ASSERT_NE(box, nullptr);
-      EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == box; }));
-      QTest::keyClick(box->focusWidget(), Qt::Key_Return);
-      if (!box->isVisible()) ++answered_;
-      if (box->isVisible()) box->reject();
-    });
-  }
-
   QtMessageBox boxes_;
-  int answered_ = 0;
 };
 
 TEST_F(DeletionTest, LeavesNoRowSelectedThatTheUserHasNotChosen) {
@@ -41,9 +26,8 @@ TEST_F(DeletionTest, LeavesNoRowSelectedThatTheUserHasNotChosen) {
   ClickCell(table, 60, 1);
   const int scrolled = table->verticalScrollBar()->value();
   EXPECT_GT(scrolled, 0);
-  AnswerWithEnter();
+  InNextDialog([](QDialog* box) { QTest::keyClick(box->focusWidget(), Qt::Key_Return); });
   Click("cmdDeletePort");
-  ASSERT_EQ(answered_, 1);
   form_->activateWindow();
   EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == form_.get(); }));
   EXPECT_TRUE(table->hasFocus());

@@ -1,16 +1,8 @@
 #include "dialog/dialog_fixture.h"
 
-#include <QHeaderView>
 #include <QTimer>
 
 namespace quillan::test {
-
-void DialogTest::ClickHeader(GridView* table, int column) {
-  QHeaderView* header = table->horizontalHeader();
-  const QPoint place(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
-                     header->height() / 2);
-  QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
-}
 
 void DialogTest::InNextDialog(std::function<void(QDialog*)> act) {
   QTimer::singleShot(0, form_.get(), [act = std::move(act)] {

@@ -80,7 +80,6 @@ class DialogTest : public ProgramTest {
     QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
                       table->visualRect(index).center());
   }
-  static void ClickHeader(GridView* table, int column);
   // Does `act` in the modal dialog that the next click opens, which must leave it closed.
   void InNextDialog(std::function<void(QDialog*)> act);
   // Opens the editor of the current cell with F2; null when the edit is refused.

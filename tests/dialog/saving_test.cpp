@@ -108,6 +108,7 @@ TEST_F(SavingTest, KeepsTheRowsThatCouldNotBeSavedAndReportsThem) {
   EXPECT_FALSE(IsRed(1));
   EXPECT_TRUE(IsRed(2));
   EXPECT_EQ(Check(table_, 2), Qt::Unchecked);
+  EXPECT_NE(form_->cursor().shape(), Qt::WaitCursor);
   InNextDialog([&](QDialog* details) {
     EXPECT_THAT(Lines(details), ElementsAre(HasSubstr("Ports|22|not this one")));
     Click("cmdClose", details);

