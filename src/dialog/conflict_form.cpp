@@ -34,6 +34,7 @@ ConflictAnswer AskAboutConflicts(const std::vector<PageConflict>& conflicts, QWi
       {Tr("Page"), Tr("Row"), Tr("What happened"), Tr("As loaded"), Tr("Theirs"), Tr("Yours")},
       parent);
   std::vector<QStringList> lines;
+  lines.reserve(conflicts.size());
   for (const auto& [page, conflict] : conflicts) {
     lines.push_back({page, ToQString(conflict.name), Describe(conflict.kind),
                      ToQString(conflict.loaded), ToQString(conflict.theirs),

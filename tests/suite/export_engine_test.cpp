@@ -69,7 +69,7 @@ class ExportEngineTest : public testing::Test, public automation::Server, public
     if (!engine_) throw automation::Error(429, "not registered");
     return engine_;
   }
-  bool AnyInstalled() const override { return true; }
+  bool AnyInstalled() const override { return has_printer_; }
   bool Print(const PrintJob&) override { return false; }
 
   // The calls of the engine since the last look, without the options.
@@ -82,6 +82,7 @@ class ExportEngineTest : public testing::Test, public automation::Server, public
   Recorder::Log log_;
   test::ScriptedMessageBox boxes_;
   std::shared_ptr<Recorder> engine_ = std::make_shared<Recorder>(log_, "Engine");
+  bool has_printer_ = true;
   ExportEngine export_{*this, *this, boxes_, {"Quillan Settings", 4, 2, 17, "/opt/quillan"}};
 };
 
@@ -189,6 +190,17 @@ TEST_F(ExportEngineTest, AnArrayKeepsItsFirstItemAsTheTemplate) {
                                            "Entry.Caption=Web page", "Entry.Tag=HTML",
                                            "Entry.Visible=yes", "Entry.Enabled=yes"}));
   EXPECT_THAT(log_, testing::Not(testing::Contains("Items.Unload 1")));
+}
+
+TEST_F(ExportEngineTest, AMissingPrinterIsReportedUnderTheProgramsName) {
+  EXPECT_FALSE(export_.NoPrinters());
+  EXPECT_THAT(boxes_.messages, IsEmpty());
+  has_printer_ = false;
+  EXPECT_TRUE(export_.NoPrinters());
+  ASSERT_EQ(boxes_.messages.size(), 1U);
+  EXPECT_EQ(boxes_.messages[0].title, "Quillan");
+  EXPECT_EQ(boxes_.messages[0].icon, MessageIcon::kCritical);
+  EXPECT_THAT(boxes_.messages[0].text, testing::StartsWith("You do not have a Printer installed."));
 }
 
 }  // namespace

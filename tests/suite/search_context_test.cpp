@@ -105,5 +105,37 @@ TEST_F(SearchContextTest, ReplacesInTheCellThatWasFoundAndTheGridMayLoseItsRows)
   EXPECT_EQ(search_.ReplaceAll(), 0);
 }
 
+TEST_F(SearchContextTest, ChangingAnOptionRestartsTheSearchButTheCaseRuleDoesNot) {
+  struct Row {
+    const char* option;
+    std::function<void()> change;
+    bool restarts;
+  };
+  for (const Row& row : {
+           Row{"the same SearchString", [&] { search_.SetSearchString("net"); }, false},
+           Row{"SearchString", [&] { search_.SetSearchString("NET"); }, true},
+           Row{"the same ReplaceString", [&] { search_.SetReplaceString(""); }, false},
+           Row{"ReplaceString", [&] { search_.SetReplaceString("x"); }, true},
+           Row{"Direction", [&] { search_.SetDirection("Down"); }, true},
+           Row{"AllColumns", [&] { search_.SetAllColumns(true); }, true},
+           Row{"ColumnIndex", [&] { search_.SetColumnIndex(0); }, true},
+           Row{"SearchColumn", [&] { search_.SetSearchColumn("Name"); }, false},
+           Row{"MatchCase", [&] { search_.SetMatchCase(false); }, false},
+           Row{"Grid", [&] { search_.SetGrid(&grid_); }, true},
+       }) {
+    grid_.SetText(2, 0, "net");
+    search_.SetReset(true);
+    EXPECT_TRUE(search_.FindNext());
+    row.change();
+    EXPECT_EQ(search_.Reset(), row.restarts) << row.option;
+  }
+  search_.SetSearchString("net");
+  grid_.SetText(3, 0, "NET");
+  grid_.SetText(4, 0, "net");
+  EXPECT_TRUE(search_.FindNext());
+  search_.SetMatchCase(true);
+  EXPECT_THAT(FindAll(), ElementsAre("4,0"));
+}
+
 }  // namespace
 }  // namespace quillan

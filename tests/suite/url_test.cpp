@@ -94,5 +94,12 @@ TEST(UrlTest, ANameThatOccursTwiceIsAnErrorThatLosesNothing) {
   EXPECT_EQ(url.GetURL(), "http://h/?tag=1&TAG=2");
 }
 
+TEST(UrlTest, OneOfItsOwnPartsMayBeTheNewAddress) {
+  URL url;
+  url.SetURL("http://h/login?GOTO=http://www.example.com/a/rather/long/path&X=1");
+  url.SetURL(*url.Parameters().Item("GOTO"));
+  EXPECT_EQ(url.GetURL(), "http://www.example.com/a/rather/long/path");
+}
+
 }  // namespace
 }  // namespace quillan
