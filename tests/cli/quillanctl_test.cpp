@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -126,20 +125,16 @@ struct Case {
 TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
   const Case cases[] = {
       {"status --format json", 0, "\"monitored_ports\": 2,"},
-      {"ports list --filter 'HT tp'", 0, "yes        80    http         yes\nno         443"},
       {"ports list --filter 80 --format json", 0,
        "[\n{\"monitored\":true,\"port\":80,\"description\":\"http\",\"system\":true}\n]\n"},
       {"ports add 81 \"it's\"", 0, "", "", kPorts, "80|http|1 81|it's|1 443|https|0 8080|proxy|1"},
       {"ports add 81 a --dry-run", 0, "new     81              Monitored: yes"},
       {"ports add 80 a", 1, "already exists as http"},
-      {"ports add 81x a", 1, "from 1 to 65536"},
-      {"ports disable 80 99", 1, "there is no port 99"},
       {"ports disable 80 99 --skip-refused", 1, "1 of 1 rows written", "", kPorts,
        "80|http|0 443|https|0 8080|proxy|1"},
       {"ports delete 8080", 1, "answered no"},
       {"ports delete 8080 --yes", 0, "", "", kPorts, "80|http|1 443|https|0"},
       {"ports delete 80 --yes", 1, "system-defined port"},
-      {"ports rename 443 tls", 0, "", "", kPorts, "80|http|1 443|tls|0 8080|proxy|1"},
       {"ports import $f", 1, "line 2 refused: \"x\" is not a port number", "80,web\nx,y\n"},
       {"ports import - --skip-refused", 1, "line 2 refused", "80,web\nx,y\n", kPorts,
        "80|web|1 443|https|0 8080|proxy|1"},
@@ -147,33 +142,24 @@ TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
       {"ports import --replace $f", 0, "kept, since the system defines it: 443",
        "81;a;no\r\n80;web\r\n", kPorts, "80|web|1 81|a|0 443|https|0"},
       {"ports import $f", 0, "nothing to change", "80,http\n"},
-      {"ports import missing", 1, "cannot read missing"},
       {"ports export", 0,
        "Monitored,Port,Description\r\nyes,80,http\r\nno,443,https\r\nyes,8080,proxy\r\n"},
-      {"ports diff $f", 0, "", "80,http\n443,https\n8080,proxy\n"},
       {"ports diff $f --format json", 1, "{\n    \"change\": \"changed\",\n    \"row\": \"80\",",
        "80,web\n443,https\n8080,proxy\n"},
       {"groups add 10.0.9.0/24 Halls", 0, "", "", kEndpoints, "10.0.0.7|1 10.0.9.7|3"},
       {"groups add 10.0.9.5/24 Halls --dry-run", 0, "10.0.9.0 - 10.0.9.255  1          Managed"},
-      {"groups add 10.0.1.0/24 Halls", 1, "cannot be nested"},
-      {"groups disable 10.0.0.0/22", 0, "", "", kEndpoints, "10.0.0.7|0 10.0.9.7|0"},
       {"groups delete -y 10.0.0.0-10.0.3.255", 0, "", "", kEndpoints, "10.0.0.7|0 10.0.9.7|0"},
-      {"groups delete -y 10.0.0.0/24", 1, "no group with the range"},
       {"groups import --replace $f", 0, "", "Range,Name\n10.0.9.0/24,Halls\n", kGroups,
        "10000008000|10000008255|System|1 10000009000|10000009255|Halls|1"},
       {"groups which 10.0.0.7", 0, "goes to Campus, the only enabled group"},
-      {"groups list --filter 10.0.8.9 --format csv", 0, "yes,10.0.8.0,10.0.8.255,System,yes,2\r\n"},
       {"sources list --filter 'eth0 edge' --format json", 0,
        "[\n{\"monitored\":false,\"node\":\"edge\",\"interface\":\"eth0\",\"id\":3}\n]\n"},
       {"sources enable --node Core", 0, "", "", kSources, "1 2"},
       {"sources disable 1 9", 1, "no interface 9", "", kSources, "1"},
-      {"sources disable 1", 0, "", "", kSources, ""},
       {"port get", 0, "2055\n"},
       {"port set 9995", 0, "", "", kEngines, "9995"},
       {"port set 9995 --dry-run", 0, "2055 -> 9995"},
-      {"port set 65536", 1, "from 1 to 65535"},
       {"--version", 0, "quillanctl "},
-      {"groups add --help", 0, "RANGE"},
       {"", 2, "subcommand is required"},
       {"ports list --format xml", 2, "xml"},
       {"sources enable --all 1", 2},
@@ -200,11 +186,6 @@ TEST_P(QuillanctlTest, StatementsThatFailAreListedAndTheOthersWritten) {
   EXPECT_THAT(errors_, HasSubstr("no changes today"));
   EXPECT_THAT(errors_, HasSubstr("1 of 2 rows written"));
   EXPECT_EQ(suite_.Rows(kPorts)[0], "80|web|1");
-  suite_.Run(
-      "Create Trigger RefuseSource Before Delete On NetFlowSources Begin "
-      "Select Raise(Abort, 'no sources today'); End");
-  EXPECT_EQ(Run("sources disable --all"), 4);
-  EXPECT_THAT(errors_, HasSubstr("no sources today"));
 }
 
 TEST_P(QuillanctlTest, AnInterruptStopsTheSaveAndReportsWhatWasWritten) {
@@ -239,16 +220,6 @@ TEST_P(QuillanctlTest, ItLeavesTheProgramFolderAloneAndSaysWhenThereIsNoSession)
   folder_.Write("TBKelvora.DB", "CONNECTION=Provider=SQLite;Data Source=missing.db\r\n");
   EXPECT_EQ(Run("ports list"), 3);
   EXPECT_THAT(errors_, HasSubstr("missing.db does not exist"));
-}
-
-// Blocks of rows join to the same result as one.
-TEST_P(QuillanctlTest, AListOfAnyLengthIsPrintedWhole) {
-  suite_.Run(
-      "With Recursive n(i) As (Select 4 Union All Select i+1 From n Where i<25000) "
-      "Insert Into Interfaces Select i, 1+i%2, 'if'||i From n");
-  EXPECT_EQ(Run("sources list --format csv"), 0);
-  EXPECT_EQ(std::count(out_.begin(), out_.end(), '\n'), 25001);
-  EXPECT_THAT(out_, HasSubstr("no,edge,if20001,20001\r\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Drivers, QuillanctlTest, testing::Bool(),

@@ -15,7 +15,6 @@ struct Case {
 
 TEST(ConnectionFileTest, ReadsTheKeysItKnows) {
   const Case cases[] = {
-      {"plain", "CONNECTION=a=b;c=d\r\nTIMEOUT=30\r\nCOMMANDTIMEOUT=60\r\n", "a=b;c=d", 30, 60},
       {"blanks and case", "  connection  =  a = b  \r\n", "a = b"},
       {"the first of a key", "CONNECTION=one\rCONNECTION=two\r", "one"},
       {"comments", "#CONNECTION=1\r\n'x=1\r\n//CONNECTION=2\r\n\\\\CONNECTION=3\r\nCONNECTION=4",

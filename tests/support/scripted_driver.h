@@ -21,4 +21,44 @@ struct DriverScript {
   ado::DriverFactory Wrap(ado::DriverFactory drivers);
 };
 
+class ScriptedDriver final : public ado::Driver {
+ public:
+  ScriptedDriver(std::unique_ptr<ado::Driver> driver, DriverScript& script)
+      : driver_(std::move(driver)), script_(script) {}
+
+  void Execute(std::string_view statement) override { Pass(statement).Execute(statement); }
+  std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
+                                         ado::BatchMode mode) override {
+    return ado::ExecuteOneByOne(*this, statements, mode);
+  }
+  ado::RowStore Query(std::string_view query) override { return Pass(query).Query(query); }
+  void ReadUncommitted() override { driver_->ReadUncommitted(); }
+  std::vector<std::string> PrimaryKey(std::string_view table) override {
+    return driver_->PrimaryKey(table);
+  }
+  void ChangeOneRow(std::string_view statement, std::span<const ado::Value> values) override {
+    Pass(statement).ChangeOneRow(statement, values);
+  }
+  std::string Property(std::string_view name) override { return driver_->Property(name); }
+  void Cancel() override { driver_->Cancel(); }
+
+ private:
+  // Writes the statement down and returns the driver that is to run it.
+  ado::Driver& Pass(std::string_view statement) {
+    script_.statements.emplace_back(statement);
+    script_.before(script_.statements.back());
+    return *driver_;
+  }
+
+  std::unique_ptr<ado::Driver> driver_;
+  DriverScript& script_;
+};
+
+inline ado::DriverFactory DriverScript::Wrap(ado::DriverFactory drivers) {
+  return [this, drivers = std::move(drivers)](const ado::ConnectOptions& options) {
+    ++sessions;
+    return std::make_unique<ScriptedDriver>(drivers(options), *this);
+  };
+}
+
 }  // namespace quillan::test

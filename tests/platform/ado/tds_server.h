@@ -1,15 +1,24 @@
 #pragma once
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <variant>
 #include <vector>
+
+#include "platform/text/encoding.h"
 
 namespace quillan::test {
 
@@ -23,8 +32,44 @@ class TdsReply {
   /// them since midnight of 1 January 2007.
   enum class Type { kBigInt, kNVarChar, kDateTime2 };
 
-  TdsReply& Columns(const std::vector<std::pair<std::string_view, Type>>& columns);
-  TdsReply& Row(const std::vector<Value>& values);
+  TdsReply& Columns(const std::vector<std::pair<std::string_view, Type>>& columns) {
+    Append(std::uint8_t{0x81});
+    Append(static_cast<std::uint16_t>(columns.size()));
+    types_.clear();
+    for (const auto& [name, type] : columns) {
+      bytes_ += std::string("\0\0\0\0\1\0", 6);  // No user type; nullable.
+      // The type, the most bytes and a text's collation.
+      types_.push_back(type);
+      bytes_ += type == Type::kBigInt      ? std::string("\x26\x08")
+                : type == Type::kDateTime2 ? std::string("\x2A\x07")
+                                           : std::string("\xE7\xC8\0\x09\x04\xD0\0\x34", 8);
+      AppendText<std::uint8_t>(name);
+    }
+    return *this;
+  }
+
+  TdsReply& Row(const std::vector<Value>& values) {
+    Append(std::uint8_t{0xD1});
+    for (size_t i = 0; i < values.size(); ++i) {
+      const Value& value = values[i];
+      if (types_.at(i) == Type::kDateTime2) {
+        constexpr std::int64_t kDay = 732676;  // 1 January 2007, counted from the year 1.
+        const std::int64_t time = std::get<std::int64_t>(value);
+        Append(std::uint8_t{8});
+        bytes_.append(reinterpret_cast<const char*>(&time), 5);
+        bytes_.append(reinterpret_cast<const char*>(&kDay), 3);
+      } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+        Append(std::uint8_t{sizeof *whole});
+        Append(*whole);
+      } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+        AppendText<std::uint16_t>(*text, 2);
+      } else {  // Of a text.
+        Append(std::uint16_t{0xFFFF});
+      }
+    }
+    return *this;
+  }
+
   /// An error of severity 16; a message without severity.
   TdsReply& Error(std::int32_t number, std::string_view text) {
     return Message(0xAA, number, text);
@@ -33,13 +78,55 @@ class TdsReply {
   /// The end of a statement that touched `rows` rows; more statements' results may follow.
   TdsReply& Done(std::uint64_t rows, bool more = false) { return End(more ? 0x11 : 0x10, rows); }
   /// The end of an answer with a status of its own (0x20: to a client that gave up waiting).
-  TdsReply& End(std::uint16_t status, std::uint64_t rows);
-  TdsReply& LoginAccepted();
+  TdsReply& End(std::uint16_t status, std::uint64_t rows) {
+    Append(std::uint8_t{0xFD});
+    Append(status);
+    Append(std::uint16_t{0xC1});
+    Append(rows);
+    return *this;
+  }
+
+  TdsReply& LoginAccepted() {
+    TdsReply body;
+    body.bytes_ = std::string("\x01\x74\x00\x00\x04", 5);  // Transact-SQL, TDS 7.4.
+    body.AppendText<std::uint8_t>("Microsoft SQL Server");
+    return Token(0xAD, body.bytes_ + std::string("\x10\x00\x03\xE8", 4)).End(0, 0);
+  }
 
   const std::string& bytes() const { return bytes_; }
 
  private:
-  TdsReply& Message(std::uint8_t token, std::int32_t number, std::string_view text);
+  // Numbers travel in the byte order of the machines that run these tests, lowest byte first.
+  template <typename Number>
+  void Append(Number value) {
+    bytes_.append(reinterpret_cast<const char*>(&value), sizeof value);
+  }
+
+  // A UTF-8 text as UTF-16 after its length, in characters or in bytes.
+  template <typename Length>
+  void AppendText(std::string_view text, size_t unit_bytes = 1) {
+    const std::u16string units = text::Utf8ToUtf16(text);
+    Append(static_cast<Length>(units.size() * unit_bytes));
+    bytes_.append(reinterpret_cast<const char*>(units.data()), 2 * units.size());
+  }
+
+  TdsReply& Token(std::uint8_t token, const std::string& body) {
+    Append(token);
+    Append(static_cast<std::uint16_t>(body.size()));
+    bytes_ += body;
+    return *this;
+  }
+
+  TdsReply& Message(std::uint8_t token, std::int32_t number, std::string_view text) {
+    TdsReply body;
+    body.Append(number);
+    body.bytes_ += token == 0xAA ? "\1\x10" : std::string("\1\0", 2);  // State, severity.
+    body.AppendText<std::uint16_t>(text);
+    body.AppendText<std::uint8_t>("TESTSERVER");
+    body.AppendText<std::uint8_t>("");  // Procedure.
+    body.Append(std::uint32_t{1});      // Line.
+    return Token(token, body.bytes_);
+  }
 
   std::string bytes_;
   std::vector<Type> types_;  // Of the columns of the result being written.
@@ -51,7 +138,7 @@ class TdsServer {
  public:
   /// What a client says about itself, decoded from its LOGIN7 message.
   struct Login {
-    std::string workstation, user, password, application, server, database;
+    std::string user, password, server, database;
   };
   /// No answer until the client gives up; in the place of one the connection's end, or its reset.
   struct Silence {};
@@ -61,10 +148,31 @@ class TdsServer {
   /// The answer to a statement; called on the server's own thread.
   using Script = std::function<Answer(const std::string& statement)>;
 
-  /// `address` is an address of the loopback interface.
+  /// `host` is an address of the loopback interface.
   explicit TdsServer(Script script, std::optional<TdsReply> login_refusal = std::nullopt,
-                     const std::string& address = "127.0.0.1");
-  ~TdsServer();
+                     const std::string& host = "127.0.0.1")
+      : script_(std::move(script)), login_refusal_(std::move(login_refusal)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    inet_pton(AF_INET, host.c_str(), &address.sin_addr);
+    socklen_t size = sizeof address;
+    auto* const name = reinterpret_cast<sockaddr*>(&address);
+    if (bind(listener_, name, size) != 0 || listen(listener_, 4) != 0 ||
+        getsockname(listener_, name, &size) != 0) {
+      close(listener_);
+      throw std::runtime_error("no server socket");
+    }
+    port_ = ntohs(address.sin_port);
+    thread_ = std::thread([this] { Serve(); });
+  }
+
+  ~TdsServer() {
+    stopping_ = true;
+    shutdown(listener_, SHUT_RDWR);
+    if (const int client = client_; client >= 0) shutdown(client, SHUT_RDWR);
+    thread_.join();
+    close(listener_);
+  }
 
   int port() const { return port_; }
   /// The logins and the statements that came so far, in their order.
@@ -82,16 +190,104 @@ class TdsServer {
     const std::lock_guard lock(mutex_);
     notes.push_back(note);
   }
-  void Serve();
-  void ServeClient();
-  bool Receive(std::uint8_t& type, std::string& message) const;
-  void Send(const std::string& message) const;
+
+  static size_t Byte(std::string_view bytes, size_t at) {
+    return static_cast<std::uint8_t>(bytes.at(at));
+  }
+  static size_t Word(std::string_view bytes, size_t at) {
+    return Byte(bytes, at) | Byte(bytes, at + 1) << 8;
+  }
+
+  static std::string FromUtf16(std::string_view bytes) {
+    std::u16string units(bytes.size() / 2, u'\0');
+    std::memcpy(units.data(), bytes.data(), 2 * units.size());
+    return text::Utf16ToUtf8(units);
+  }
+
+  static Login DecodeLogin(std::string_view message) {
+    const auto bytes_at = [&](size_t entry) {
+      return std::string(message.substr(Word(message, entry), 2 * Word(message, entry + 2)));
+    };
+    // The password's bytes travel inverted by 0xA5, their halves swapped.
+    std::string password = bytes_at(44);
+    for (char& c : password) {
+      const auto byte = static_cast<std::uint8_t>(static_cast<std::uint8_t>(c) ^ 0xA5U);
+      c = static_cast<char>(byte << 4 | byte >> 4);
+    }
+    return {FromUtf16(bytes_at(40)), FromUtf16(password), FromUtf16(bytes_at(52)),
+            FromUtf16(bytes_at(68))};
+  }
+
+  void Serve() {
+    for (;;) {
+      const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+      if (client < 0) return;
+      client_ = client;
+      if (!stopping_) ServeClient();
+      client_ = -1;
+      close(client);
+    }
+  }
+
+  void ServeClient() {
+    constexpr std::uint8_t kAttention = 6, kLogin7 = 16, kPreLogin = 18;
+    std::uint8_t type = 0;
+    std::string message;
+    while (Receive(type, message)) {
+      if (type == kPreLogin) {
+        // Version and encryption (2: there is none), each its place and length; then their values.
+        Send(std::string("\0\0\x0B\0\x06\1\0\x11\0\1\xFF\x10\0\3\xE8\0\0\2", 18));
+      } else if (type == kLogin7) {
+        Note(logins_, DecodeLogin(message));
+        Send((login_refusal_ ? *login_refusal_ : TdsReply().LoginAccepted()).bytes());
+        if (login_refusal_) return;
+      } else if (type == kAttention) {
+        Send(TdsReply().End(0x20, 0).bytes());
+      } else if (!AnswerBatch(message)) {
+        return;
+      }
+    }
+  }
+
   // Whether the connection goes on.
-  bool AnswerBatch(const std::string& message);
+  bool AnswerBatch(const std::string& message) {
+    const std::string statement = FromUtf16(std::string_view(message).substr(Word(message, 0)));
+    Note(statements_, statement);
+    const Answer answer = script_(statement);
+    if (const auto* reply = std::get_if<TdsReply>(&answer)) Send(reply->bytes());
+    if (std::holds_alternative<Reset>(answer)) {
+      const linger at_once{1, 0};
+      setsockopt(client_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+      return false;
+    }
+    return !std::holds_alternative<HangUp>(answer);
+  }
+
+  bool Receive(std::uint8_t& type, std::string& message) const {
+    message.clear();
+    for (bool last = false; !last;) {
+      std::string header(8, '\0');
+      if (recv(client_, header.data(), header.size(), MSG_WAITALL) != 8) return false;
+      type = static_cast<std::uint8_t>(header[0]);
+      last = (header[1] & 1) != 0;
+      std::string body((Byte(header, 2) << 8 | Byte(header, 3)) - header.size(), '\0');
+      const auto size = static_cast<ssize_t>(body.size());
+      if (size > 0 && recv(client_, body.data(), body.size(), MSG_WAITALL) != size) return false;
+      message += body;
+    }
+    return true;
+  }
+
+  void Send(const std::string& message) const {
+    const size_t size = message.size() + 8;  // In one packet: scripts are short.
+    std::string packet{4, 1, static_cast<char>(size >> 8), static_cast<char>(size & 0xFF)};
+    packet += std::string("\0\0\1\0", 4) + message;
+    send(client_, packet.data(), packet.size(), MSG_NOSIGNAL);
+  }
 
   Script script_;
   std::optional<TdsReply> login_refusal_;
-  int listener_ = -1;
+  int listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   int port_ = 0;
   std::atomic<bool> stopping_ = false;
   std::atomic<int> client_ = -1;
