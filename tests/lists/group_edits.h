@@ -24,14 +24,6 @@ struct Group {
   int start;
   int end;
   bool enabled;
-
-  bool Overlaps(int from, int to) const { return enabled && start <= to && from <= end; }
-  /// Of two groups that hold an address, whether this one gets it.
-  bool Beats(const Group& other) const {
-    const int size = end - start;
-    const int other_size = other.end - other.start;
-    return size != other_size ? size < other_size : id > other.id;
-  }
 };
 
 /// Stores groups and does to their list what a user would; a group is named by its first address.

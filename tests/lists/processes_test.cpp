@@ -27,36 +27,6 @@ namespace {
 constexpr int kPorts = 60;
 constexpr char kKey[] = "HKEY_LOCAL_MACHINE\\Software\\Test";
 
-// A program of its own over the folder's database.
-class Program {
- public:
-  explicit Program(const std::filesystem::path& folder)
-      : database_(files_, folder, ado::InstalledDrivers(folder)) {
-    if (!database_.OpenDatabase()) throw std::runtime_error(database_.LastError());
-    ports.Refresh();
-  }
-
-  // Whether each port is enabled, in their order.
-  std::vector<bool> Enabled() const {
-    std::vector<bool> enabled;
-    for (int row = Grid::kFixedRows; row < ports.Table().Rows(); ++row) {
-      enabled.push_back(ports.Table().Check(row, 0) == CheckState::kChecked);
-    }
-    return enabled;
-  }
-
- private:
-  DiskFiles files_;
-  FlowDatabase database_;
-  test::FixedClock clock_;
-  test::ScriptedMessageBox messages_;
-  test::FakeListHost host_;
-  text::UserLocale locale_{"C"};
-
- public:
-  PortList ports{{database_, host_, messages_, clock_, locale_}, [] { return std::nullopt; }};
-};
-
 class ProcessesTest : public testing::Test {
  protected:
   ProcessesTest() {
@@ -101,14 +71,43 @@ class ProcessesTest : public testing::Test {
     kill(process, SIGKILL);
     End(process);
   }
-  // Toggles every row whose number leaves `rest` when divided by `step`, and saves.
+  // A program of its own: toggles every row whose number leaves `rest` when divided by `step`, and
+  // saves.
   void Toggle(int step, int rest, const std::function<void()>& ready) const {
-    Program program(folder_.path());
+    DiskFiles files;
+    FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
+    test::FixedClock clock;
+    test::ScriptedMessageBox messages;
+    test::FakeListHost host;
+    const text::UserLocale locale("C");
+    PortList ports({database, host, messages, clock, locale}, [] { return std::nullopt; });
+    if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
     for (int row = Grid::kFixedRows; row <= kPorts; ++row) {
-      if (row % step == rest) program.ports.OnClick(row, 0);
+      if (row % step == rest) ports.OnClick(row, 0);
     }
     ready();
-    program.ports.Sync();
+    ports.Sync();
+  }
+  // A column of a query, read by a program of its own.
+  std::vector<std::string> Query(std::string_view query, std::string_view column) const {
+    DiskFiles files;
+    FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
+    const auto rows = database.OpenRecordset(query);
+    if (!rows) throw std::runtime_error(database.LastError());
+    std::vector<std::string> values;
+    for (; !rows->Eof(); rows->MoveNext()) {
+      values.push_back(ado::ToText(rows->Fields(column).Value()));
+    }
+    return values;
+  }
+  // Whether each port is enabled, in their order.
+  std::vector<bool> Enabled() const {
+    std::vector<bool> enabled;
+    for (const std::string& value :
+         Query("Select Enabled+0 As Checked From ServicePorts Order By Port", "Checked")) {
+      enabled.push_back(value == "1");
+    }
+    return enabled;
   }
 
   test::TemporaryFolder folder_;
@@ -117,7 +116,7 @@ class ProcessesTest : public testing::Test {
 
 TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
   const auto save = [this](const auto& ready) { Toggle(1, 0, ready); };
-  std::vector<bool> before = Program(folder_.path()).Enabled();
+  std::vector<bool> before = Enabled();
   const auto start = std::chrono::steady_clock::now();
   ASSERT_EQ(End(Start(save)), 0);
   const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(
@@ -127,7 +126,7 @@ TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
   int cut_short = 0;
   for (int round = 0; round < 60; ++round) {
     KillWithin(Start(save), duration);
-    const std::vector<bool> after = Program(folder_.path()).Enabled();
+    const std::vector<bool> after = Enabled();
     ASSERT_EQ(after.size(), before.size());
     std::size_t written = 0;
     while (written < after.size() && after[written] != before[written]) ++written;
@@ -138,11 +137,7 @@ TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
     before = after;
   }
   EXPECT_GT(cut_short, 0) << "no kill came in the middle of a save";
-  DiskFiles files;
-  FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
-  const auto check = database.OpenRecordset("pragma integrity_check");
-  ASSERT_NE(check, nullptr) << database.LastError();
-  EXPECT_EQ(ado::ToText(check->Fields("integrity_check").Value()), "ok");
+  EXPECT_EQ(Query("pragma integrity_check", "integrity_check").at(0), "ok");
 }
 
 TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
@@ -171,7 +166,7 @@ TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
 
 TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
   for (int round = 0; round < 25; ++round) {
-    const std::vector<bool> before = Program(folder_.path()).Enabled();
+    const std::vector<bool> before = Enabled();
     std::vector<pid_t> processes;
     for (int number = 0; number < 2; ++number) {
       processes.push_back(Start([&](const auto& ready) {
@@ -187,7 +182,7 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
     for (const pid_t process : processes) ASSERT_EQ(End(process), 0);
     std::vector<bool> expected = before;
     expected.flip();
-    EXPECT_EQ(Program(folder_.path()).Enabled(), expected);
+    EXPECT_EQ(Enabled(), expected);
   }
 }
 
