@@ -14,7 +14,7 @@
 namespace quillan {
 namespace {
 
-constexpr int kMostDigits = 6;  // What the box shows at once.
+constexpr qsizetype kBoxDigits = 12;  // Room for any port with something to spare.
 constexpr int kHighestPort = 65535;
 
 // A message shows no more of a long entry than this.
@@ -27,7 +27,7 @@ QString Quoted(const QString& text) {
 // What is to be pointed out about an entry: that it is not a port, or that another number will be
 // stored; empty for an ordinary port.
 QString Note(const QString& text) {
-  const QString not_a_port = ServicePage::tr("Not a number from 1 to %1.").arg(kHighestPort);
+  QString not_a_port = ServicePage::tr("Not a number from 1 to %1.").arg(kHighestPort);
   const auto number = text::ReadLeadingWhole(ToUtf8(text));
   if (!number) return not_a_port;
   const int stored = std::max(*number, 1);
@@ -60,7 +60,7 @@ ServicePage::ServicePage(Settings& settings, MessageBox& messages, QWidget* pare
   listen_port_->setAccessibleName(tr("NetFlow listening port"));
   listen_port_->setMaxLength(std::numeric_limits<int>::max());
   listen_port_->setFixedWidth(
-      listen_port_->fontMetrics().horizontalAdvance(QString(2 * kMostDigits, QLatin1Char('0'))));
+      listen_port_->fontMetrics().horizontalAdvance(QString(kBoxDigits, QLatin1Char('0'))));
   prompt->setBuddy(listen_port_);
   note_ = NewParagraph(QString(), frame);
   note_->setObjectName(QStringLiteral("ListenPortNote"));

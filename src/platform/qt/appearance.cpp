@@ -97,7 +97,8 @@ void InstallAppearance() {
   font.setPixelSize(FontPixels());
   QFont::insertSubstitution(QStringLiteral("Tahoma"), font.family());
   QApplication::setFont(font);
-  QApplication::setStyle(new ProgramStyle);
+  // The application owns its style.
+  QApplication::setStyle(new ProgramStyle);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   QApplication::setPalette(LightPalette());
 }
 

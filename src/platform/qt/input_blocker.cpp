@@ -42,21 +42,21 @@ bool Belongs(const QObject* watched, const QWidget& widget) {
 }  // namespace
 
 InputBlocker::InputBlocker(QWidget* exempt)
-    : outermost_(!active_), exempt_(exempt), modal_(QApplication::activeModalWidget()) {
+    : outermost_(!active), exempt_(exempt), modal_(QApplication::activeModalWidget()) {
   if (!outermost_) return;
-  active_ = true;
+  active = true;
   qApp->installEventFilter(this);
 }
 
 InputBlocker::~InputBlocker() {
   if (!outermost_) return;
   QCoreApplication::processEvents();
-  active_ = false;
+  active = false;
 }
 
 void InputBlocker::ProcessEvents() {
   if (qApp == nullptr) return;
-  if (active_) {
+  if (active) {
     QCoreApplication::processEvents();
   } else {
     const InputBlocker blocker;

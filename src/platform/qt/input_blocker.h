@@ -27,7 +27,7 @@ class InputBlocker final : public QObject {
  private:
   bool Takes(const QObject* watched, const QEvent& event) const;
 
-  static inline bool active_ = false;
+  static inline bool active = false;
 
   const bool outermost_;
   QPointer<QWidget> exempt_;

@@ -23,7 +23,7 @@ constexpr int kFirstSecond = 1000;
 QString FindOpener() {
   for (const char* name :
        {"xdg-open", "x-www-browser", "sensible-browser", "firefox", "chromium"}) {
-    const QString program = QStandardPaths::findExecutable(QLatin1String(name));
+    QString program = QStandardPaths::findExecutable(QLatin1String(name));
     if (!program.isEmpty()) return program;
   }
   return {};
