@@ -1,6 +1,7 @@
 #include "platform/qt/appearance.h"
 
 #include <algorithm>
+#include <memory>
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -97,8 +98,7 @@ void InstallAppearance() {
   font.setPixelSize(FontPixels());
   QFont::insertSubstitution(QStringLiteral("Tahoma"), font.family());
   QApplication::setFont(font);
-  // The application owns its style.
-  QApplication::setStyle(new ProgramStyle);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+  QApplication::setStyle(std::make_unique<ProgramStyle>().release());  // The application owns it.
   QApplication::setPalette(LightPalette());
 }
 

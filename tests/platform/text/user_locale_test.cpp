@@ -65,9 +65,9 @@ TEST(UserLocaleTest, EveryLocaleReadsItsOwnDateTimesBack) {
     if (!entry.is_directory() || !IsInstalled(name.c_str())) continue;
     ++locales;
     const UserLocale locale{name};
-    for (unsigned month = 1; month <= 12; ++month) {
+    for (int month = 1; month <= 12; ++month) {
       for (const int year : {1931, 2007, 2150}) {
-        const DateTime day{local_days{std::chrono::year(year) / month / (month + 9)}};
+        const DateTime day{local_days{std::chrono::year{year} / month / (month + 9)}};
         for (const int seconds : {0, 9, 3600, 12 * 3600 + 600, 23 * 3600 + 59 * 60 + 50}) {
           const DateTime value = day + std::chrono::seconds{seconds};
           const std::string text = locale.GeneralDateText(value);
