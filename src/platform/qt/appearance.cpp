@@ -1,7 +1,6 @@
 #include "platform/qt/appearance.h"
 
 #include <algorithm>
-#include <memory>
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -98,8 +97,11 @@ void InstallAppearance() {
   font.setPixelSize(FontPixels());
   QFont::insertSubstitution(QStringLiteral("Tahoma"), font.family());
   QApplication::setFont(font);
-  QApplication::setStyle(std::make_unique<ProgramStyle>().release());  // The application owns it.
+  // The application owns its style.
+  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks)
+  QApplication::setStyle(new ProgramStyle);
   QApplication::setPalette(LightPalette());
+  // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
 }  // namespace quillan
