@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <system_error>
 
 #include "platform/text/ascii.h"
@@ -22,7 +23,7 @@ auto Repeat(Call call) {
   return result;
 }
 
-[[noreturn]] void Fail(int error) { throw FileError(std::generic_category().message(error)); }
+[[noreturn]] void Fail(int error) { throw FileError(std::strerror(error)); }
 
 }  // namespace
 
