@@ -39,7 +39,7 @@ class CloseWindowsPlugin final : public QGenericPlugin {
   Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "close_windows.json")
 
  public:
-  QObject* create(const QString& /*key*/, const QString& /*specification*/) override {
+  QObject* create(const QString& /*key*/, const QString& /*name*/) override {
     auto* closer = new WindowCloser;  // Qt deletes what a plugin creates.
     qApp->installEventFilter(closer);
     return closer;

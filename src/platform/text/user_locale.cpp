@@ -193,8 +193,8 @@ void UserLocale::SetReadableFormats() {
                                   std::string("%H:%M:%S"), std::string("%H:%M")}) {
     readable_formats_.push_back(date_format_ + " " + time);
   }
-  for (const char* iso :
-       {"%Y-%m-%d", "%Y-%m-%dT%H:%M:%S", "%Y-%m-%dT%H:%M", "%Y-%m-%d %H:%M:%S", "%Y-%m-%d %H:%M"}) {
+  for (const char* iso : {"%Y-%m-%d", "%Y-%m-%dT%H:%M:%S", "%Y-%m-%dT%H:%M", "%Y-%m-%dt%H:%M:%S",
+                          "%Y-%m-%dt%H:%M", "%Y-%m-%d %H:%M:%S", "%Y-%m-%d %H:%M"}) {
     readable_formats_.emplace_back(iso);
   }
 }
