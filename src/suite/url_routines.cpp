@@ -171,7 +171,7 @@ std::string Compose(const UrlParts& parts) {
       address += '@';
     }
     const bool bare_ipv6 = std::count(parts.host_name.begin(), parts.host_name.end(), ':') > 1 &&
-                           !parts.host_name.starts_with('[');
+                           parts.host_name.find_first_of("[]") == std::string::npos;
     if (bare_ipv6) address += '[';
     AppendEscaped(parts.host_name, kEndsHost, false, address);
     if (bare_ipv6) address += ']';
