@@ -7,6 +7,7 @@ namespace quillan {
 namespace {
 
 constexpr int kDelayMilliseconds = 500;
+constexpr int kRepaintMilliseconds = 50;
 
 }  // namespace
 
@@ -53,11 +54,25 @@ void SaveProgress::ShowNow() {
   stop_.setVisible(true);
 }
 
-bool SaveProgress::OnProgress(int done, int total) {
-  text_ = tr("%1, %2 of %3")
-              .arg(step_, ToQString(locale_.GroupedNumber(done)),
-                   ToQString(locale_.GroupedNumber(total)));
+void SaveProgress::ShowCount(size_t done, size_t total) {
+  const auto number = [&](size_t count) {
+    return ToQString(locale_.GroupedNumber(static_cast<std::int64_t>(count)));
+  };
+  text_ = tr("%1, %2 of %3").arg(step_, number(done), number(total));
   if (stop_.isVisible() && !stopped_) status_.ShowProgress(text_);
+}
+
+bool SaveProgress::OnProgress(int done, int total) {
+  ShowCount(static_cast<size_t>(done), static_cast<size_t>(total));
+  return !stopped_;
+}
+
+// Rows are read from memory: no call of the session repaints the window meanwhile.
+bool SaveProgress::OnRowsRead(size_t done, size_t total) {
+  ShowCount(done, total);
+  if (repainted_.isValid() && repainted_.elapsed() < kRepaintMilliseconds) return !stopped_;
+  InputBlocker::ProcessEvents();
+  repainted_.start();
   return !stopped_;
 }
 

@@ -47,6 +47,7 @@ class SaveProgress final : public QObject, public ListHost {
   void ShowBusyPointer() override;
   void ShowDefaultPointer() override;
   bool OnProgress(int done, int total) override;
+  bool OnRowsRead(size_t done, size_t total) override;
   bool OnTimeout(const std::string& message) override;
 
  private:
@@ -54,6 +55,7 @@ class SaveProgress final : public QObject, public ListHost {
   void End();
   void OnStop();
   void ShowNow();
+  void ShowCount(size_t done, size_t total);
 
   QWidget& window_;
   SaveStatus& status_;
@@ -64,6 +66,7 @@ class SaveProgress final : public QObject, public ListHost {
 
   std::unique_ptr<InputBlocker> blocker_;
   QTimer delay_;
+  QElapsedTimer repainted_;
   QString step_;
   QString text_;
   int depth_ = 0;

@@ -1,5 +1,6 @@
 #include "lists/checkable_list.h"
 
+#include <stdexcept>
 #include <unordered_map>
 #include <utility>
 
@@ -7,6 +8,12 @@
 #include "platform/text/ascii.h"
 
 namespace quillan {
+namespace {
+
+// Some milliseconds of work.
+constexpr size_t kRowsOfProgress = 8192;
+
+}  // namespace
 
 CheckableList::CheckableList(const ListDescription& description, const ListServices& services)
     : description_(description), services_(services) {
@@ -64,7 +71,7 @@ bool CheckableList::LoadOver(std::vector<KeptRow> kept) {
     return false;
   }
   try {
-    LoadRows(*rows, grid_);
+    LoadRows(*rows);
   } catch (const std::exception& failure) {
     // A part of the rows would look like all of them.
     InitGrid();
@@ -82,18 +89,32 @@ bool CheckableList::LoadOver(std::vector<KeptRow> kept) {
   return true;
 }
 
-void CheckableList::LoadRows(ado::Recordset& rows, Grid& grid) {
-  const Grid::Batch batch(grid);
+std::vector<ado::Field> CheckableList::LoadedFields(ado::Recordset& rows) const {
   std::vector<ado::Field> fields;
   for (const ListColumn& column : description_.columns) {
     fields.push_back(rows.Fields(column.field));
   }
   if (!description_.system_field.empty()) fields.push_back(rows.Fields(description_.system_field));
-  for (; !rows.Eof(); rows.MoveNext()) LoadRow(rows, fields, grid);
+  return fields;
 }
 
-void CheckableList::LoadRow(ado::Recordset& rows, std::vector<ado::Field>& fields, Grid& grid) {
-  const int row = grid.AppendRow();
+void CheckableList::LoadRows(ado::Recordset& rows) {
+  const Grid::Batch batch(grid_);
+  const std::vector<ado::Field> fields = LoadedFields(rows);
+  for (size_t done = 0; !rows.Eof(); rows.MoveNext()) {
+    LoadRow(rows, fields, grid_, grid_.AppendRow());
+    NoteRowRead(++done, rows);
+  }
+}
+
+void CheckableList::NoteRowRead(size_t done, const ado::Recordset& rows) {
+  if (done % kRowsOfProgress == 0 && !services_.host.OnRowsRead(done, rows.RowCount())) {
+    throw std::runtime_error("The rows were not read: loading was stopped.");
+  }
+}
+
+void CheckableList::LoadRow(ado::Recordset& rows, const std::vector<ado::Field>& fields, Grid& grid,
+                            int row) {
   const bool checked = ado::ToBoolean(fields[0].Value());
   const CheckState check = checked ? CheckState::kChecked : CheckState::kUnchecked;
   grid.SetCheck(row, 0, check);

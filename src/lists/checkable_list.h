@@ -149,8 +149,10 @@ class CheckableList : public GridListener {
   class Save;
 
   void LayOut(Grid& grid) const;
-  void LoadRows(ado::Recordset& rows, Grid& grid);
-  void LoadRow(ado::Recordset& rows, std::vector<ado::Field>& fields, Grid& grid);
+  std::vector<ado::Field> LoadedFields(ado::Recordset& rows) const;
+  void LoadRows(ado::Recordset& rows);
+  void LoadRow(ado::Recordset& rows, const std::vector<ado::Field>& fields, Grid& grid, int row);
+  void NoteRowRead(size_t done, const ado::Recordset& rows);
   bool LoadOver(std::vector<KeptRow> kept);
   static void SetSystem(Grid& grid, int row, bool system);
   void SetRowColor(int row, Color color);

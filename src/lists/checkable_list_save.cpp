@@ -213,13 +213,15 @@ bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
   if (!kept_.empty() && !saved_ && !Reload()) return false;
   const auto rows = services_.database.OpenRecordset(description_.query);
   if (!rows) return false;
+  // Holds one stored row at a time.
   Grid stored;
   LayOut(stored);
-  LoadRows(*rows, stored);
+  const Grid::Batch batch(stored);
+  const int stored_row = stored.AppendRow();
 
   const int editable = description_.editable_column;
   const size_t first = conflicts.size();
-  const auto add = [&](ConflictKind kind, int row, int stored_row) {
+  const auto add = [&](ConflictKind kind, int row) {
     const RowState state = State(row);
     Conflict& conflict = conflicts.emplace_back();
     conflict.kind = kind;
@@ -230,30 +232,37 @@ bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
       if (editable != 0) conflict.loaded += ", " + LoadedText(row);
     }
     conflict.ours = state == RowState::kDeleted ? "to be deleted" : ValuesText(grid_, row);
-    if (stored_row == 0) return;
+    if (kind == ConflictKind::kGone) return;
     conflict.theirs = ValuesText(stored, stored_row);
     if (kind == ConflictKind::kNested) conflict.theirs += " (" + RowName(stored, stored_row) + ")";
     conflict.stored = stored.RowData(stored_row);
     if (editable != 0) conflict.stored_text = stored.Text(stored_row, editable);
   };
 
-  std::unordered_multimap<std::string, int> pending;
+  struct PendingKey {
+    int row;
+    bool found = false;
+  };
+  std::unordered_multimap<std::string, PendingKey> pending;
   std::unordered_set<std::string> known;
-  bool adds = false;
+  std::vector<int> new_rows;
+  pending.reserve(static_cast<size_t>(pending_count_));
   for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
-    if (State(row) != RowState::kUnchanged) pending.emplace(Key(grid_, row), row);
-    adds |= State(row) == RowState::kNew;
+    if (State(row) != RowState::kUnchanged) pending.emplace(Key(grid_, row), PendingKey{row});
+    if (State(row) == RowState::kNew) new_rows.push_back(row);
   }
-  for (int row = Grid::kFixedRows; adds && row < grid_.Rows(); ++row) {
+  for (int row = Grid::kFixedRows; !new_rows.empty() && row < grid_.Rows(); ++row) {
     if (State(row) != RowState::kNew) known.insert(Key(grid_, row));
   }
-  for (int stored_row = Grid::kFixedRows; stored_row < stored.Rows(); ++stored_row) {
+  const std::vector<ado::Field> fields = LoadedFields(*rows);
+  for (size_t done = 0; !rows->Eof(); rows->MoveNext()) {
+    LoadRow(*rows, fields, stored, stored_row);
+    NoteRowRead(++done, *rows);
     const std::string key = Key(stored, stored_row);
     const auto [begin, end] = pending.equal_range(key);
-    std::unordered_set<int> same;
     for (auto match = begin; match != end; ++match) {
-      const int row = match->second;
-      same.insert(row);
+      const int row = match->second.row;
+      match->second.found = true;
       const RowState state = State(row);
       const std::string_view text = editable != 0 ? stored.Text(stored_row, editable) : "";
       const bool as_loaded =
@@ -262,23 +271,21 @@ bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
                            stored.Check(stored_row, 0) == grid_.Check(row, 0) &&
                            (editable == 0 || text == grid_.Text(row, editable));
       if (state == RowState::kNew) {
-        add(ConflictKind::kTaken, row, stored_row);
+        add(ConflictKind::kTaken, row);
       } else if (!as_loaded && !as_ours) {
-        add(ConflictKind::kChanged, row, stored_row);
+        add(ConflictKind::kChanged, row);
       }
     }
-    pending.erase(begin, end);
-    if (!adds || known.contains(key)) continue;
+    if (new_rows.empty() || known.contains(key)) continue;
     // Only somebody else's rows can be nested with ours: the add dialogs refuse the others.
-    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
-      if (State(row) == RowState::kNew && !same.contains(row) &&
-          IsNested(row, stored, stored_row)) {
-        add(ConflictKind::kNested, row, stored_row);
-      }
+    for (const int row : new_rows) {
+      const bool same_key =
+          std::any_of(begin, end, [&](const auto& match) { return match.second.row == row; });
+      if (!same_key && IsNested(row, stored, stored_row)) add(ConflictKind::kNested, row);
     }
   }
-  for (const auto& [key, row] : pending) {
-    if (State(row) == RowState::kChanged) add(ConflictKind::kGone, row, 0);
+  for (const auto& [key, entry] : pending) {
+    if (!entry.found && State(entry.row) == RowState::kChanged) add(ConflictKind::kGone, entry.row);
   }
   std::sort(conflicts.begin() + static_cast<std::ptrdiff_t>(first), conflicts.end(),
             [](const Conflict& a, const Conflict& b) { return a.row < b.row; });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace quillan {
@@ -14,6 +15,8 @@ class ListHost {
   virtual void ShowDefaultPointer() {}
   /// A save has written `done` of `total` rows; false stops it before the next one.
   virtual bool OnProgress(int /*done*/, int /*total*/) { return true; }
+  /// A load, or the query before a save, has gone through `done` of `total` rows; false stops it.
+  virtual bool OnRowsRead(size_t /*done*/, size_t /*total*/) { return true; }
   /// The first time-out of a save expired; false stops it before the next row.
   virtual bool OnTimeout(const std::string& /*message*/) { return true; }
 };

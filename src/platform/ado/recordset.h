@@ -46,6 +46,9 @@ class Recordset {
   bool Eof() const { return !appending_ && position_ >= rows_.row_count(); }
   void MoveNext();
 
+  /// How many rows there are, wherever the current position is.
+  size_t RowCount() const { return rows_.row_count(); }
+
   /// The column named `name`, without regard to case.
   Field Fields(std::string_view name) { return {*this, Index(name)}; }
   /// The names of the columns, in the order of the query.
