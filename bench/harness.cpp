@@ -125,9 +125,11 @@ void ExpectSame(const std::string& ours, const std::string& yardstick) {
 }
 
 int Main(int count, char** arguments) {
-  if (count > 1 && std::string_view(arguments[1]) == "--short") {
-    short_mode = true;
-    std::rotate(arguments + 1, arguments + 2, arguments + count--);
+  bool large = false;
+  if (count > 1) {
+    short_mode = std::string_view(arguments[1]) == "--short";
+    large = std::string_view(arguments[1]) == "--large";
+    if (short_mode || large) std::rotate(arguments + 1, arguments + 2, arguments + count--);
   }
   benchmark::Initialize(&count, arguments);
   if (benchmark::ReportUnrecognizedArguments(count, arguments)) return 2;
@@ -139,12 +141,17 @@ int Main(int count, char** arguments) {
   setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
   const QApplication application(count, arguments);
   InstallAppearance();
-  AddLoadRows();
-  AddSaveRows();
-  AddListRows();
-  AddAddressRows();
-  AddStartUpRows();
-  AddScrollRows();
+  if (large) {
+    AddLargeRows();
+  } else {
+    AddLoadRows();
+    AddSaveRows();
+    AddListRows();
+    AddAddressRows();
+    AddProcessRows();
+    AddScrollRows();
+    AddWindowRows();
+  }
   Reporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   return reporter.failed() ? 1 : 0;

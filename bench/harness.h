@@ -75,7 +75,10 @@ void AddLoadRows();
 void AddSaveRows();
 void AddListRows();
 void AddAddressRows();
-void AddStartUpRows();
+void AddProcessRows();
 void AddScrollRows();
+void AddWindowRows();
+/// Rows of ten times the usual size, which are run only when they are asked for.
+void AddLargeRows();
 
 }  // namespace quillan::bench

@@ -128,11 +128,34 @@ SaveWork Regroup(std::size_t endpoints) {
           &ToggleWidestTwice, &DescribeEndpoints};
 }
 
+// --- The query before a save -------------------------------------------------------------------
+
+// Looks for conflicts of a hundred changed rows with others' changes. Yardstick: a load.
+Comparison CompareConflictQuery(std::size_t size) {
+  const auto ours = std::make_shared<LoadedList>(Ports(size), &Program::PortList);
+  const auto loaded = std::make_shared<LoadedList>(Ports(size), &Program::PortList);
+  for (std::size_t row = Grid::kFixedRows; row <= size; row += size / 100) {
+    ours->list->OnClick(static_cast<int>(row), 0);
+  }
+  const auto rows = [](const CheckableList& list) { return std::to_string(list.Table().Rows()); };
+  return {{nullptr,
+           [=] {
+             std::vector<Conflict> conflicts;
+             if (!ours->list->FindConflicts(conflicts) || !conflicts.empty()) {
+               throw std::runtime_error("the stored rows are not as they were loaded");
+             }
+           },
+           [=] { return rows(*ours->list); }},
+          {nullptr, [=] { loaded->list->Refresh(); }, [=] { return rows(*loaded->list); }}};
+}
+
 }  // namespace
 
 void AddSaveRows() {
   AddSaveRow("save changed ports", &Ports, &Program::PortList);
   AddSaveRow("save changed interfaces", &Interfaces, &Program::InterfaceList);
+  AddTimedRow({"query before a save of ports", 1, {{60000, 21}, {6000, 61}, {600, 201}}, 600},
+              &CompareConflictQuery);
   AddTimedRow(
       {"regroup 64 groups, endpoints", 1.05, {{2000000, 3}, {200000, 7}, {20000, 21}}, 5000},
       [](std::size_t size) {

@@ -7,12 +7,13 @@
 #include "lists/interfaces_list.h"
 #include "lists/port_list.h"
 #include "platform/ado/drivers.h"
+#include "platform/qt/worker_driver.h"
 
 namespace quillan::bench {
 namespace {
 
 ado::DriverFactory Drivers(const SuiteFolder& folder, test::DriverScript* script) {
-  ado::DriverFactory drivers = ado::InstalledDrivers(folder.program());
+  ado::DriverFactory drivers = OnWorkerThread(ado::InstalledDrivers(folder.program()));
   return script != nullptr ? script->Wrap(std::move(drivers)) : drivers;
 }
 
@@ -55,6 +56,18 @@ std::unique_ptr<CheckableList> Program::GroupList() {
 
 std::unique_ptr<CheckableList> Program::InterfaceList() {
   return std::make_unique<InterfacesList>(Services());
+}
+
+std::unique_ptr<SettingsForm> Program::Dialog() {
+  return std::make_unique<SettingsForm>(SettingsFormServices{.settings = settings_,
+                                                             .database = database_,
+                                                             .files = files_,
+                                                             .desktop = desktop_,
+                                                             .messages = messages_,
+                                                             .clock = clock_,
+                                                             .locale = locale_,
+                                                             .help_file = {},
+                                                             .end_program = [] {}});
 }
 
 std::string Describe(const Grid& grid) {

@@ -5,6 +5,7 @@
 
 #include "bench/suite_data.h"
 #include "db/flow_database.h"
+#include "dialog/settings_form.h"
 #include "lists/checkable_list.h"
 #include "platform/text/user_locale.h"
 #include "settings/settings.h"
@@ -29,7 +30,8 @@ class SuiteFolder {
   test::TemporaryFolder folder_;
 };
 
-/// The program without windows over a folder: an open session, settings, and the lists.
+/// The program over a folder: an open session, whose calls run on a worker thread, settings, the
+/// lists, and the dialog.
 class Program {
  public:
   /// `script`, if any, records what the session runs.
@@ -39,6 +41,7 @@ class Program {
   std::unique_ptr<CheckableList> PortList();
   std::unique_ptr<CheckableList> GroupList();
   std::unique_ptr<CheckableList> InterfaceList();
+  std::unique_ptr<SettingsForm> Dialog();
 
  private:
   ListServices Services();

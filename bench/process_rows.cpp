@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 
 #include "bench/harness.h"
+#include "bench/suite.h"
 #include "support/temporary_folder.h"
 
 namespace quillan::bench {
@@ -47,9 +49,44 @@ Side Starting(const std::shared_ptr<const Installation>& installation, std::stri
           [=, keep = installation] { return std::string("painted"); }};
 }
 
+// Two programs that print the same list, and what they printed.
+struct Listing {
+  explicit Listing(std::size_t size) : suite(Interfaces(size)) {}
+
+  void Run(const std::string& command) {
+    if (std::system((command + " >'" + output().string() + "'").c_str()) != 0) {
+      throw std::runtime_error(command + " failed");
+    }
+  }
+  std::string Result() const {
+    std::ifstream file(output(), std::ios::binary);
+    Checksum sum;
+    std::size_t lines = 0;
+    for (std::string line; std::getline(file, line); ++lines) sum.Add(line);
+    return std::to_string(lines) + " lines, sum " + sum.Text();
+  }
+  std::filesystem::path output() const { return suite.program() / "output.csv"; }
+
+  SuiteFolder suite;
+};
+
+// Yardstick: a program with a loop over the rows of the driver.
+Comparison CompareListing(std::size_t size) {
+  const auto listing = std::make_shared<Listing>(size);
+  const auto result = [=] { return listing->Result(); };
+  const std::string ours = "QUILLAN_HOME='" + listing->suite.program().string() + "' '" +
+                           Beside("quillanctl").string() + "' sources list --format csv";
+  const std::string plain =
+      "'" + Beside("plain_list").string() + "' '" + listing->suite.database().string() + "'";
+  return {{nullptr, [=] { listing->Run(ours); }, result},
+          {nullptr, [=] { listing->Run(plain); }, result}};
+}
+
 }  // namespace
 
-void AddStartUpRows() {
+void AddProcessRows() {
+  AddTimedRow({"quillanctl sources list", 1.5, {{1000000, 5}, {100000, 11}, {10000, 31}}, 1000},
+              &CompareListing, TimedBy::kWall);
   // Yardstick: a dialog with one tab, one label, one text box and one empty table.
   AddTimedRow(
       {"process start to first painted page", 1.3, {{1, 41}}, 1},
