@@ -30,7 +30,6 @@ void SaveProgress::Begin() {
   if (depth_++ > 0) return;
   stopped_ = false;
   asked_ = false;
-  step_.clear();
   text_.clear();
   blocker_ = std::make_unique<InputBlocker>(&stop_);
   delay_.start();

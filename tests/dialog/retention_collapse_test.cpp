@@ -18,12 +18,30 @@ class RetentionCollapseTest : public test::DialogTest {
 };
 
 TEST_F(RetentionCollapseTest, TextsFollowTheControls) {
+  struct Level {
+    int value;
+    const char* text;
+    int fallback;
+  };
+  constexpr std::array<Level, 3> kLevels = {{
+      {3, "3 hours into 15 minute intervals", 1},
+      {26, "1 days, 2 hours into 60 minute intervals", 24},
+      {5, "5 days into 24 hour intervals", 7},
+  }};
   Open();
-  Find<QScrollBar>("CollapseInterval_Scroll(2)")->setValue(26);
-  EXPECT_EQ(Find<QLabel>("CollapseLevel(2)")->text().toStdString(),
-            "Collapse statistics older than 1 days, 2 hours into 60 minute intervals");
+  const auto name = [](const char* control, size_t level) {
+    return std::string(control) + "(" + std::to_string(level + 1) + ")";
+  };
+  for (size_t i = 0; i < kLevels.size(); ++i) {
+    Find<QScrollBar>(name("CollapseInterval_Scroll", i).c_str())->setValue(kLevels[i].value);
+    EXPECT_EQ(Find<QLabel>(name("CollapseLevel", i).c_str())->text().toStdString(),
+              std::string("Collapse statistics older than ") + kLevels[i].text);
+  }
   Click("cmdRestoreCollapseDefaults");
-  EXPECT_EQ(Find<QScrollBar>("CollapseInterval_Scroll(2)")->value(), 24);
+  for (size_t i = 0; i < kLevels.size(); ++i) {
+    EXPECT_EQ(Find<QScrollBar>(name("CollapseInterval_Scroll", i).c_str())->value(),
+              kLevels[i].fallback);
+  }
 }
 
 TEST_F(RetentionCollapseTest, SwitchingALevelOffIsRefusedOrConfirmedByTheSave) {

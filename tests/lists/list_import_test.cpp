@@ -88,6 +88,8 @@ TEST_F(PortImportTest, LinesAreRefusedOneByOneWithAReason) {
                           "8: !The line has more fields than there are columns.",
                           "9: !Port number 7 already exists as other. Reload the list.",
                           "10: ~9000 back", "11: =8080 proxy", "12: !Line 11 has the same key."));
+  EXPECT_THAT(Verdicts(Plan("81,telnet" + std::string(1, '\0') + "over a secure line")),
+              ElementsAre("1: !The description holds a NUL character."));
   const ImportPlan broken = Plan("81,a\n82,\"b\n");
   EXPECT_THAT(broken.error, HasSubstr("Line 2: "));
   EXPECT_THAT(broken.lines, IsEmpty());

@@ -11,15 +11,17 @@ namespace {
 constexpr std::string_view kSeparators = "\t;,";
 
 // The byte-order mark that is missing from a text in UTF-16; empty when the text is not UTF-16.
+// Digits and separators have a zero in one of their two bytes; a stray NUL in other text is rare.
 std::string_view MissingUtf16Mark(std::string_view bytes) {
-  constexpr size_t kSample = 4096;
-  bool zero_at_even = false;
-  bool zero_at_odd = false;
-  for (size_t i = 0; i < std::min(bytes.size(), kSample); ++i) {
-    if (bytes[i] == '\0') (i % 2 == 0 ? zero_at_even : zero_at_odd) = true;
+  const std::string_view sample = bytes.substr(0, 4096);
+  size_t at_even = 0;
+  size_t at_odd = 0;
+  for (size_t i = 0; i < sample.size(); ++i) {
+    if (sample[i] == '\0') ++(i % 2 == 0 ? at_even : at_odd);
   }
-  if (zero_at_even == zero_at_odd) return {};
-  return zero_at_odd ? "\xFF\xFE" : "\xFE\xFF";
+  const bool both = at_even > 0 && at_odd > 0;
+  if (both || (at_even + at_odd) * 8 < sample.size() || sample.empty()) return {};
+  return at_odd > 0 ? "\xFF\xFE" : "\xFE\xFF";
 }
 
 bool EndsLine(char c) { return c == '\n' || c == '\r'; }

@@ -24,7 +24,7 @@ bool IsInstalled(const char* name) {
 }
 
 TEST(UserLocaleTest, TheCLocaleWritesUnitedStatesForms) {
-  for (const char* name : {"C", "en_US.UTF-8", "no_such_locale"}) {
+  for (const char* name : {"C", "C.UTF-8", "en_US.UTF-8", "no_such_locale"}) {
     const UserLocale locale{name};
     EXPECT_EQ(locale.GeneralDateText(kAfternoon), "6/1/2007 1:05:09 PM") << name;
     EXPECT_EQ(locale.GeneralDateText(kMidnight + std::chrono::seconds{1}), "6/1/2007 12:00:01 AM");
