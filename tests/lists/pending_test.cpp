@@ -12,12 +12,16 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// A window whose user stops a save when a statement times out.
+/// A window whose user stops a load at once and a save when a statement times out.
 class StoppingHost final : public ListHost {
  public:
   bool OnProgress(int done, int total) override {
     progress.push_back(std::to_string(done) + "/" + std::to_string(total));
     return true;
+  }
+  bool OnRowsRead(size_t done, size_t total) override {
+    progress.push_back(std::to_string(done) + "/" + std::to_string(total));
+    return false;
   }
   bool OnTimeout(const std::string& message) override {
     timeout = message;
@@ -130,6 +134,19 @@ TEST_F(PendingTest, WhatASaveCouldNotWriteIsStillPendingAndTheNextOneWritesIt) {
   EXPECT_THAT(StoredPorts(), ElementsAre("80|http|1", "443|tls|1", "8080|proxy|1"));
   EXPECT_TRUE(ports_.Reload());
   EXPECT_EQ(ports_.PendingCount(), 0);
+}
+
+TEST_F(PendingTest, AStoppedLoadShowsNoneOfTheRows) {
+  program_.suite.Run(
+      "With n(i) As (Select 10000 Union All Select i+1 From n Where i<20000) "
+      "Insert Into ServicePorts Select i,'',0,1 From n");
+  StoppingHost host;
+  PortList ports({program_.database, host, messages_, clock_, locale_},
+                 [] { return std::optional<NewPort>(); });
+  EXPECT_FALSE(ports.Refresh());
+  EXPECT_EQ(ports.Table().Rows(), Grid::kFixedRows);
+  EXPECT_EQ(ports.LoadError(), "The rows were not read: loading was stopped.");
+  EXPECT_THAT(host.progress, ElementsAre("8192/10004"));
 }
 
 TEST_F(PendingTest, AHalfWrittenGroupIsFinishedByTheNextSave) {
