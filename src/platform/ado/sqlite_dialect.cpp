@@ -121,11 +121,12 @@ std::optional<std::string> IsolationLevel(std::string_view statement) {
   return dirty ? "pragma read_uncommitted = 1" : "pragma read_uncommitted = 0";
 }
 
-// 1 for what is stored as a number and for a text that reads back the same as one, else 0.
+// 1 for what is stored as a number and for a text that reads back the same as one, else 0. Unlike
+// `and`, `case` calls no function for Null, which most operands are.
 std::string IsNumeric(std::string_view operand) {
   const std::string x(operand);
-  return "(typeof(" + x + ") in ('integer', 'real') or typeof(" + x + ") = 'text' and cast(cast(" +
-         x + " as numeric) as text) = trim(" + x + "))";
+  return "(case when " + x + " is null then 0 when typeof(" + x + ") = 'text' then cast(cast(" + x +
+         " as numeric) as text) = trim(" + x + ") else typeof(" + x + ") <> 'blob' end)";
 }
 
 bool IsDigits(std::string_view text) {

@@ -24,6 +24,22 @@ std::string_view MissingUtf16Mark(std::string_view bytes) {
   return at_odd > 0 ? "\xFF\xFE" : "\xFE\xFF";
 }
 
+// Whether a field that holds `c` needs quotes, whatever the separator is.
+bool MustBeQuoted(char c) {
+  switch (c) {
+    case '"':
+    case '\r':
+    case '\n':
+    case '\t':
+    case ';':
+    case ',':
+    case '\0':
+      return true;
+    default:
+      return false;
+  }
+}
+
 bool EndsLine(char c) { return c == '\n' || c == '\r'; }
 
 char DetectSeparator(std::string_view text) {
@@ -128,13 +144,13 @@ bool DelimitedReader::Fail(int line, std::string message) {
 
 void AppendDelimitedRecord(std::span<const std::string_view> fields, char separator,
                            std::string& text) {
-  const char quoted[] = {'"', '\r', '\n', '\t', ';', ',', '\0'};
   for (size_t i = 0; i < fields.size(); ++i) {
     if (i > 0) text += separator;
     const std::string_view field = fields[i];
     // A lone empty field would be a blank line.
-    const bool plain = field.find_first_of(quoted) == std::string_view::npos &&
-                       field == TrimSpaces(field) && (!field.empty() || fields.size() > 1);
+    const bool plain = std::none_of(field.begin(), field.end(), MustBeQuoted) &&
+                       TrimSpaces(field).size() == field.size() &&
+                       (!field.empty() || fields.size() > 1);
     if (plain) {
       text += field;
     } else {
