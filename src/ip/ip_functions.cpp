@@ -1,6 +1,7 @@
 #include "ip/ip_functions.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 
@@ -92,16 +93,20 @@ std::string SortValueToIPAddress(double value) {
   constexpr double kLimit = 1e18;  // Fits 64 bits.
   if (!(std::abs(value) < kLimit)) return "0.0.0.0";
   auto rest = static_cast<std::int64_t>(std::floor(value));
-  std::array<std::int64_t, 3> last_parts{};
-  for (std::int64_t& part : last_parts) {
-    part = (rest % 1000 + 1000) % 1000;
+  std::array<int, 3> last_parts{};
+  for (int& part : last_parts) {
+    part = static_cast<int>(rest % 1000);
+    if (part < 0) part += 1000;
     rest = (rest - part) / 1000;
   }
-  std::string text = std::to_string(rest % 1000);
+  std::array<char, 4 * 5> text;  // A first part below zero has a sign.
+  char* end =
+      std::to_chars(text.data(), text.data() + text.size(), static_cast<int>(rest % 1000)).ptr;
   for (auto part = last_parts.rbegin(); part != last_parts.rend(); ++part) {
-    text.append(".").append(std::to_string(*part));
+    *end++ = '.';
+    end = std::to_chars(end, text.data() + text.size(), *part).ptr;
   }
-  return text;
+  return {text.data(), end};
 }
 
 double SortValueToAddressNumber(double value) {

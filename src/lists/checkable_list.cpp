@@ -153,7 +153,7 @@ void CheckableList::SetRowChecked(int row, bool checked) {
   if (row < Grid::kFixedRows) return;
   MarkChanged(row);
   grid_.SetCheck(row, 0, checked ? CheckState::kChecked : CheckState::kUnchecked);
-  SetRowColor(row, kChangedColor);
+  grid_.SetRowColor(row, kChangedColor);
 }
 
 void CheckableList::ToggleRow(int row) {
@@ -179,7 +179,7 @@ void CheckableList::MarkChanged(int row) {
 void CheckableList::MarkDeleted(int row) {
   SetState(row, RowState::kDeleted);
   grid_.SetCheck(row, 0, CheckState::kNone);
-  SetRowColor(row, kDeletedColor);
+  grid_.SetRowColor(row, kDeletedColor);
 }
 
 int CheckableList::AppendNewRow(const std::vector<std::string>& texts, CheckState check) {
@@ -189,7 +189,7 @@ int CheckableList::AppendNewRow(const std::vector<std::string>& texts, CheckStat
   grid_.SetCheck(row, 0, check);
   int column = 1;
   for (const std::string& text : texts) grid_.SetText(row, column++, text);
-  SetRowColor(row, kChangedColor);
+  grid_.SetRowColor(row, kChangedColor);
   SetSystem(grid_, row, false);
   SetState(row, RowState::kNew);
   return row;
@@ -198,10 +198,6 @@ int CheckableList::AppendNewRow(const std::vector<std::string>& texts, CheckStat
 void CheckableList::SetSystem(Grid& grid, int row, bool system) {
   grid.RowData(row).system = system;
   for (int column = 1; column < grid.Columns(); ++column) grid.SetBold(row, column, !system);
-}
-
-void CheckableList::SetRowColor(int row, Color color) {
-  for (int column = 1; column < grid_.Columns(); ++column) grid_.SetForeColor(row, column, color);
 }
 
 void CheckableList::OnClick(int row, int column) {
@@ -315,7 +311,7 @@ void CheckableList::Revert(const std::vector<int>& rows) {
       grid_.SetText(row, description_.editable_column, loaded_texts_[data.loaded_text - 1]);
       data.loaded_text = 0;
     }
-    SetRowColor(row, 0);
+    grid_.SetRowColor(row, 0);
   }
   nested_rows_.clear();
   grid_.RemoveRows(removed);

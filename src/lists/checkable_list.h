@@ -155,7 +155,6 @@ class CheckableList : public GridListener {
   void NoteRowRead(size_t done, const ado::Recordset& rows);
   bool LoadOver(std::vector<KeptRow> kept);
   static void SetSystem(Grid& grid, int row, bool system);
-  void SetRowColor(int row, Color color);
   void MarkChanged(int row);
   void ReportPending();
   std::string LoadedText(int row) const;

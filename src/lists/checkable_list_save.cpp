@@ -189,7 +189,7 @@ void CheckableList::LayOver(const KeptRow& kept, int row) {
   if (kept.state == RowState::kDeleted) return MarkDeleted(row);
   SetState(row, kept.state == RowState::kNew && !stored ? RowState::kNew : RowState::kChanged);
   grid_.SetCheck(row, 0, kept.check);
-  SetRowColor(row, kChangedColor);
+  grid_.SetRowColor(row, kChangedColor);
   const int editable = description_.editable_column;
   if (editable == 0) return;
   const std::string before = stored ? std::string(grid_.Text(row, editable)) : kept.loaded_text;
@@ -320,7 +320,7 @@ void CheckableList::Resolve(const std::vector<Conflict>& conflicts, ConflictAnsw
       TakeStored(conflict);
       grid_.SetCheck(row, 0, conflict.stored.loaded_check);
       if (editable != 0) grid_.SetText(row, editable, conflict.stored_text);
-      SetRowColor(row, 0);
+      grid_.SetRowColor(row, 0);
     } else if (stored) {
       TakeStored(conflict);
       if (conflict.kind == ConflictKind::kTaken) SetState(row, RowState::kChanged);

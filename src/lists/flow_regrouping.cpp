@@ -1,5 +1,7 @@
 #include "lists/flow_regrouping.h"
 
+#include <cmath>
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -20,11 +22,16 @@ double AddressCount(double start, double end) {
   return SortValueToAddressNumber(end) - SortValueToAddressNumber(start) + 1;
 }
 
+// Whether the value is a packed number whose four parts are 0 to 255.
 bool IsAddress(const ado::Value& value) {
   if (ado::IsNull(value)) return false;
   const double number = ado::ToNumber(value);
-  const std::string address = SortValueToIPAddress(number);
-  return IsValidIPAddress(address) && IPAddressToSortValue(address) == number;
+  constexpr double kLast = 255255255255;
+  if (!(number >= 0 && number <= kLast) || number != std::floor(number)) return false;
+  for (auto rest = static_cast<std::int64_t>(number); rest > 0; rest /= 1000) {
+    if (rest % 1000 > 255) return false;
+  }
+  return true;
 }
 
 }  // namespace

@@ -8,8 +8,9 @@ namespace quillan {
 void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   const Batch batch(*this);
   columns_ = std::move(columns);
+  width_ = columns_.size();
   // The memory of a million rows is given back rather than kept for the next load.
-  std::vector<Cell>(static_cast<size_t>(rows) * columns_.size()).swap(cells_);
+  std::vector<Cell>(static_cast<size_t>(rows) * width_).swap(cells_);
   std::vector<Row>(static_cast<size_t>(rows)).swap(rows_);
   texts_.Clear();
   current_row_ = 0;
@@ -25,7 +26,7 @@ void Grid::Reset(int rows, std::vector<GridColumn> columns) {
 
 int Grid::AppendRow() {
   const Batch batch(*this);
-  cells_.resize(cells_.size() + columns_.size());
+  cells_.resize(cells_.size() + width_);
   rows_.emplace_back();
   sort_column_ = -1;
   return Rows() - 1;
@@ -34,7 +35,6 @@ int Grid::AppendRow() {
 void Grid::RemoveRows(const std::vector<int>& rows) {
   if (rows.empty()) return;
   const Batch batch(*this);
-  const size_t width = columns_.size();
   auto next = rows.begin();
   int kept = 0;
   int current = 0;
@@ -47,12 +47,12 @@ void Grid::RemoveRows(const std::vector<int>& rows) {
     if (row == current_row_) current = kept;
     if (kept != row) {
       rows_[static_cast<size_t>(kept)] = rows_[static_cast<size_t>(row)];
-      std::copy_n(&At(row, 0), width, &At(kept, 0));
+      std::copy_n(&At(row, 0), width_, &At(kept, 0));
     }
     ++kept;
   }
   rows_.resize(static_cast<size_t>(kept));
-  cells_.resize(static_cast<size_t>(kept) * width);
+  cells_.resize(static_cast<size_t>(kept) * width_);
   current_row_ = current;
   first_selected_ = kFixedRows;
   last_selected_ = Rows() - 1;
@@ -63,29 +63,6 @@ void Grid::RemoveRows(const std::vector<int>& rows) {
 void Grid::SetText(int row, int column, std::string_view text) {
   if (row >= kFixedRows) TouchSortKey(column);
   At(row, column).text = texts_.Add(text);
-  Touch(row);
-}
-
-CheckState Grid::Check(int row, int column) const {
-  return static_cast<CheckState>((At(row, column).look & kCheckMask) >> kCheckShift);
-}
-
-void Grid::SetCheck(int row, int column, CheckState state) {
-  TouchSortKey(column);
-  Cell& cell = At(row, column);
-  cell.look = (cell.look & ~kCheckMask) | static_cast<std::uint32_t>(state) << kCheckShift;
-  Touch(row);
-}
-
-void Grid::SetForeColor(int row, int column, Color color) {
-  Cell& cell = At(row, column);
-  cell.look = (cell.look & ~kColorMask) | (color & kColorMask);
-  Touch(row);
-}
-
-void Grid::SetBold(int row, int column, bool bold) {
-  Cell& cell = At(row, column);
-  cell.look = bold ? cell.look | kBoldBit : cell.look & ~kBoldBit;
   Touch(row);
 }
 
@@ -160,12 +137,6 @@ void Grid::SetSelected(int first_row, int last_row, bool selected) {
     last_selected_ = std::max(last_selected_, last_row);
   }
   if (listener_ != nullptr && batch_depth_ == 0) listener_->OnSelectionChanged();
-}
-
-void Grid::Touch(int row) {
-  first_changed_ = std::min(first_changed_, row);
-  last_changed_ = std::max(last_changed_, row);
-  if (batch_depth_ == 0) Report();
 }
 
 void Grid::EndBatch() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -84,19 +85,37 @@ class Grid {
   /// the current row if the current row is removed.
   void RemoveRows(const std::vector<int>& rows);
   int Rows() const { return static_cast<int>(rows_.size()); }
-  int Columns() const { return static_cast<int>(columns_.size()); }
+  int Columns() const { return static_cast<int>(width_); }
   const GridColumn& Column(int column) const { return columns_[static_cast<size_t>(column)]; }
 
   std::string_view Text(int row, int column) const {
     return text::StringArena::View(At(row, column).text);
   }
   void SetText(int row, int column, std::string_view text);
-  CheckState Check(int row, int column) const;
-  void SetCheck(int row, int column, CheckState state);
+  CheckState Check(int row, int column) const {
+    return static_cast<CheckState>((At(row, column).look & kCheckMask) >> kCheckShift);
+  }
+  // These are inline because they run several times for each of a million rows.
+  void SetCheck(int row, int column, CheckState state) {
+    TouchSortKey(column);
+    SetLook(row, column, kCheckMask, static_cast<std::uint32_t>(state) << kCheckShift);
+  }
   Color ForeColor(int row, int column) const { return At(row, column).look & kColorMask; }
-  void SetForeColor(int row, int column, Color color);
+  void SetForeColor(int row, int column, Color color) {
+    SetLook(row, column, kColorMask, color & kColorMask);
+  }
+  /// Colours the row's cells from column 1 on.
+  void SetRowColor(int row, Color color) {
+    for (size_t i = 1; i < width_; ++i) {
+      Cell& cell = cells_[static_cast<size_t>(row) * width_ + i];
+      cell.look = (cell.look & ~kColorMask) | (color & kColorMask);
+    }
+    Touch(row);
+  }
   bool Bold(int row, int column) const { return (At(row, column).look & kBoldBit) != 0; }
-  void SetBold(int row, int column, bool bold);
+  void SetBold(int row, int column, bool bold) {
+    SetLook(row, column, kBoldBit, bold ? kBoldBit : 0);
+  }
   /// What the owner keeps with the row.
   const GridRowData& RowData(int row) const { return rows_[static_cast<size_t>(row)].data; }
   GridRowData& RowData(int row) { return rows_[static_cast<size_t>(row)].data; }
@@ -160,12 +179,21 @@ class Grid {
   static constexpr std::uint32_t kBoldBit = 1U << 26;
 
   const Cell& At(int row, int column) const {
-    return cells_[static_cast<size_t>(row) * columns_.size() + static_cast<size_t>(column)];
+    return cells_[static_cast<size_t>(row) * width_ + static_cast<size_t>(column)];
   }
   Cell& At(int row, int column) {
-    return cells_[static_cast<size_t>(row) * columns_.size() + static_cast<size_t>(column)];
+    return cells_[static_cast<size_t>(row) * width_ + static_cast<size_t>(column)];
   }
-  void Touch(int row);
+  void SetLook(int row, int column, std::uint32_t mask, std::uint32_t bits) {
+    Cell& cell = At(row, column);
+    cell.look = (cell.look & ~mask) | bits;
+    Touch(row);
+  }
+  void Touch(int row) {
+    first_changed_ = std::min(first_changed_, row);
+    last_changed_ = std::max(last_changed_, row);
+    if (batch_depth_ == 0) Report();
+  }
   void TouchSortKey(int column) {
     if (column == sort_column_) sort_column_ = -1;
   }
@@ -180,6 +208,7 @@ class Grid {
   GridListener* listener_ = nullptr;
   GridObserver* observer_ = nullptr;
   std::vector<GridColumn> columns_;
+  size_t width_ = 0;         // Their number.
   std::vector<Cell> cells_;  // Row by row.
   std::vector<Row> rows_;
   text::StringArena texts_;

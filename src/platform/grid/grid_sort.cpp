@@ -114,14 +114,13 @@ void Grid::SortByKey(int column, SortDirection direction, const std::function<do
 }
 
 void Grid::Permute(const std::vector<std::uint32_t>& order) {
-  const size_t width = columns_.size();
   std::vector<Cell> cells;
   std::vector<Row> rows;
   cells.reserve(cells_.size());
   rows.reserve(rows_.size());
   const auto take = [&](size_t row) {
-    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(row * width);
-    cells.insert(cells.end(), first, first + static_cast<std::ptrdiff_t>(width));
+    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(row * width_);
+    cells.insert(cells.end(), first, first + static_cast<std::ptrdiff_t>(width_));
     rows.push_back(rows_[row]);
   };
   for (size_t row = 0; row < std::min<size_t>(kFixedRows, rows_.size()); ++row) take(row);
