@@ -40,6 +40,7 @@ class Planner {
       line.line = record.line;
       line.key = record.key;
       line.end = record.end;
+      line.name = record.name.value_or("");
       auto key = rules_.ReadKey(record, line);
       if (record.fault.empty()) record.fault = RefuseName(record.name.value_or(""));
       if (!record.fault.empty()) line.reason = record.fault;
@@ -123,7 +124,6 @@ class Planner {
     lines_[*candidate.key] = line.line;
     if (line.row == 0) {
       line.verdict = ImportVerdict::kNew;
-      line.name = candidate.record.name.value_or("");
       line.enabled = candidate.record.enabled.value_or(true);
       return;
     }
