@@ -3,8 +3,10 @@
 #include <memory>
 
 #include <QFileDialog>
+#include <QLocale>
 #include <QVersionNumber>
 
+#include "dialog/failures.h"
 #include "lists/list_import.h"
 #include "platform/program.h"
 #include "platform/qt/qt_text.h"
@@ -12,6 +14,9 @@
 
 namespace quillan {
 namespace {
+
+// Qt lays a table out in two to four milliseconds a row, while the window waits.
+constexpr int kMostPrintedRows = 5000;
 
 ProgramInfo ThisProgram() {
   const auto version = QVersionNumber::fromString(ToQString(Version()));
@@ -25,22 +30,34 @@ ProgramInfo ThisProgram() {
 }  // namespace
 
 ListExporter::ListExporter(Printers& printers, MessageBox& messages, QWidget& window)
-    : window_(window),
+    : messages_(messages),
+      window_(window),
       server_(printers, [this](const auto& suggestion) { return ChooseFile(suggestion); }),
       engine_(server_, printers, messages, ThisProgram()) {}
 
 void ListExporter::Export(const CheckableList& list, const QString& title,
                           const std::string& method) {
-  const bool preview = method == "PREVIEW";
-  const bool prints = preview || method == "PRINTER";
-  if (prints && engine_.NoPrinters()) return;
   const auto table = std::make_shared<GridTable>(list.Table(), &CheckWord);
   engine_.Reset();  // The last file's name is not this one's.
   engine_.Title = ToUtf8(title);
-  if (prints) {
-    engine_.PrintTable(table, preview);
+  const bool preview = method == "PREVIEW";
+  if (preview || method == "PRINTER") {
+    Print(table, list.Table().ShownRows(), preview);
   } else {
     engine_.ExportTable(table, method);
+  }
+}
+
+void ListExporter::Print(const automation::ObjectRef& table, int rows, bool preview) {
+  if (rows > kMostPrintedRows) {
+    const QLocale locale;
+    ShowFailure(messages_,
+                ToUtf8(QFileDialog::tr("The list shows %1 rows, and at most %2 can be "
+                                       "printed. Filter the list, or export a web page "
+                                       "and print that.")
+                           .arg(locale.toString(rows), locale.toString(kMostPrintedRows))));
+  } else if (!engine_.NoPrinters()) {
+    engine_.PrintTable(table, preview);
   }
 }
 

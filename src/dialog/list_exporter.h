@@ -26,13 +26,16 @@ class ListExporter {
   void FillMenu(const automation::ObjectRef& menu) { engine_.LoadExportsMenu(menu); }
 
   /// Exports the rows that `list` shows under `title`, by the way whose key is `method`. The user
-  /// chooses the file or the printer and may cancel. Throws `automation::Error` if the file cannot
+  /// chooses the file or the printer and may cancel; more than a few thousand rows are not printed,
+  /// and the user is told so. Throws `automation::Error` if the file cannot
   /// be written.
   void Export(const CheckableList& list, const QString& title, const std::string& method);
 
  private:
+  void Print(const automation::ObjectRef& table, int rows, bool preview);
   std::filesystem::path ChooseFile(const std::filesystem::path& suggestion) const;
 
+  MessageBox& messages_;
   QWidget& window_;
   RendixServer server_;
   ExportEngine engine_;
