@@ -1,6 +1,3 @@
-#include <fstream>
-#include <iterator>
-
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
@@ -9,13 +6,13 @@
 #include <QTableWidget>
 
 #include "dialog/dialog_fixture.h"
+#include "platform/files.h"
 
 namespace quillan {
 namespace {
 
 using testing::AllOf;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -40,16 +37,15 @@ class ExchangeTest : public test::DialogTest {
     QTest::keyClicks(Find<QLineEdit>("FilterText", list_), QLatin1String(words));
     table_->setFocus();
   }
-  // The menu's entries by the Menu key, those that are grayed in brackets.
+  // The entries of the menu that the Menu key opens, those that are grayed in brackets.
   std::vector<std::string> Entries(QWidget* focus) {
     QContextMenuEvent key(QContextMenuEvent::Keyboard, {5, 5}, focus->mapToGlobal(QPoint(5, 5)));
     QApplication::sendEvent(focus, &key);
     EXPECT_TRUE(menu_->isVisible());
     std::vector<std::string> entries;
     for (const QAction* action : menu_->actions()) {
-      if (action->isSeparator()) continue;
       const std::string text = action->text().toStdString();
-      entries.push_back(action->isEnabled() ? text : "(" + text + ")");
+      if (!text.empty()) entries.push_back(action->isEnabled() ? text : "(" + text + ")");
     }
     menu_->hide();
     return entries;
@@ -61,10 +57,10 @@ class ExchangeTest : public test::DialogTest {
     FAIL() << method;
   }
   // Types `file` into the next file dialog, and does `then` in the dialog that follows it.
-  void ChooseFile(const std::filesystem::path& file,
-                  const std::function<void(QDialog*)>& then = {}) {
+  void ChooseFile(const std::string& file, const std::function<void(QDialog*)>& then = {}) {
     InNextDialog([this, file, then](QDialog* dialog) {
-      Find<QLineEdit>("fileNameEdit", dialog)->setText(QString::fromStdString(file.string()));
+      Find<QLineEdit>("fileNameEdit", dialog)
+          ->setText(QString::fromStdString((program_.folder / file).string()));
       if (then) InNextDialog(then);
       dialog->accept();
     });
@@ -87,7 +83,9 @@ class ExchangeTest : public test::DialogTest {
     }
     return lines;
   }
-  std::vector<std::string> Stored() {
+  // The rows of the database after Apply.
+  std::vector<std::string> Saved() {
+    Click("CmdApply");
     return program_.suite.Rows("select Port, ServiceName, Enabled from ServicePorts order by Port");
   }
 
@@ -104,14 +102,12 @@ TEST_F(ExchangeTest, CopiedRowsArePastedAfterAPreview) {
   QClipboard& clipboard = *QApplication::clipboard();
   EXPECT_EQ(clipboard.text().toStdString(), "yes\t80\thttp\r\nno\t443\thttps\r\n");
 
-  clipboard.setText(clipboard.text() +
-                    QStringLiteral("yes\t8080\tnew name\nno\t90\tx\nno\t0\tz\n"));
+  clipboard.setText(clipboard.text() + QStringLiteral("yes\t8080\tnew\nno\t90\tx\nno\t0\tz\n"));
   Paste([&](QDialog* preview) {
-    EXPECT_THAT(
-        Lines(preview),
-        ElementsAre("1|Unchanged|80|http|yes|", "2|Unchanged|443|https|no|",
-                    "3|Changed|8080|new name|yes|Description was \"proxy\".", "4|New|90|x|no|",
-                    "5|Refused|0|z||\"0\" is not a port number from 1 to 65536."));
+    EXPECT_THAT(Lines(preview),
+                ElementsAre("1|Unchanged|80|http|yes|", "2|Unchanged|443|https|no|",
+                            "3|Changed|8080|new|yes|Description was \"proxy\".", "4|New|90|x|no|",
+                            "5|Refused|0|z||\"0\" is not a port number from 1 to 65536."));
     EXPECT_EQ(Find<QPushButton>("cmdAdd", preview)->text(), QStringLiteral("Add 2"));
     Find<QCheckBox>("RefusedOnly", preview)->click();
     EXPECT_THAT(Lines(preview), ElementsAre(StartsWith("5|")));
@@ -121,58 +117,48 @@ TEST_F(ExchangeTest, CopiedRowsArePastedAfterAPreview) {
   });
   EXPECT_EQ(table_->model()->rowCount(), 2);
   Paste([](QDialog*) { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); });
-  Click("CmdApply");
-  EXPECT_THAT(Stored(), ElementsAre("80|http|1", "90|x|0", "443|https|0", "8080|new name|1"));
+  EXPECT_THAT(Saved(), ElementsAre("80|http|1", "90|x|0", "443|https|0", "8080|new|1"));
 }
 
 TEST_F(ExchangeTest, AFileReplacesTheListOrIsRefusedWithItsLine) {
   OpenPage(1, "PortList");
-  program_.folder.Write("all.csv", "Description;Port\nweb;80\n");
-  ChooseFile(program_.folder / "all.csv", [&](QDialog* preview) {
-    Find<QCheckBox>("Replace", preview)->click();
-    EXPECT_THAT(Lines(preview), ElementsAre("2|Changed|80|web|yes|Description was \"http\".",
-                                            StartsWith("|To be deleted|443|https|no|"),
-                                            StartsWith("|To be deleted|8080|")));
-    Click("cmdAdd", preview);
-  });
   auto* import = Find<QAction>("mnuImport", menu_);
-  import->trigger();
-  Click("CmdApply");
-  EXPECT_THAT(Stored(), ElementsAre("80|web|1"));
-
   program_.folder.Write("broken.csv", "81,a\n82,\"" + std::string(1 << 20, 'b') + "\n");
-  ChooseFile(program_.folder / "broken.csv");
+  ChooseFile("broken.csv");
   import->trigger();
   EXPECT_THAT(messages_.messages.back().text, StartsWith("broken.csv: Line 2: "));
-  QApplication::clipboard()->setText(QStringLiteral("80\tweb"));
-  Paste([&](QDialog* preview) {
-    EXPECT_FALSE(Find<QPushButton>("cmdAdd", preview)->isEnabled()) << "nothing is changed";
-    preview->reject();
+  program_.folder.Write("all.csv", "Description;Port\nhttp;80\n");
+  ChooseFile("all.csv", [&](QDialog* preview) {
+    EXPECT_FALSE(Find<QPushButton>("cmdAdd", preview)->isEnabled()) << "nothing would change";
+    Find<QCheckBox>("Replace", preview)->click();
+    EXPECT_THAT(Lines(preview),
+                ElementsAre("2|Unchanged|80|http|yes|", StartsWith("|To be deleted|443|https|no|"),
+                            StartsWith("|To be deleted|8080|")));
+    Click("cmdAdd", preview);
   });
+  import->trigger();
+  EXPECT_THAT(Saved(), ElementsAre("80|http|1"));
 }
 
 TEST_F(ExchangeTest, WhatTheListShowsIsExportedAndPrinted) {
   OpenPage(1, "PortList");
   Filter("http");
-  const std::filesystem::path file = program_.folder / "ports.csv";
-  ChooseFile(file);
+  ChooseFile("ports.csv");
   Export("CSV");
-  std::ifstream stream(file, std::ios::binary);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}),
+  EXPECT_EQ(ReadFile(program_.folder / "ports.csv"),
             "Monitored,Port,Description\r\nyes,80,http\r\nno,443,https\r\n");
+  ChooseFile("missing/ports.csv");
+  Export("CSV");
+  EXPECT_THAT(messages_.messages.back().text, HasSubstr("missing/ports.csv"));
   Export("PREVIEW");
-  ASSERT_EQ(printers_.jobs.size(), 1U);
-  EXPECT_EQ(printers_.jobs[0].title, "Application & Service Ports");
-  EXPECT_TRUE(printers_.jobs[0].preview);
-  EXPECT_THAT(printers_.jobs[0].html, AllOf(HasSubstr("<td>https</td>"), Not(HasSubstr("proxy"))));
+  const PrintJob& job = printers_.jobs.at(0);
+  EXPECT_EQ(job.title, "Application & Service Ports");
+  EXPECT_TRUE(job.preview);
+  EXPECT_THAT(job.html, AllOf(HasSubstr("<td>https</td>"), Not(HasSubstr("proxy"))));
   printers_.installed = false;
   Export("PRINTER");
   EXPECT_EQ(printers_.jobs.size(), 1U);
   EXPECT_THAT(messages_.messages.back().text, StartsWith("You do not have a Printer installed."));
-  // A file that cannot be written is reported.
-  ChooseFile(program_.folder / "missing/ports.csv");
-  Export("CSV");
-  EXPECT_THAT(messages_.messages.back().text, HasSubstr("missing/ports.csv"));
 }
 
 TEST_F(ExchangeTest, TheMenuOffersWhatIsPossible) {

@@ -25,7 +25,7 @@ std::string_view CheckWord(CheckState state) {
 }
 
 // The client over the real engine, which exports a grid with a hidden column and a hidden row.
-class RendixServerTest : public testing::Test, public Printers {
+class RendixServerTest : public testing::Test {
  protected:
   RendixServerTest() {
     grid_.Reset(4, {{""}, {""}, {"", Alignment::kLeft, true}, {""}});
@@ -40,12 +40,6 @@ class RendixServerTest : public testing::Test, public Printers {
     grid_.SetCheck(3, 0, CheckState::kUnchecked);
     grid_.SetFilter([](int row) { return row != 2; });
     table_ = std::make_shared<GridTable>(grid_, &CheckWord);
-  }
-
-  bool AnyInstalled() const override { return true; }
-  bool Print(const PrintJob& job) override {
-    printed_ = job;
-    return !job.preview;
   }
 
   // Exports the grid without asking for a file; the file's content.
@@ -64,13 +58,13 @@ class RendixServerTest : public testing::Test, public Printers {
   Grid grid_;
   std::shared_ptr<GridTable> table_;
   std::filesystem::path suggestion_, choice_;
-  PrintJob printed_;
-  RendixServer server_{*this, [this](const std::filesystem::path& suggestion) {
+  test::FakePrinters printers_;
+  RendixServer server_{printers_, [this](const std::filesystem::path& suggestion) {
                          suggestion_ = suggestion;
                          return choice_;
                        }};
   test::ScriptedMessageBox boxes_;
-  ExportEngine export_{server_, *this, boxes_, {"Quillan", 1, 0, 0, folder_ / "program"}};
+  ExportEngine export_{server_, printers_, boxes_, {"Quillan", 1, 0, 0, folder_ / "program"}};
 };
 
 TEST_F(RendixServerTest, ATableBecomesTextThatReadsBack) {
@@ -131,11 +125,12 @@ TEST_F(RendixServerTest, PrintingPassesThePageToThePrinters) {
   export_.DefaultPrinter = "laser";
   export_.Orientation = 2;
   EXPECT_TRUE(export_.PrintTable(table_, false));
-  EXPECT_EQ(printed_.title, "Ports");
-  EXPECT_EQ(printed_.printer, "laser");
-  EXPECT_TRUE(printed_.landscape && !printed_.preview);
-  EXPECT_FALSE(export_.PrintText("t", true));
-  EXPECT_TRUE(printed_.preview && !printed_.landscape);
+  EXPECT_TRUE(export_.PrintText("t", true));
+  const auto& [first, second] = std::tie(printers_.jobs.at(0), printers_.jobs.at(1));
+  EXPECT_EQ(first.title, "Ports");
+  EXPECT_EQ(first.printer, "laser");
+  EXPECT_TRUE(first.landscape && !first.preview);
+  EXPECT_TRUE(second.preview && !second.landscape);
 }
 
 TEST_F(RendixServerTest, MethodsAreListedByKind) {
