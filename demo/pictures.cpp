@@ -1,5 +1,5 @@
-// Writes a picture of every page of the settings dialog, the two hidden ones too, and of every
-// state of a save.
+// Writes a picture of every page of the settings dialog, the two hidden ones too, of a list's menu,
+// of the preview of an import, and of every state of a save.
 //
 // Usage: quillan_pictures <program folder> <output folder>
 // The demonstration in the program folder is changed.
@@ -9,8 +9,12 @@
 #include <iostream>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -24,6 +28,7 @@
 #include "platform/qt/grid_view.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
+#include "platform/qt/qt_printers.h"
 #include "platform/qt/qt_text.h"
 
 namespace quillan {
@@ -46,6 +51,8 @@ class Photographer {
   // False when a picture could not be written.
   bool TakeAll() {
     TakePages();
+    TakeMenu();
+    TakeImport();
     TakePending();
     TakeConflict();
     TakeReport();
@@ -57,14 +64,33 @@ class Photographer {
  private:
   void Take(QWidget& window, const QString& name) {
     QApplication::processEvents();
+    Save(window.grab(), name);
+  }
+
+  void Save(const QPixmap& picture, const QString& name) {
     const std::filesystem::path file = folder_ / ToUtf8(name + QStringLiteral(".png"));
-    if (window.grab().save(ToQString(file.string()))) return;
+    if (picture.save(ToQString(file.string()))) return;
     std::cerr << "Cannot write " << file.string() << '\n';
     good_ = false;
   }
 
-  // Takes the modal window that `action` opens and presses one of its buttons.
-  void TakeModal(const QString& name, const char* button, const std::function<void()>& action) {
+  // Takes windows as they lie on the screen, the later ones above.
+  void TakeTogether(const std::vector<QWidget*>& windows, const QString& name) {
+    QApplication::processEvents();
+    QPixmap picture = windows.front()->grab();
+    QPainter painter(&picture);
+    const QPoint origin = windows.front()->mapToGlobal(QPoint());
+    for (QWidget* window : windows) {
+      painter.drawPixmap(window->mapToGlobal(QPoint()) - origin, window->grab());
+    }
+    painter.end();
+    Save(picture, name);
+  }
+
+  // Takes the modal window that `action` opens, after `prepare`, and presses one of its buttons.
+  void TakeModal(
+      const QString& name, const char* button, const std::function<void()>& action,
+      const std::function<void(QWidget&)>& prepare = [](QWidget&) {}) {
     QTimer::singleShot(0, &form_, [&] {
       QWidget* window = QApplication::activeModalWidget();
       if (window == nullptr) {
@@ -72,6 +98,7 @@ class Photographer {
         good_ = false;
         return;
       }
+      prepare(*window);
       if (auto* table = window->findChild<QTableWidget*>()) table->selectRow(0);
       Take(*window, name);
       Press(button, *window);
@@ -104,6 +131,51 @@ class Photographer {
       Tabs().setTabVisible(tab, !hidden);
       Tabs().tabBar()->setTabEnabled(tab, !hidden);
     }
+  }
+
+  // Over a selected port, with something to paste.
+  void TakeMenu() {
+    QApplication::clipboard()->setText(QStringLiteral("80\tweb"));
+    Tabs().setCurrentIndex(0);
+    auto* table = Tabs().currentWidget()->findChild<GridView*>();
+    table->selectRow(7);
+    const QModelIndex description = table->currentIndex().siblingAtColumn(2);
+    auto* menu = Tabs().currentWidget()->findChild<QMenu*>(QStringLiteral("ListMenu"));
+    menu->popup(table->viewport()->mapToGlobal(table->visualRect(description).center()));
+    TakeTogether({&form_, menu}, QStringLiteral("16-list-menu"));
+    auto* exports = menu->findChild<QMenu*>(QStringLiteral("mnuExport"));
+    menu->setActiveAction(exports->menuAction());
+    exports->popup(menu->mapToGlobal(menu->actionGeometry(exports->menuAction()).topRight()));
+    TakeTogether({&form_, menu, exports}, QStringLiteral("17-list-menu-export"));
+    exports->hide();
+    menu->hide();
+  }
+
+  // Groups with every verdict; a file that replaces the list shows what it deletes and keeps.
+  void TakeImport() {
+    Tabs().setCurrentIndex(1);
+    auto* table = Tabs().currentWidget()->findChild<GridView*>();
+    const auto cell = [table](int row, int column) {
+      return table->model()->index(row, column).data().toString();
+    };
+    QString lines;
+    for (int row = 0; row < 2; ++row) {
+      lines += cell(row, 1) + QLatin1Char('\t') + cell(row, 2) + QLatin1Char('\t') +
+               (row == 0 ? cell(row, 3) : QStringLiteral("renamed in the file")) +
+               QLatin1Char('\n');
+    }
+    lines +=
+        QStringLiteral("198.18.0.0/24\tnew offices\n198.18.0.7\tinside them\n198.18.1.0/24\t") +
+        QString(300, QLatin1Char('x')) + QStringLiteral("\n198.18.2.999\tnot an address\n");
+    QApplication::clipboard()->setText(lines);
+    const auto paste = [&] {
+      auto* menu = Tabs().currentWidget()->findChild<QMenu*>(QStringLiteral("ListMenu"));
+      menu->findChild<QAction*>(QStringLiteral("mnuPaste"))->trigger();
+    };
+    TakeModal(QStringLiteral("18-import"), "cmdCancel", paste);
+    TakeModal(QStringLiteral("19-import-replacing"), "cmdCancel", paste, [](QWidget& window) {
+      window.findChild<QCheckBox*>(QStringLiteral("Replace"))->setChecked(true);
+    });
   }
 
   void TakePending() {
@@ -163,6 +235,7 @@ class Photographer {
 int Run(const std::filesystem::path& program_folder, const std::filesystem::path& folder) {
   QtDesktop desktop;
   QtMessageBox messages;
+  QtPrinters printers;
   const DiskFiles files;
   const SystemClock clock;
   const auto locale = text::UserLocale::FromEnvironment();
@@ -174,7 +247,8 @@ int Run(const std::filesystem::path& program_folder, const std::filesystem::path
   }
   Registry registry(program_folder, program_folder);
   Settings settings(registry, database, desktop, clock, locale);
-  SettingsForm form({settings, database, files, desktop, messages, clock, locale, {}, [] {}});
+  SettingsForm form(
+      {settings, database, files, desktop, messages, printers, clock, locale, {}, [] {}});
   form.show();
   std::filesystem::create_directories(folder);
   return Photographer(form, other, folder).TakeAll() ? 0 : 1;

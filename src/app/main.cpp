@@ -12,6 +12,7 @@
 #include "platform/qt/appearance.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
+#include "platform/qt/qt_printers.h"
 #include "platform/qt/worker_driver.h"
 
 namespace quillan {
@@ -45,6 +46,7 @@ int Run(int& argc, char** argv) {
   InstallAppearance();
   QtDesktop desktop;
   QtMessageBox messages;
+  QtPrinters printers;
   SharedObjects shared(ProgramFolder(), OnWorkerThread(ado::InstalledDrivers(ProgramFolder())),
                        desktop);
 
@@ -67,6 +69,7 @@ int Run(int& argc, char** argv) {
                 .files = FileSystem(),
                 .desktop = desktop,
                 .messages = messages,
+                .printers = printers,
                 .clock = shared.clock,
                 .locale = shared.locale,
                 .help_file = help_file,

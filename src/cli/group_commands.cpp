@@ -31,24 +31,20 @@ const ListOutput kGroups = {
                                           IdentifierOf(grid, row)};
         },
     .filter = FilterKind::kGroups,
+    .add_button = "cmdAddGroup",
+    .delete_button = "cmdDeleteGroup",
 };
 
-// The list of groups, whose user adds the group that the command line names.
-class Groups {
+class GroupCommands final : public CommandList {
  public:
-  explicit Groups(Session& session)
-      : list(session.Services(), session.settings(),
-             [this, &session](const Grid& grid) { return NewGroupOf(session, grid); }) {}
+  explicit GroupCommands(Session& session)
+      : list_(session.Services(), session.settings(),
+              [this, &session](const Grid& grid) { return NewGroupOf(session, grid); }) {}
 
-  FindRow Find() {
-    return [this](std::string_view key, std::string& reason) { return RowOf(key, reason); };
-  }
+  EditableList& List() override { return list_; }
+  const ListOutput& Output() const override { return kGroups; }
 
-  AddressGroupList list;
-  bool refused = false;
-
- private:
-  int RowOf(std::string_view key, std::string& reason) const {
+  int Find(std::string_view key, std::string& reason) override {
     const auto parsed = ParseAddressRange(key);
     if (const auto* fault = std::get_if<std::string>(&parsed)) {
       reason = *fault;
@@ -60,7 +56,7 @@ class Groups {
       reason = range.note;
       return 0;
     }
-    const Grid& grid = list.Table();
+    const Grid& grid = list_.Table();
     for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
       if (IPAddressToSortValue(grid.Text(row, kGroupStartColumn)) == range.start_value &&
           IPAddressToSortValue(grid.Text(row, kGroupEndColumn)) == range.end_value) {
@@ -71,6 +67,7 @@ class Groups {
     return 0;
   }
 
+ private:
   std::optional<NewGroup> NewGroupOf(Session& session, const Grid& grid) {
     const auto parsed = ParseAddressRange(session.options().key);
     if (const auto* fault = std::get_if<std::string>(&parsed)) return Refuse(*fault);
@@ -82,17 +79,8 @@ class Groups {
     return NewGroup{range.start, range.end, session.options().name};
   }
 
-  std::nullopt_t Refuse(const std::string& reason) {
-    Console::PrintError(reason);
-    refused = true;
-    return std::nullopt;
-  }
+  AddressGroupList list_;
 };
-
-ExitStatus RunOnGroups(Session& session, std::string_view command) {
-  Groups groups(session);
-  return RunOnRows(groups.list, groups.Find(), command, session);
-}
 
 nlohmann::ordered_json RowObject(const Grid& grid, int row) {
   return {{"start", grid.Text(row, kGroupStartColumn)},
@@ -113,40 +101,8 @@ std::string LookupObject(const Grid& grid, const AddressLookup& lookup, std::str
 
 }  // namespace
 
-ExitStatus ListGroups(Session& session) {
-  Groups groups(session);
-  return PrintList(groups.list, kGroups, session.options());
-}
-
-ExitStatus AddGroup(Session& session) {
-  Groups groups(session);
-  if (!Load(groups.list)) return kNoSession;
-  RunCommand(groups.list, "cmdAddGroup");
-  return groups.refused ? kDifferent : SaveList(groups.list, session);
-}
-
-ExitStatus EnableGroups(Session& session) { return RunOnGroups(session, "cmdCheck"); }
-ExitStatus DisableGroups(Session& session) { return RunOnGroups(session, "cmdUncheck"); }
-ExitStatus DeleteGroups(Session& session) { return RunOnGroups(session, "cmdDeleteGroup"); }
-
-ExitStatus RenameGroup(Session& session) {
-  Groups groups(session);
-  return RenameRow(groups.list, groups.Find(), session);
-}
-
-ExitStatus ImportGroups(Session& session) {
-  Groups groups(session);
-  return ImportFile(groups.list, session);
-}
-
-ExitStatus ExportGroups(Session& session) {
-  Groups groups(session);
-  return ExportRows(groups.list);
-}
-
-ExitStatus DiffGroups(Session& session) {
-  Groups groups(session);
-  return DiffFile(groups.list, session);
+std::unique_ptr<CommandList> Groups(Session& session) {
+  return std::make_unique<GroupCommands>(session);
 }
 
 ExitStatus WhichGroup(Session& session) {
@@ -155,9 +111,9 @@ ExitStatus WhichGroup(Session& session) {
     Console::PrintError("\"" + address + "\" is not a valid IP address.");
     return kDifferent;
   }
-  Groups groups(session);
-  if (!Load(groups.list)) return kNoSession;
-  const Grid& grid = groups.list.Table();
+  const auto groups = Groups(session);
+  if (!Load(groups->List())) return kNoSession;
+  const Grid& grid = groups->List().Table();
   const AddressLookup lookup = LookUpAddress(grid, IPAddressToSortValue(address));
   std::string answer = DescribeLookup(grid, lookup);
   if (const auto stored = DescribeStoredGroup(grid, lookup, session.database())) {

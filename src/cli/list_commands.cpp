@@ -136,31 +136,46 @@ std::optional<ImportPlan> PlanFile(EditableList& list, const std::string& file, 
   return plan;
 }
 
+void Press(CheckableList& list, std::string_view button) {
+  for (const ListCommand& command : list.Commands()) {
+    if (command.name == button) command.run();
+  }
+}
+
+// Selects the rows that the keys name, and presses one of the list's buttons.
+ExitStatus RunOnRows(CommandList& commands, std::string_view button, Session& session) {
+  EditableList& list = commands.List();
+  if (!Load(list)) return kNoSession;
+  const Options& options = session.options();
+  std::set<int> rows;
+  bool refused = false;
+  for (const std::string& key : options.keys) {
+    std::string reason;
+    const int row = commands.Find(key, reason);
+    if (row != 0) {
+      rows.insert(row);
+    } else {
+      Console::PrintError(reason);
+      refused = true;
+    }
+  }
+  if (rows.empty() || (refused && !options.skip_refused)) return kDifferent;
+  list.Table().SelectOnly(*rows.begin(), 1);
+  for (const int row : rows) list.Table().SetSelected(row, row, true);
+  Press(list, button);
+  // A row that the command left alone was refused, or the user's question was answered no.
+  const auto pending = static_cast<size_t>(list.PendingCount());
+  if (pending < rows.size() && (pending == 0 || !options.skip_refused)) return kDifferent;
+  const ExitStatus status = SaveList(list, session);
+  return status == kDone && (refused || pending < rows.size()) ? kDifferent : status;
+}
+
 }  // namespace
 
 bool Load(CheckableList& list) {
   if (list.Refresh()) return true;
   Console::PrintError(list.LoadError());
   return false;
-}
-
-void RunCommand(CheckableList& list, std::string_view name) {
-  for (const ListCommand& command : list.Commands()) {
-    if (command.name == name) command.run();
-  }
-}
-
-ExitStatus PrintList(CheckableList& list, const ListOutput& output, const Options& options) {
-  if (!Load(list)) return kNoSession;
-  const Grid& grid = list.Table();
-  const ListFilter filter(options.filter, output.filter);
-  RowPrinter printer(options.format, output.columns);
-  for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
-    if (!filter.Matches(grid, row)) continue;
-    const std::vector<std::string> values = output.values(grid, row);
-    printer.Row(std::vector<std::string_view>(values.begin(), values.end()));
-  }
-  return printer.Finish() ? kDone : kFailed;
 }
 
 ExitStatus SaveList(CheckableList& list, Session& session) {
@@ -194,37 +209,52 @@ ExitStatus SaveList(CheckableList& list, Session& session) {
   return status;
 }
 
-ExitStatus RunOnRows(CheckableList& list, const FindRow& find, std::string_view command,
-                     Session& session) {
-  if (!Load(list)) return kNoSession;
-  const Options& options = session.options();
-  std::set<int> rows;
-  bool refused = false;
-  for (const std::string& key : options.keys) {
-    std::string reason;
-    const int row = find(key, reason);
-    if (row != 0) {
-      rows.insert(row);
-    } else {
-      Console::PrintError(reason);
-      refused = true;
-    }
-  }
-  if (rows.empty() || (refused && !options.skip_refused)) return kDifferent;
-  list.Table().SelectOnly(*rows.begin(), 1);
-  for (const int row : rows) list.Table().SetSelected(row, row, true);
-  RunCommand(list, command);
-  // A row that the command left alone was refused, or the user's question was answered no.
-  const auto pending = static_cast<size_t>(list.PendingCount());
-  if (pending < rows.size() && (pending == 0 || !options.skip_refused)) return kDifferent;
-  const ExitStatus status = SaveList(list, session);
-  return status == kDone && (refused || pending < rows.size()) ? kDifferent : status;
+std::nullopt_t CommandList::Refuse(std::string_view reason) {
+  Console::PrintError(reason);
+  refused_ = true;
+  return std::nullopt;
 }
 
-ExitStatus RenameRow(CheckableList& list, const FindRow& find, Session& session) {
+ExitStatus PrintList(CommandList& commands, Session& session) {
+  EditableList& list = commands.List();
+  const ListOutput& output = commands.Output();
+  const Options& options = session.options();
+  if (!Load(list)) return kNoSession;
+  const Grid& grid = list.Table();
+  const ListFilter filter(options.filter, output.filter);
+  RowPrinter printer(options.format, output.columns);
+  for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
+    if (!filter.Matches(grid, row)) continue;
+    const std::vector<std::string> values = output.values(grid, row);
+    printer.Row(std::vector<std::string_view>(values.begin(), values.end()));
+  }
+  return printer.Finish() ? kDone : kFailed;
+}
+
+ExitStatus AddRow(CommandList& commands, Session& session) {
+  EditableList& list = commands.List();
+  if (!Load(list)) return kNoSession;
+  Press(list, commands.Output().add_button);
+  return commands.Refused() ? kDifferent : SaveList(list, session);
+}
+
+ExitStatus EnableRows(CommandList& commands, Session& session) {
+  return RunOnRows(commands, "cmdCheck", session);
+}
+
+ExitStatus DisableRows(CommandList& commands, Session& session) {
+  return RunOnRows(commands, "cmdUncheck", session);
+}
+
+ExitStatus DeleteRows(CommandList& commands, Session& session) {
+  return RunOnRows(commands, commands.Output().delete_button, session);
+}
+
+ExitStatus RenameRow(CommandList& commands, Session& session) {
+  EditableList& list = commands.List();
   if (!Load(list)) return kNoSession;
   std::string reason;
-  const int row = find(session.options().key, reason);
+  const int row = commands.Find(session.options().key, reason);
   if (row == 0) {
     Console::PrintError(reason);
     return kDifferent;
@@ -238,12 +268,14 @@ ExitStatus RenameRow(CheckableList& list, const FindRow& find, Session& session)
   return SaveList(list, session);
 }
 
-ExitStatus ExportRows(CheckableList& list) {
+ExitStatus ExportRows(CommandList& commands, Session& /*session*/) {
+  EditableList& list = commands.List();
   if (!Load(list)) return kNoSession;
   return PrintData(ExportList(list.Table(), ',')) ? kDone : kFailed;
 }
 
-ExitStatus ImportFile(EditableList& list, Session& session) {
+ExitStatus ImportFile(CommandList& commands, Session& session) {
+  EditableList& list = commands.List();
   if (!Load(list)) return kNoSession;
   const Options& options = session.options();
   const auto plan =
@@ -260,7 +292,8 @@ ExitStatus ImportFile(EditableList& list, Session& session) {
   return status == kDone && refused > 0 ? kDifferent : status;
 }
 
-ExitStatus DiffFile(EditableList& list, Session& session) {
+ExitStatus DiffFile(CommandList& commands, Session& session) {
+  EditableList& list = commands.List();
   if (!Load(list)) return kNoSession;
   const auto plan = PlanFile(list, session.options().file, ImportMode::kReplace);
   if (!plan) return kDifferent;

@@ -1,16 +1,25 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/list_commands.h"
 #include "platform/program.h"
 
 namespace quillan {
 namespace {
 
-using Command = ExitStatus (*)(Session&);
+using Command = std::function<ExitStatus(Session&)>;
+using MakeList = std::unique_ptr<CommandList> (*)(Session&);
+
+// The command that does `run` to one of the lists.
+Command On(MakeList make, ExitStatus (*run)(CommandList&, Session&)) {
+  return [make, run](Session& session) { return run(*make(session), session); };
+}
 
 // The options and subcommands of the program. The parser keeps references into `options`.
 class CommandLine {
@@ -35,7 +44,7 @@ class CommandLine {
 
  private:
   CLI::App* Add(CLI::App& parent, const std::string& name, const std::string& description,
-                Command run) {
+                const Command& run) {
     CLI::App* app = parent.add_subcommand(name, description);
     app->callback([this, run] { command_ = run; });
     return app;
@@ -89,39 +98,44 @@ class CommandLine {
     app->add_option("name", options_.name, "The description")->required()->type_name("NAME");
   }
 
-  void AddFiles(CLI::App* parent, Command import, Command export_rows, Command diff) {
-    CLI::App* importing =
-        AddWriting(Add(*parent, "import", "Read rows from a CSV or tab-separated file", import));
+  void AddFiles(CLI::App* parent, MakeList list) {
+    CLI::App* importing = AddWriting(
+        Add(*parent, "import", "Read rows from a CSV or tab-separated file", On(list, ImportFile)));
     importing->add_option("file", options_.file, "The file; - is standard input")->required();
     importing->add_flag("--replace", options_.replace, "Delete rows that the file lacks");
     AddSkip(importing);
-    Add(*parent, "export", "Print all rows as CSV", export_rows);
-    CLI::App* comparing = Add(*parent, "diff", "Print what import --replace would change", diff);
+    Add(*parent, "export", "Print all rows as CSV", On(list, ExportRows));
+    CLI::App* comparing =
+        Add(*parent, "diff", "Print what import --replace would change", On(list, DiffFile));
     comparing->add_option("file", options_.file, "The file; - is standard input")->required();
     AddFormat(comparing);
   }
 
   void AddPorts() {
     CLI::App* ports = AddParent("ports", "Application and service ports");
-    AddListing(Add(*ports, "list", "Print the ports", ListPorts));
-    AddKeyAndName(AddWriting(Add(*ports, "add", "Add a port", AddPort)), "NUMBER");
-    AddKeys(AddWriting(Add(*ports, "enable", "Monitor ports", EnablePorts)), "NUMBER");
-    AddKeys(AddWriting(Add(*ports, "disable", "Do not monitor ports", DisablePorts)), "NUMBER");
-    AddKeys(AddWriting(Add(*ports, "delete", "Delete ports", DeletePorts)), "NUMBER");
-    AddKeyAndName(AddWriting(Add(*ports, "rename", "Describe a port anew", RenamePort)), "NUMBER");
-    AddFiles(ports, ImportPorts, ExportPorts, DiffPorts);
+    AddListing(Add(*ports, "list", "Print the ports", On(Ports, PrintList)));
+    AddKeyAndName(AddWriting(Add(*ports, "add", "Add a port", On(Ports, AddRow))), "NUMBER");
+    AddKeys(AddWriting(Add(*ports, "enable", "Monitor ports", On(Ports, EnableRows))), "NUMBER");
+    AddKeys(AddWriting(Add(*ports, "disable", "Do not monitor ports", On(Ports, DisableRows))),
+            "NUMBER");
+    AddKeys(AddWriting(Add(*ports, "delete", "Delete ports", On(Ports, DeleteRows))), "NUMBER");
+    AddKeyAndName(AddWriting(Add(*ports, "rename", "Describe a port anew", On(Ports, RenameRow))),
+                  "NUMBER");
+    AddFiles(ports, Ports);
   }
 
   void AddGroups() {
     CLI::App* groups = AddParent(
         "groups", "IP address groups; a RANGE is 10.0.0.0/8, 10.0.0.0-10.0.3.255 or one address");
-    AddListing(Add(*groups, "list", "Print the groups", ListGroups));
-    AddKeyAndName(AddWriting(Add(*groups, "add", "Add a group", AddGroup)), "RANGE");
-    AddKeys(AddWriting(Add(*groups, "enable", "Manage groups", EnableGroups)), "RANGE");
-    AddKeys(AddWriting(Add(*groups, "disable", "Do not manage groups", DisableGroups)), "RANGE");
-    AddKeys(AddWriting(Add(*groups, "delete", "Delete groups", DeleteGroups)), "RANGE");
-    AddKeyAndName(AddWriting(Add(*groups, "rename", "Rename a group", RenameGroup)), "RANGE");
-    AddFiles(groups, ImportGroups, ExportGroups, DiffGroups);
+    AddListing(Add(*groups, "list", "Print the groups", On(Groups, PrintList)));
+    AddKeyAndName(AddWriting(Add(*groups, "add", "Add a group", On(Groups, AddRow))), "RANGE");
+    AddKeys(AddWriting(Add(*groups, "enable", "Manage groups", On(Groups, EnableRows))), "RANGE");
+    AddKeys(AddWriting(Add(*groups, "disable", "Do not manage groups", On(Groups, DisableRows))),
+            "RANGE");
+    AddKeys(AddWriting(Add(*groups, "delete", "Delete groups", On(Groups, DeleteRows))), "RANGE");
+    AddKeyAndName(AddWriting(Add(*groups, "rename", "Rename a group", On(Groups, RenameRow))),
+                  "RANGE");
+    AddFiles(groups, Groups);
     CLI::App* which = Add(*groups, "which", "Say which group gets an address, and why", WhichGroup);
     which->add_option("address", options_.key, "The address")->required()->type_name("ADDRESS");
     AddFormat(which);
@@ -150,7 +164,7 @@ class CommandLine {
   }
 
   Options& options_;
-  Command command_ = nullptr;
+  Command command_;
   CLI::App app_{"Configures the suite's NetFlow receiver: ports, address groups and sources.",
                 "quillanctl"};
 };

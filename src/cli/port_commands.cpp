@@ -1,4 +1,3 @@
-#include "cli/commands.h"
 #include "cli/list_commands.h"
 #include "lists/port_list.h"
 #include "platform/text/number.h"
@@ -19,27 +18,26 @@ const ListOutput kPorts = {
                                           grid.RowData(row).system ? "yes" : "no"};
         },
     .filter = FilterKind::kPorts,
+    .add_button = "cmdAddPort",
+    .delete_button = "cmdDeletePort",
 };
 
-// The list of ports, whose user adds the port that the command line names.
-class Ports {
+class PortCommands final : public CommandList {
  public:
-  explicit Ports(Session& session)
-      : list(session.Services(), [this, &session] { return NewPortOf(session); }) {}
+  explicit PortCommands(Session& session)
+      : list_(session.Services(), [this, &session] { return NewPortOf(session); }) {}
 
-  FindRow Find() {
-    return [this](std::string_view key, std::string& reason) {
-      const auto number = ReadPortNumber(key);
-      for (int row = Grid::kFixedRows; number && row < list.Table().Rows(); ++row) {
-        if (ReadPortNumber(list.Table().Text(row, kPortColumn)) == number) return row;
-      }
-      reason = "there is no port " + std::string(key);
-      return 0;
-    };
+  EditableList& List() override { return list_; }
+  const ListOutput& Output() const override { return kPorts; }
+
+  int Find(std::string_view key, std::string& reason) override {
+    const auto number = ReadPortNumber(key);
+    for (int row = Grid::kFixedRows; number && row < list_.Table().Rows(); ++row) {
+      if (ReadPortNumber(list_.Table().Text(row, kPortColumn)) == number) return row;
+    }
+    reason = "there is no port " + std::string(key);
+    return 0;
   }
-
-  PortList list;
-  bool refused = false;
 
  private:
   std::optional<NewPort> NewPortOf(Session& session) {
@@ -47,56 +45,17 @@ class Ports {
     const Options& options = session.options();
     const auto checked = ValidateNewPort(ReadPortNumber(options.key) ? options.key : "",
                                          options.name, session.database());
-    if (const auto* refusal = std::get_if<1>(&checked)) {
-      Console::PrintError(refusal->message);
-      refused = true;
-      return std::nullopt;
-    }
+    if (const auto* refusal = std::get_if<Refusal>(&checked)) return Refuse(refusal->message);
     return std::get<NewPort>(checked);
   }
-};
 
-ExitStatus RunOnPorts(Session& session, std::string_view command) {
-  Ports ports(session);
-  return RunOnRows(ports.list, ports.Find(), command, session);
-}
+  PortList list_;
+};
 
 }  // namespace
 
-ExitStatus ListPorts(Session& session) {
-  Ports ports(session);
-  return PrintList(ports.list, kPorts, session.options());
-}
-
-ExitStatus AddPort(Session& session) {
-  Ports ports(session);
-  if (!Load(ports.list)) return kNoSession;
-  RunCommand(ports.list, "cmdAddPort");
-  return ports.refused ? kDifferent : SaveList(ports.list, session);
-}
-
-ExitStatus EnablePorts(Session& session) { return RunOnPorts(session, "cmdCheck"); }
-ExitStatus DisablePorts(Session& session) { return RunOnPorts(session, "cmdUncheck"); }
-ExitStatus DeletePorts(Session& session) { return RunOnPorts(session, "cmdDeletePort"); }
-
-ExitStatus RenamePort(Session& session) {
-  Ports ports(session);
-  return RenameRow(ports.list, ports.Find(), session);
-}
-
-ExitStatus ImportPorts(Session& session) {
-  Ports ports(session);
-  return ImportFile(ports.list, session);
-}
-
-ExitStatus ExportPorts(Session& session) {
-  Ports ports(session);
-  return ExportRows(ports.list);
-}
-
-ExitStatus DiffPorts(Session& session) {
-  Ports ports(session);
-  return DiffFile(ports.list, session);
+std::unique_ptr<CommandList> Ports(Session& session) {
+  return std::make_unique<PortCommands>(session);
 }
 
 }  // namespace quillan

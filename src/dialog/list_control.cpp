@@ -17,11 +17,11 @@ constexpr int kButtonHeight = 375;
 
 }  // namespace
 
-ListControl::ListControl(CheckableList& list, MessageBox& messages, const QString& name,
-                         const QString& title, QWidget* parent)
+ListControl::ListControl(CheckableList& list, const ListMenu::Services& services,
+                         const QString& name, const QString& title, QWidget* parent)
     : QWidget(parent),
       list_(list),
-      messages_(messages),
+      messages_(services.messages),
       filter_(new FilterBar(list, this)),
       table_(new GridView(list.Table(), this)) {
   setObjectName(name);
@@ -57,6 +57,8 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   connect(find, &QShortcut::activated, filter_, &FilterBar::Open);
   connect(filter_, &FilterBar::Closed, this, [this] { table_->setFocus(Qt::OtherFocusReason); });
   AddTableKey(Qt::CTRL | Qt::Key_Z, [this] { list_.RevertSelected(); });
+  auto* menu = new ListMenu(list_, *table_, title, services, this);
+  menu->AddTo(*error_panel_);
   list_.OnRowCommands([this] { EnableRowCommands(); });
   EnableRowCommands();
 }

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include "dialog/filter_bar.h"
+#include "dialog/list_menu.h"
 #include "lists/checkable_list.h"
 #include "platform/message_box.h"
 #include "platform/qt/grid_view.h"
@@ -20,8 +21,8 @@ class ListControl final : public QWidget {
 
  public:
   /// `list` must outlive the control; `title` names it to assistive technology.
-  ListControl(CheckableList& list, MessageBox& messages, const QString& name, const QString& title,
-              QWidget* parent);
+  ListControl(CheckableList& list, const ListMenu::Services& services, const QString& name,
+              const QString& title, QWidget* parent);
   ~ListControl() override;
 
   /// Finishes the edit of a cell, if one is open.

@@ -7,12 +7,12 @@
 
 namespace quillan {
 
-ListPage::ListPage(const Names& names, std::unique_ptr<CheckableList> list, MessageBox& messages,
-                   QWidget* parent)
+ListPage::ListPage(const Names& names, std::unique_ptr<CheckableList> list,
+                   const ListMenu::Services& services, QWidget* parent)
     : SettingsPage(names.page, names.caption, parent),
       rows_name_(names.rows),
       list_(std::move(list)),
-      control_(new ListControl(*list_, messages, QLatin1String(names.list), Title(), this)) {
+      control_(new ListControl(*list_, services, QLatin1String(names.list), Title(), this)) {
   auto* layout = new QVBoxLayout(this);
   const int margin = ToPixels(kMargin);
   layout->setContentsMargins(margin, margin, margin, margin);

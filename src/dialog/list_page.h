@@ -18,8 +18,8 @@ class ListPage final : public SettingsPage {
     QString caption;
     QString rows;  ///< What the rows are called: "ports".
   };
-  ListPage(const Names& names, std::unique_ptr<CheckableList> list, MessageBox& messages,
-           QWidget* parent);
+  ListPage(const Names& names, std::unique_ptr<CheckableList> list,
+           const ListMenu::Services& services, QWidget* parent);
   ~ListPage() override;
 
   QWidget* FirstControl() const override { return control_; }

@@ -6,6 +6,7 @@
 #include <QDialog>
 
 #include "dialog/help_button.h"
+#include "dialog/list_exporter.h"
 #include "dialog/page_sequence.h"
 #include "dialog/page_tabs.h"
 #include "dialog/save_bar.h"
@@ -13,6 +14,7 @@
 #include "platform/desktop.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
+#include "platform/printers.h"
 #include "settings/settings.h"
 
 namespace quillan {
@@ -24,6 +26,7 @@ struct SettingsFormServices {
   const Files& files;
   Desktop& desktop;
   MessageBox& messages;
+  Printers& printers;
   const Clock& clock;
   const text::UserLocale& locale;
   std::filesystem::path help_file;
@@ -58,6 +61,7 @@ class SettingsForm final : public QDialog {
   SettingsFormServices services_;
   PageTabs* tabs_;
   SaveBar* save_bar_;
+  ListExporter exporter_;
   PageSequence pages_;
   HelpButton* help_ = nullptr;
 };

@@ -23,6 +23,8 @@ std::vector<SettingsPage*> CreateSettingsPages(const PageServices& services, QWi
                                .messages = messages,
                                .clock = services.clock,
                                .locale = services.locale};
+  const ListMenu::Services for_menus{
+      .exporter = services.exporter, .messages = messages, .locale = services.locale};
   const auto new_port = [&database, &messages, window] {
     return NewPortForm::AddNewPort(database, messages, window);
   };
@@ -34,15 +36,15 @@ std::vector<SettingsPage*> CreateSettingsPages(const PageServices& services, QWi
   };
   return {
       new ListPage({"PortListFrame", "PortList", tr("Application && Service Ports"), tr("ports")},
-                   std::make_unique<PortList>(for_lists, new_port), messages, window),
+                   std::make_unique<PortList>(for_lists, new_port), for_menus, window),
       new ListPage({"IPGroupListFrame", "AddressGroupList", tr("IP Address Groups"), tr("groups")},
-                   std::make_unique<AddressGroupList>(for_lists, settings, new_group), messages,
+                   std::make_unique<AddressGroupList>(for_lists, settings, new_group), for_menus,
                    window),
       new RetentionPage(settings, services.locale, window),
       new CollapsePage(settings, messages, window),
       new ServicePage(settings, messages, window),
       new ListPage({"NetFlowSourceFrame", "InterfacesList", tr("NetFlow Sources"), tr("sources")},
-                   std::make_unique<InterfacesList>(for_lists), messages, window),
+                   std::make_unique<InterfacesList>(for_lists), for_menus, window),
   };
 }
 

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "dialog/list_exporter.h"
 #include "dialog/settings_page.h"
 #include "lists/list_host.h"
 #include "platform/clock.h"
@@ -15,6 +16,7 @@ struct PageServices {
   Settings& settings;
   FlowDatabase& database;
   ListHost& host;
+  ListExporter& exporter;
   MessageBox& messages;
   const Clock& clock;
   const text::UserLocale& locale;

@@ -1,5 +1,7 @@
 #include "lists/checkable_list.h"
 
+#include <algorithm>
+#include <limits>
 #include <stdexcept>
 #include <unordered_map>
 #include <utility>
@@ -100,6 +102,12 @@ std::vector<ado::Field> CheckableList::LoadedFields(ado::Recordset& rows) const 
 
 void CheckableList::LoadRows(ado::Recordset& rows) {
   const Grid::Batch batch(grid_);
+  max_lengths_.clear();
+  for (const ListColumn& column : description_.columns) {
+    const size_t size = rows.ColumnSize(column.field);
+    max_lengths_.push_back(
+        static_cast<int>(std::min<size_t>(size, std::numeric_limits<int>::max())));
+  }
   const std::vector<ado::Field> fields = LoadedFields(rows);
   for (size_t done = 0; !rows.Eof(); rows.MoveNext()) {
     LoadRow(rows, fields, grid_, grid_.AppendRow());
@@ -135,6 +143,11 @@ void CheckableList::LoadRow(ado::Recordset& rows, const std::vector<ado::Field>&
     SetSystem(grid, row, ado::ToBoolean(fields.back().Value()));
   }
   OnRowLoaded(rows, grid, row);
+}
+
+int CheckableList::MaxLength(int column) const {
+  const auto index = static_cast<size_t>(column);
+  return index < max_lengths_.size() ? max_lengths_[index] : 0;
 }
 
 void CheckableList::SetState(int row, RowState state) {

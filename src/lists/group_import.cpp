@@ -48,7 +48,6 @@ class GroupImport final : public ImportRules {
   GroupImport(const Grid& grid, FlowDatabase& database) : grid_(grid), database_(database) {}
 
   const ImportColumns& Columns() const override { return kColumns; }
-  int NameColumn() const override { return kGroupNameColumn; }
 
   std::optional<ImportKey> KeyOf(int row) const override {
     if (!grid_.RowData(row).has_range) return std::nullopt;
@@ -155,7 +154,7 @@ class GroupImport final : public ImportRules {
 
 ImportPlan AddressGroupList::PlanImport(std::string_view bytes, ImportMode mode) {
   GroupImport rules(Table(), services().database);
-  return quillan::PlanImport(bytes, mode, Table(), rules);
+  return quillan::PlanImport(bytes, mode, *this, rules);
 }
 
 }  // namespace quillan

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "lists/list_changes.h"
+#include "platform/text/encoding.h"
 
 namespace quillan {
 namespace {
@@ -19,13 +20,17 @@ struct Candidate {
 
 class Planner {
  public:
-  Planner(const Grid& grid, ImportRules& rules) : grid_(grid), rules_(rules) {
-    for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
+  Planner(const CheckableList& list, ImportRules& rules)
+      : grid_(list.Table()),
+        rules_(rules),
+        name_column_(list.Description().editable_column),
+        longest_name_(list.MaxLength(name_column_)) {
+    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
       const auto key = rules.KeyOf(row);
       if (!key) continue;
       // Of several rows with one key the first that is to stay counts.
       const auto [place, added] = rows_.try_emplace(*key, row);
-      if (!added && IsDeleted(grid, place->second)) place->second = row;
+      if (!added && IsDeleted(grid_, place->second)) place->second = row;
     }
   }
 
@@ -35,7 +40,9 @@ class Planner {
       line.line = record.line;
       line.key = record.key;
       line.end = record.end;
+      line.name = record.name.value_or("");
       auto key = rules_.ReadKey(record, line);
+      if (record.fault.empty()) record.fault = RefuseName(record.name.value_or(""));
       if (!record.fault.empty()) line.reason = record.fault;
       plan_.lines.push_back(std::move(line));
       candidates_.push_back({std::move(record), key});
@@ -50,6 +57,16 @@ class Planner {
   int RowOf(const ImportKey& key) const {
     const auto place = rows_.find(key);
     return place == rows_.end() ? 0 : place->second;
+  }
+
+  // Why the database cannot take the description. It counts UTF-16 units, as its columns do.
+  std::string RefuseName(std::string_view name) const {
+    const auto longest = static_cast<size_t>(longest_name_);
+    if (longest == 0 || name.size() <= longest) return {};
+    const size_t length = text::Utf8ToUtf16(name).size();
+    if (length <= longest) return {};
+    return "The description has " + std::to_string(length) + " characters; the database takes " +
+           std::to_string(longest) + ".";
   }
 
   // The row of a refused line stays: the file has it, if not in a form that can be used.
@@ -107,11 +124,10 @@ class Planner {
     lines_[*candidate.key] = line.line;
     if (line.row == 0) {
       line.verdict = ImportVerdict::kNew;
-      line.name = candidate.record.name.value_or("");
       line.enabled = candidate.record.enabled.value_or(true);
       return;
     }
-    const std::string_view name = grid_.Text(line.row, rules_.NameColumn());
+    const std::string_view name = grid_.Text(line.row, name_column_);
     const bool enabled = grid_.Check(line.row, 0) != CheckState::kUnchecked;
     line.name = candidate.record.name.value_or(std::string(name));
     line.enabled = candidate.record.enabled.value_or(enabled);
@@ -121,6 +137,8 @@ class Planner {
 
   const Grid& grid_;
   ImportRules& rules_;
+  int name_column_;
+  int longest_name_;  // 0: no limit.
   ImportPlan plan_;
   std::vector<Candidate> candidates_;
   std::map<ImportKey, int> rows_;   // Of the list.
@@ -129,7 +147,7 @@ class Planner {
 
 }  // namespace
 
-ImportPlan PlanImport(std::string_view bytes, ImportMode mode, const Grid& grid,
+ImportPlan PlanImport(std::string_view bytes, ImportMode mode, const CheckableList& list,
                       ImportRules& rules) {
   std::string error;
   auto records = ReadImport(bytes, rules.Columns(), error);
@@ -138,7 +156,7 @@ ImportPlan PlanImport(std::string_view bytes, ImportMode mode, const Grid& grid,
     plan.error = error;
     return plan;
   }
-  return Planner(grid, rules).Plan(std::move(records), mode);
+  return Planner(list, rules).Plan(std::move(records), mode);
 }
 
 }  // namespace quillan

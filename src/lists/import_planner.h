@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "lists/checkable_list.h"
 #include "lists/list_import.h"
 
 namespace quillan {
@@ -18,7 +19,6 @@ class ImportRules {
  public:
   virtual ~ImportRules() = default;
   virtual const ImportColumns& Columns() const = 0;
-  virtual int NameColumn() const = 0;
   /// The key of a row; nothing if it has none.
   virtual std::optional<ImportKey> KeyOf(int row) const = 0;
   /// The key of a line, its strings put into `line` in their usual form; nothing, and
@@ -33,10 +33,11 @@ class ImportRules {
   virtual std::string AddNew(const ImportKey& key, int line) = 0;
 };
 
-/// Judges the file `bytes` line by line against the rows of `grid`: a key that the list has means
-/// changed or unchanged, any other one a new row, unless the rules refuse it or an earlier line has
-/// the same key. Rows to be deleted count as gone, and come back where the file has their key.
-ImportPlan PlanImport(std::string_view bytes, ImportMode mode, const Grid& grid,
+/// Judges the file `bytes` line by line against the rows of `list`: a key that the list has means
+/// changed or unchanged, any other one a new row, unless the rules refuse it, an earlier line has
+/// the same key or the database cannot take the description. Rows to be deleted count as gone, and
+/// come back where the file has their key.
+ImportPlan PlanImport(std::string_view bytes, ImportMode mode, const CheckableList& list,
                       ImportRules& rules);
 
 }  // namespace quillan

@@ -104,6 +104,18 @@ ImportRecord TakeApart(DelimitedRecord& source, const Places& places) {
   return record;
 }
 
+void AppendRow(const Grid& grid, int row, char separator, std::string& text) {
+  std::vector<std::string_view> fields;
+  for (int column = 0; column < grid.Columns(); ++column) {
+    if (row < Grid::kFixedRows) {
+      fields.push_back(TrimSpaces(grid.Text(row, column)));
+    } else {
+      fields.push_back(column == 0 ? CheckWord(grid.Check(row, column)) : grid.Text(row, column));
+    }
+  }
+  text::AppendDelimitedRecord(fields, separator, text);
+}
+
 }  // namespace
 
 int ImportPlan::Count(ImportVerdict verdict) const {
@@ -154,20 +166,15 @@ std::string_view CheckWord(CheckState state) {
 
 std::string ExportList(const Grid& grid, char separator) {
   std::string text;
-  std::vector<std::string_view> fields(static_cast<size_t>(grid.Columns()));
   for (int row = 0; row < grid.Rows(); ++row) {
-    if (!grid.IsShown(row)) continue;
-    for (int column = 0; column < grid.Columns(); ++column) {
-      std::string_view& field = fields[static_cast<size_t>(column)];
-      field = grid.Text(row, column);
-      if (row < Grid::kFixedRows) {
-        field = TrimSpaces(field);
-      } else if (column == 0) {
-        field = CheckWord(grid.Check(row, column));
-      }
-    }
-    text::AppendDelimitedRecord(fields, separator, text);
+    if (grid.IsShown(row)) AppendRow(grid, row, separator, text);
   }
+  return text;
+}
+
+std::string SelectedRowsText(const Grid& grid) {
+  std::string text;
+  for (const int row : grid.SelectedRows()) AppendRow(grid, row, '\t', text);
   return text;
 }
 

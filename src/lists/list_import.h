@@ -24,7 +24,7 @@ struct ImportLine {
   ImportVerdict verdict = ImportVerdict::kRefused;
   std::string key;   ///< The port, or the start of the range; as in the file if refused.
   std::string end;   ///< The end of the range.
-  std::string name;  ///< What the row's description will be.
+  std::string name;  ///< What the row's description will be; as in the file if refused.
   bool enabled = true;
   std::string reason;  ///< Why the line is refused, or a note on an accepted one.
   int row = 0;         ///< The existing row; 0 if there is none.
@@ -76,5 +76,8 @@ std::string_view CheckWord(CheckState state);
 
 /// The rows that `grid` shows, with a header, as separated text that `ReadImport` reads back.
 std::string ExportList(const Grid& grid, char separator);
+
+/// The selected rows without a header, tabs between their columns, as `ReadImport` reads them back.
+std::string SelectedRowsText(const Grid& grid);
 
 }  // namespace quillan

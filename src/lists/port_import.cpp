@@ -33,7 +33,6 @@ class PortImport final : public ImportRules {
   PortImport(const Grid& grid, FlowDatabase& database) : grid_(grid), database_(database) {}
 
   const ImportColumns& Columns() const override { return kColumns; }
-  int NameColumn() const override { return kPortDescriptionColumn; }
 
   std::optional<ImportKey> KeyOf(int row) const override {
     return ReadPort(grid_.Text(row, kPortColumn));
@@ -91,7 +90,7 @@ class PortImport final : public ImportRules {
 
 ImportPlan PortList::PlanImport(std::string_view bytes, ImportMode mode) {
   PortImport rules(Table(), services().database);
-  return quillan::PlanImport(bytes, mode, Table(), rules);
+  return quillan::PlanImport(bytes, mode, *this, rules);
 }
 
 }  // namespace quillan

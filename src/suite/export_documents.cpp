@@ -70,15 +70,15 @@ void AppendRow(std::string_view cell_element, const std::vector<std::string>& ce
 
 }  // namespace
 
-std::string CsvDocument(const ReadRow& read_row) {
-  std::string csv;
+std::string DelimitedDocument(char separator, const ReadRow& read_row) {
+  std::string document;
   std::vector<std::string> cells;
   std::vector<std::string_view> fields;
   while (read_row(cells)) {
     fields.assign(cells.begin(), cells.end());
-    text::AppendDelimitedRecord(fields, ',', csv);
+    text::AppendDelimitedRecord(fields, separator, document);
   }
-  return text::IsAscii(csv) ? csv : "\xEF\xBB\xBF" + csv;
+  return text::IsAscii(document) ? document : "\xEF\xBB\xBF" + document;
 }
 
 std::string HtmlDocument(const PageTexts& page, const ReadRow& read_row) {

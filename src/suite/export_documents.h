@@ -19,9 +19,9 @@ struct PageTexts {
 /// Reads the next row of a table into `cells`; false at its end. The first row is the header.
 using ReadRow = std::function<bool(std::vector<std::string>& cells)>;
 
-/// A table as comma-separated text (RFC 4180), UTF-8. Text outside ASCII gets a byte-order mark, by
-/// which spreadsheets recognise the encoding.
-std::string CsvDocument(const ReadRow& read_row);
+/// A table as text whose fields `separator` separates (RFC 4180), UTF-8. Text outside ASCII gets a
+/// byte-order mark, by which spreadsheets recognise the encoding.
+std::string DelimitedDocument(char separator, const ReadRow& read_row);
 
 /// A table as one self-contained page of HTML.
 std::string HtmlDocument(const PageTexts& page, const ReadRow& read_row);

@@ -19,7 +19,6 @@ constexpr std::array<ExportMethod, 5> kMethods = {{{"CSV", "CSV file", ".csv"},
 
 bool Suits(const ExportMethod& method, int item_kind) {
   if (method.key == "CSV") return item_kind == kTableItems;
-  if (method.key == "TXT") return item_kind == kTextItems;
   return item_kind == kTableItems || item_kind == kTextItems;
 }
 

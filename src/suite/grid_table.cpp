@@ -1,11 +1,20 @@
 #include "suite/grid_table.h"
 
+#include "platform/text/ascii.h"
+
 namespace quillan {
 
 using automation::Value;
 
+GridTable::GridTable(const Grid& grid, CheckWord check_word)
+    : grid_(grid), check_word_(check_word) {
+  for (int row = 0; row < grid.Rows(); ++row) {
+    if (grid.IsShown(row)) rows_.push_back(row);
+  }
+}
+
 Value GridTable::Get(std::string_view property) {
-  if (property == "Rows") return grid_.Rows();
+  if (property == "Rows") return static_cast<std::int32_t>(rows_.size());
   if (property == "Cols") return grid_.Columns();
   if (property == "FixedRows") return Grid::kFixedRows;
   automation::RefuseMember(TypeName(), property);
@@ -24,7 +33,8 @@ Value GridTable::Call(std::string_view member, std::span<Value> arguments) {
     return *number;
   };
   if (member == "TextMatrix" && arguments.size() == 2) {
-    return CellText(index(0, grid_.Rows()), index(1, grid_.Columns()));
+    const int row = index(0, static_cast<int>(rows_.size()));
+    return CellText(rows_[static_cast<size_t>(row)], index(1, grid_.Columns()));
   }
   if (member == "ColHidden" && arguments.size() == 1) {
     return grid_.Column(index(0, grid_.Columns())).hidden;
@@ -33,10 +43,9 @@ Value GridTable::Call(std::string_view member, std::span<Value> arguments) {
 }
 
 std::string GridTable::CellText(int row, int column) const {
-  if (row >= Grid::kFixedRows && column == 0) {
-    return std::string(check_word_(grid_.Check(row, column)));
-  }
-  return std::string(grid_.Text(row, column));
+  const std::string_view text = grid_.Text(row, column);
+  if (row < Grid::kFixedRows) return std::string(text::TrimSpaces(text));
+  return std::string(column == 0 ? check_word_(grid_.Check(row, column)) : text);
 }
 
 }  // namespace quillan

@@ -142,7 +142,8 @@ class RendixEngine final : public automation::Object {
     if (method.key == "HTML") return MakeHtml(content);
     if (content.table == nullptr) return content.text;
     TableReader reader(content.table, options_.ColumnList);
-    return CsvDocument([&](std::vector<std::string>& cells) { return reader.Next(cells); });
+    return DelimitedDocument(method.key == "CSV" ? ',' : '\t',
+                             [&](std::vector<std::string>& cells) { return reader.Next(cells); });
   }
 
   std::string MakeHtml(const Content& content) const {

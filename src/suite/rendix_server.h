@@ -13,9 +13,9 @@ namespace quillan {
 /// export tables and plain text.
 ///
 /// An engine has the properties of `ExportOptions` and these members:
-/// - `ExportTable`(method, table): "CSV", "HTML", "PRINTER" or "PREVIEW"; the table has the members
-///   of `GridTable`; hidden columns are left out, and all but those whose headers `ColumnList`
-///   names, separated by commas, unless it is empty;
+/// - `ExportTable`(method, table): "CSV", "TXT" (tabs between the columns), "HTML", "PRINTER" or
+///   "PREVIEW"; the table has the members of `GridTable`; hidden columns are left out, and all but
+///   those whose headers `ColumnList` names, separated by commas, unless it is empty;
 /// - `ExportText`(method, text) and `ExportTextFile`(method, path): "TXT", "HTML", "PRINTER" or
 ///   "PREVIEW";
 /// - `ExportMethods`(kind of item) and `SentToMethods`(): dictionaries from method to display name

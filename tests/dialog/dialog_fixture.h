@@ -30,8 +30,8 @@ class DialogTest : public ProgramTest {
     settings_.reset();
     settings_ = std::make_unique<Settings>(registry_, program_.database, desktop_, clock_, locale_);
     form_ = std::make_unique<SettingsForm>(SettingsFormServices{
-        *settings_, program_.database, program_.files, desktop_, Messages(), clock_, locale_,
-        program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
+        *settings_, program_.database, program_.files, desktop_, Messages(), printers_, clock_,
+        locale_, program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
     form_->show();
     form_->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
@@ -85,6 +85,7 @@ class DialogTest : public ProgramTest {
   // Opens the editor of the current cell with F2; null when the edit is refused.
   static QWidget* Edit(GridView* table);
 
+  FakePrinters printers_;
   std::unique_ptr<Settings> settings_;
   std::unique_ptr<SettingsForm> form_;
   int ended_ = 0;

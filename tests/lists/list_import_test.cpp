@@ -80,14 +80,17 @@ TEST_F(PortImportTest, EveryFormOfAFileIsUnderstood) {
 TEST_F(PortImportTest, LinesAreRefusedOneByOneWithAReason) {
   program_.suite.Run("Insert Into ServicePorts Values (7,'other',0,1)");
   EXPECT_THAT(Verdicts(Plan("81,a\n0,zero\n65536,top\n65537,x\n80abc,x\n81,again\n82,a,maybe\n"
-                            "83,a,yes,more\n7,stored\n9000,back\n8080,proxy\n8080,proxy\n")),
+                            "83,a,yes,more\n7,stored\n9000,back\n8080,proxy\n8080,proxy\n80," +
+                            std::string(254, 'x') + "\u00e9\n84," + std::string(256, 'x'))),
               ElementsAre("1: +81 a", "2: !\"0\" is not a port number from 1 to 65536.",
                           "3: +65536 top", "4: !\"65537\" is not a port number from 1 to 65536.",
                           "5: !\"80abc\" is not a port number from 1 to 65536.",
                           "6: !Line 1 has the same key.", "7: !\"maybe\" is neither yes nor no.",
                           "8: !The line has more fields than there are columns.",
                           "9: !Port number 7 already exists as other. Reload the list.",
-                          "10: ~9000 back", "11: =8080 proxy", "12: !Line 11 has the same key."));
+                          "10: ~9000 back", "11: =8080 proxy", "12: !Line 11 has the same key.",
+                          "13: ~80 " + std::string(254, 'x') + "\u00e9",
+                          "14: !The description has 256 characters; the database takes 255."));
   EXPECT_THAT(Verdicts(Plan("81,telnet" + std::string(1, '\0') + "over a secure line")),
               ElementsAre("1: !The description holds a NUL character."));
   const ImportPlan broken = Plan("81,a\n82,\"b\n");

@@ -62,15 +62,13 @@ class Recorder : public automation::Object {
   std::string type_;
 };
 
-class ExportEngineTest : public testing::Test, public automation::Server, public Printers {
+class ExportEngineTest : public testing::Test, public automation::Server {
  protected:
   ObjectRef CreateObject(std::string_view identifier) override {
     EXPECT_EQ(identifier, "Rendix.Engine");
     if (!engine_) throw automation::Error(429, "not registered");
     return engine_;
   }
-  bool AnyInstalled() const override { return has_printer_; }
-  bool Print(const PrintJob&) override { return false; }
 
   // The calls of the engine since the last look, without the options.
   Recorder::Log Calls() {
@@ -82,8 +80,8 @@ class ExportEngineTest : public testing::Test, public automation::Server, public
   Recorder::Log log_;
   test::ScriptedMessageBox boxes_;
   std::shared_ptr<Recorder> engine_ = std::make_shared<Recorder>(log_, "Engine");
-  bool has_printer_ = true;
-  ExportEngine export_{*this, *this, boxes_, {"Quillan Settings", 4, 2, 17, "/opt/quillan"}};
+  test::FakePrinters printers_;
+  ExportEngine export_{*this, printers_, boxes_, {"Quillan Settings", 4, 2, 17, "/opt/quillan"}};
 };
 
 TEST_F(ExportEngineTest, OptionsArePushedAndHoldForOneCall) {
@@ -118,7 +116,6 @@ TEST_F(ExportEngineTest, ExportAndSendChoosesTheFormByTheWayItIsSent) {
   };
   for (const Row& row : {
            Row{table, "Excel.exe", "", "ExportTable HTML object", "HTML", "yes"},
-           Row{table, "x.MapiMail", "", "ExportTable MHTML object", "MHTML", "yes"},
            Row{map, "MAILCONTENT", "GIF", "ExportMap HTML object", "MHTML", "no"},
            Row{text, "a", "", "ExportText txt t", "txt", "yes"},
            Row{text, "x.mapimail", "html", "ExportText MHTML t", "MHTML", "yes"},
@@ -156,27 +153,54 @@ TEST_F(ExportEngineTest, WithoutAnEngineOnlyTheCallsThatPrintExportOrSendComplai
   EXPECT_THAT(boxes_.messages[0].text, testing::EndsWith("Error= 429"));
 }
 
-TEST_F(ExportEngineTest, TheSendToMenuHasGroupsAndImagesByTheFirstWord) {
+TEST_F(ExportEngineTest, TheBestMethodDependsOnTheItemAndOnMail) {
+  const std::map<int, std::pair<std::string, std::string>> methods = {
+      {kTableItems, {"HTML", "MHTML"}},
+      {kTextItems, {"TXT", "TXT"}},
+      {kPictureItems, {"HTML", "MHTML"}},
+      {kChartItems, {"HTML", "MHTML"}},
+      {4, {"", ""}}};
+  for (const auto& [kind, best] : methods) {
+    EXPECT_EQ(ExportEngine::BestExportMethod(kind, "MailContent"), best.first) << kind;
+    EXPECT_EQ(ExportEngine::BestExportMethod(kind, "C:\\x.MapiMail"), best.second) << kind;
+  }
+}
+
+TEST_F(ExportEngineTest, AToolbarsMenuGetsAButtonForEachMethod) {
   const auto methods = engine_->Child("SentToMethods", "Methods");
-  methods->answers = {
-      {"Keys", std::vector<std::string>{"a.MAPIMail", "MailContent", "x/EXCEL.EXE"}},
-      {"Item a.MAPIMail", "Mail Recipient"},
-      {"Item MailContent", "Mail text"},
-      {"Item x/EXCEL.EXE", "Microsoft Excel 2003"}};
+  engine_->answers["ExportMethods"] = methods;
+  methods->answers = {{"Keys", std::vector<std::string>{"b", "MailContent", "x/EXCEL.EXE"}},
+                      {"Item b", "Web page"},
+                      {"Item MailContent", "Mail text"},
+                      {"Item x/EXCEL.EXE", "Microsoft Excel 2003"}};
   const auto toolbar = std::make_shared<Recorder>(log_, "Toolbar");
   const auto commands = toolbar->Child("Commands", "Commands");
-  commands->Child("AddToolButton", "Button");
-  commands->Child("Images", "Images")->answers["Item Excel"] = "picture";
-  const auto menu = std::make_shared<Recorder>(log_, "ICommandPopupMenu");
-  menu->Child("CommandBar", "Bar")->Child("Controls", "Controls")->Child("Add", "Entry");
-  export_.LoadSendToMenu(menu, toolbar);
-  EXPECT_THAT(log_,
-              testing::IsSupersetOf({"Commands.AddToolButton SendTo:MailContent Mail text",
-                                     "Button.Tag=MailContent", "Controls.Add SendTo:MailContent",
-                                     "Images.Item SendTo:Excel", "Button.Image=picture"}));
-  // The second and the third entry begin a group.
-  EXPECT_THAT(log_, testing::Contains("Entry.BeginGroup=yes").Times(2));
-  EXPECT_EQ(log_.back(), "Methods.RemoveAll");
+  commands->Child("AddToolButton", "Button")->answers["Name"] = "button";
+  commands->Child("Images", "Images")->answers = {{"Item Excel", "picture"}, {"Item b", "image"}};
+  const auto popup = std::make_shared<Recorder>(log_, "ICommandPopupMenu");
+  popup->Child("CommandBar", "Bar")->Child("Controls", "Controls")->Child("Add", "Entry");
+  const auto tool = std::make_shared<Recorder>(log_, "ISSTool");
+  tool->Child("Menu", "Menu")->Child("Tools", "Tools")->Child("Add", "Entry");
+  struct Row {
+    ObjectRef menu;
+    const char *sends, *exports;  // How the entries are added.
+  };
+  for (const Row& row : {Row{popup, "Controls.Add SendTo:b", "Controls.Add Export:b"},
+                         Row{tool, "Tools.Add button", "Tools.Add button"}}) {
+    log_.clear();
+    export_.LoadSendToMenu(row.menu, toolbar);
+    EXPECT_THAT(log_, testing::IsSupersetOf({"Commands.AddToolButton SendTo:MailContent Mail text",
+                                             "Button.Tag=MailContent", row.sends,
+                                             "Images.Item SendTo:Excel", "Button.Image=picture"}));
+    EXPECT_THAT(log_, testing::Contains("Entry.BeginGroup=yes").Times(2));  // The last two.
+    EXPECT_EQ(log_.back(), "Methods.RemoveAll");
+    log_.clear();
+    export_.LoadExportsMenu(row.menu, toolbar);
+    EXPECT_THAT(log_,
+                testing::IsSupersetOf({"Commands.AddToolButton Export:b Web page", row.exports,
+                                       "Images.Item Export:b", "Button.Image=image"}));
+    EXPECT_THAT(log_, testing::Not(testing::Contains("Entry.BeginGroup=yes")));
+  }
 }
 
 TEST_F(ExportEngineTest, AnArrayKeepsItsFirstItemAsTheTemplate) {
@@ -195,7 +219,7 @@ TEST_F(ExportEngineTest, AnArrayKeepsItsFirstItemAsTheTemplate) {
 TEST_F(ExportEngineTest, AMissingPrinterIsReportedUnderTheProgramsName) {
   EXPECT_FALSE(export_.NoPrinters());
   EXPECT_THAT(boxes_.messages, IsEmpty());
-  has_printer_ = false;
+  printers_.installed = false;
   EXPECT_TRUE(export_.NoPrinters());
   ASSERT_EQ(boxes_.messages.size(), 1U);
   EXPECT_EQ(boxes_.messages[0].title, "Quillan");

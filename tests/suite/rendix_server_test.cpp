@@ -24,25 +24,22 @@ std::string_view CheckWord(CheckState state) {
   return state == CheckState::kChecked ? "yes" : "no";
 }
 
-// The client over the real engine, which exports a grid with a hidden column.
-class RendixServerTest : public testing::Test, public Printers {
+// The client over the real engine, which exports a grid with a hidden column and a hidden row.
+class RendixServerTest : public testing::Test {
  protected:
   RendixServerTest() {
-    grid_.Reset(3, {{""}, {""}, {"", Alignment::kLeft, true}, {""}});
-    const char* texts[3][4] = {{"Enabled", "Port", "Id", "Description"},
+    grid_.Reset(4, {{""}, {""}, {"", Alignment::kLeft, true}, {""}});
+    const char* texts[4][4] = {{"Enabled", "Port  ", "Id", "Description"},
                                {"", "80", "1", "<b>Web</b>, \"http\""},
+                               {"", "81", "3", "hidden"},
                                {"", "443", "2", "Züri\r\nhttps"}};
-    for (int row = 0; row < 3; ++row) {
+    for (int row = 0; row < 4; ++row) {
       for (int column = 0; column < 4; ++column) grid_.SetText(row, column, texts[row][column]);
     }
     grid_.SetCheck(1, 0, CheckState::kChecked);
-    grid_.SetCheck(2, 0, CheckState::kUnchecked);
-  }
-
-  bool AnyInstalled() const override { return true; }
-  bool Print(const PrintJob& job) override {
-    printed_ = job;
-    return !job.preview;
+    grid_.SetCheck(3, 0, CheckState::kUnchecked);
+    grid_.SetFilter([](int row) { return row != 2; });
+    table_ = std::make_shared<GridTable>(grid_, &CheckWord);
   }
 
   // Exports the grid without asking for a file; the file's content.
@@ -59,28 +56,30 @@ class RendixServerTest : public testing::Test, public Printers {
 
   test::TemporaryFolder folder_;
   Grid grid_;
-  std::shared_ptr<GridTable> table_ = std::make_shared<GridTable>(grid_, &CheckWord);
+  std::shared_ptr<GridTable> table_;
   std::filesystem::path suggestion_, choice_;
-  PrintJob printed_;
-  RendixServer server_{*this, [this](const std::filesystem::path& suggestion) {
+  test::FakePrinters printers_;
+  RendixServer server_{printers_, [this](const std::filesystem::path& suggestion) {
                          suggestion_ = suggestion;
                          return choice_;
                        }};
   test::ScriptedMessageBox boxes_;
-  ExportEngine export_{server_, *this, boxes_, {"Quillan", 1, 0, 0, folder_ / "program"}};
+  ExportEngine export_{server_, printers_, boxes_, {"Quillan", 1, 0, 0, folder_ / "program"}};
 };
 
-TEST_F(RendixServerTest, ATableBecomesCsvThatReadsBack) {
-  const std::string csv = ExportGrid("csv", "ports");
+TEST_F(RendixServerTest, ATableBecomesTextThatReadsBack) {
+  for (const auto& [method, separator] : {std::pair("csv", ','), std::pair("TXT", '\t')}) {
+    const std::string utf8 = text::DecodeTable(ExportGrid(method, "ports"));
+    text::DelimitedReader reader(utf8);
+    EXPECT_EQ(reader.separator(), separator);
+    text::DelimitedRecord record;
+    std::vector<std::vector<std::string>> rows;
+    while (reader.Next(record)) rows.push_back(record.fields);
+    EXPECT_THAT(rows, ElementsAre(ElementsAre("Enabled", "Port", "Description"),
+                                  ElementsAre("yes", "80", "<b>Web</b>, \"http\""),
+                                  ElementsAre("no", "443", "Züri\r\nhttps")));
+  }
   EXPECT_FALSE(std::filesystem::exists(folder_ / "ports.csv.part"));
-  const std::string utf8 = text::DecodeTable(csv);
-  text::DelimitedReader reader(utf8);
-  text::DelimitedRecord record;
-  std::vector<std::vector<std::string>> rows;
-  while (reader.Next(record)) rows.push_back(record.fields);
-  EXPECT_THAT(rows, ElementsAre(ElementsAre("Enabled", "Port", "Description"),
-                                ElementsAre("yes", "80", "<b>Web</b>, \"http\""),
-                                ElementsAre("no", "443", "Züri\r\nhttps")));
   export_.ColumnList = "description , PORT";
   EXPECT_EQ(ExportGrid("CSV", "some.txt").substr(3, 18), "Port,Description\r\n");
 }
@@ -126,15 +125,17 @@ TEST_F(RendixServerTest, PrintingPassesThePageToThePrinters) {
   export_.DefaultPrinter = "laser";
   export_.Orientation = 2;
   EXPECT_TRUE(export_.PrintTable(table_, false));
-  EXPECT_EQ(printed_.title, "Ports");
-  EXPECT_EQ(printed_.printer, "laser");
-  EXPECT_TRUE(printed_.landscape && !printed_.preview);
-  EXPECT_FALSE(export_.PrintText("t", true));
-  EXPECT_TRUE(printed_.preview && !printed_.landscape);
+  EXPECT_TRUE(export_.PrintText("t", true));
+  const auto& [first, second] = std::tie(printers_.jobs.at(0), printers_.jobs.at(1));
+  EXPECT_EQ(first.title, "Ports");
+  EXPECT_EQ(first.printer, "laser");
+  EXPECT_TRUE(first.landscape && !first.preview);
+  EXPECT_TRUE(second.preview && !second.landscape);
 }
 
 TEST_F(RendixServerTest, MethodsAreListedByKind) {
-  EXPECT_THAT(export_.ExportMethods(kTableItems), ElementsAre("CSV", "HTML", "PRINTER", "PREVIEW"));
+  EXPECT_THAT(export_.ExportMethods(kTableItems),
+              ElementsAre("CSV", "TXT", "HTML", "PRINTER", "PREVIEW"));
 }
 
 TEST_F(RendixServerTest, WhatItCannotDoIsAnErrorThatLeavesFilesAlone) {
@@ -142,7 +143,7 @@ TEST_F(RendixServerTest, WhatItCannotDoIsAnErrorThatLeavesFilesAlone) {
   EXPECT_THROW(export_.ExportChart(table_, "HTML"), automation::Error);
   EXPECT_THROW(export_.ExportTable(nullptr, "HTML"), automation::Error);
   export_.SkipFilenameSelection = true;
-  EXPECT_THROW(export_.ExportTable(table_, "TXT"), automation::Error);
+  EXPECT_THROW(export_.ExportText("t", "CSV"), automation::Error);
   EXPECT_THROW(export_.ExportTextFile((folder_ / "missing").string(), "TXT"), automation::Error);
   folder_.Write("full.csv/kept", "a folder of that name");
   export_.TargetFilename = (folder_ / "full.csv").string();

@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/message_box.h"
+#include "platform/printers.h"
 
 namespace quillan::test {
 
@@ -64,6 +65,19 @@ class FakeDesktop final : public Desktop {
   bool starts = true;
   std::vector<std::filesystem::path> started;
   std::vector<std::string> opened;
+};
+
+/// Keeps what is printed.
+class FakePrinters final : public Printers {
+ public:
+  bool AnyInstalled() const override { return installed; }
+  bool Print(const PrintJob& job) override {
+    jobs.push_back(job);
+    return true;
+  }
+
+  bool installed = true;
+  std::vector<PrintJob> jobs;
 };
 
 /// A window that counts how often the busy pointer was shown.

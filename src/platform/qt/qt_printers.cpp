@@ -36,7 +36,9 @@ bool QtPrinters::Print(const PrintJob& job) {
 void PrintDocument(const PrintJob& job, QPrinter& printer) {
   QTextDocument document;
   document.setHtml(ToQString(job.html));
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
   document.print(&printer);
+  QGuiApplication::restoreOverrideCursor();
 }
 
 }  // namespace quillan
