@@ -132,30 +132,27 @@ SaveResult PageSequence::SaveRows() {
     Attempt([&] { services_.settings.RefreshDatabaseSettings(); });
     for (SettingsPage* page : pages_) page->LoadOptions();
   }
+  report_.failures.clear();
   for (SettingsPage* page : begun) {
     Attempt([&] { ReadRows(*page, &CheckableList::Reload); });
+    NoteFailures(*page);
   }
   report_.written = total - PendingCount();
-  return SaveResult::kFailed;
+  return complete && report_.failures.empty() ? SaveResult::kDone : SaveResult::kFailed;
 }
 
 // False when the user stopped it.
 bool PageSequence::SaveRowsOf(SettingsPage& page) {
   CheckableList& list = *page.List();
   services_.progress.ShowStep(Tr("Saving %1").arg(page.RowsName()));
-  const auto note_failures = [&] {
-    for (const SaveFailure& failure : list.Failures()) {
-      report_.failures.push_back(
-          {page.Title(), ToQString(failure.name), ToQString(failure.message)});
-    }
-  };
-  try {
-    const SaveOutcome outcome = list.Sync();
-    note_failures();
-    return !outcome.stopped;
-  } catch (...) {
-    note_failures();
-    throw;
+  const SaveOutcome outcome = list.Sync();
+  NoteFailures(page);
+  return !outcome.stopped;
+}
+
+void PageSequence::NoteFailures(const SettingsPage& page) {
+  for (const SaveFailure& failure : page.List()->Failures()) {
+    report_.failures.push_back({page.Title(), ToQString(failure.name), ToQString(failure.message)});
   }
 }
 

@@ -59,6 +59,7 @@ class PageSequence {
   bool CheckStoredRows();
   SaveResult SaveRows();
   bool SaveRowsOf(SettingsPage& page);
+  void NoteFailures(const SettingsPage& page);
 
   std::vector<SettingsPage*> pages_;
   Services services_;

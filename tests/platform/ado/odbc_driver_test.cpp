@@ -12,7 +12,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/drivers.h"
 #include "platform/ado/error.h"
-#include "platform/ado/tds_server.h"
+#include "support/tds_server.h"
 #include "support/temporary_folder.h"
 
 namespace quillan::ado {
