@@ -1,5 +1,7 @@
 #include "lists/checkable_list.h"
 
+#include <algorithm>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 
@@ -85,8 +87,12 @@ bool CheckableList::LoadOver(std::vector<KeptRow> kept) {
 void CheckableList::LoadRows(ado::Recordset& rows, Grid& grid) {
   const Grid::Batch batch(grid);
   std::vector<ado::Field> fields;
+  max_lengths_.clear();
   for (const ListColumn& column : description_.columns) {
     fields.push_back(rows.Fields(column.field));
+    const size_t size = rows.ColumnSize(column.field);
+    max_lengths_.push_back(
+        static_cast<int>(std::min<size_t>(size, std::numeric_limits<int>::max())));
   }
   if (!description_.system_field.empty()) fields.push_back(rows.Fields(description_.system_field));
   for (; !rows.Eof(); rows.MoveNext()) LoadRow(rows, fields, grid);
@@ -114,6 +120,11 @@ void CheckableList::LoadRow(ado::Recordset& rows, std::vector<ado::Field>& field
     SetSystem(grid, row, ado::ToBoolean(fields.back().Value()));
   }
   OnRowLoaded(rows, grid, row);
+}
+
+int CheckableList::MaxLength(int column) const {
+  const auto index = static_cast<size_t>(column);
+  return index < max_lengths_.size() ? max_lengths_[index] : 0;
 }
 
 void CheckableList::SetState(int row, RowState state) {

@@ -56,6 +56,10 @@ class CheckableList : public GridListener {
   /// `handler` is called when `PendingCount` may have changed.
   void OnPendingChanged(std::function<void()> handler) { pending_changed_ = std::move(handler); }
 
+  /// The most characters that the database takes in a column; 0: no limit, or not known before the
+  /// rows have been read.
+  int MaxLength(int column) const;
+
   /// Gives the editable column of a data row another text, as an edit in place does.
   void EditText(int row, std::string_view text);
 
@@ -169,6 +173,7 @@ class CheckableList : public GridListener {
   Grid grid_;
   std::string edit_start_text_;
   std::vector<std::string> loaded_texts_;  // Of rows whose text was edited.
+  std::vector<int> max_lengths_;           // By column, once the rows have been read.
   std::string load_error_;
   int pending_count_ = 0;      // In the grid.
   int reported_count_ = 0;     // As the handler knows it.

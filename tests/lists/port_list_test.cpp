@@ -34,6 +34,8 @@ TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed
               ElementsAre("-|80|http|0", "x|443|https|0", "-|5000||0", "x|8080|proxy|0"));
   EXPECT_FALSE(list_.Table().Bold(1, 1)) << "a system port";
   EXPECT_TRUE(list_.Table().Bold(3, 1)) << "a port of the user's";
+  EXPECT_EQ(list_.MaxLength(2), 255);
+  EXPECT_EQ(list_.MaxLength(1), 0) << "a number has no limit";
   EXPECT_FALSE(Edit(list_, 1, 1, "81")) << "the number cannot be edited";
   EXPECT_TRUE(Edit(list_, 1, 2, "http"));  // Changed, but not red.
   EXPECT_TRUE(Edit(list_, 2, 2, "HTTPS"));
