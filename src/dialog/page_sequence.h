@@ -58,6 +58,7 @@ class PageSequence {
   SaveResult SaveOptions();
   bool CheckStoredRows();
   SaveResult SaveRows();
+  void Read(const std::function<void()>& step);
   bool SaveRowsOf(SettingsPage& page);
   void NoteFailures(const SettingsPage& page);
 

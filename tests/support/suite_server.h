@@ -26,8 +26,8 @@ class SuiteServer {
   /// An error of the server's; its number, and its text.
   using Failure = std::pair<std::int32_t, std::string>;
   /// What meets a statement in the place of its being run; nothing, so that it runs.
-  using Fault = std::variant<std::monostate, Failure, TdsServer::Silence, TdsServer::HangUp,
-                             TdsServer::Reset>;
+  using Fault =
+      std::variant<std::monostate, Failure, TdsServer::Silence, TdsServer::Mute, TdsServer::Reset>;
 
   explicit SuiteServer(const std::filesystem::path& file)
       : database_(Open(file)), server_([this](const std::string& batch) { return Run(batch); }) {}
@@ -101,7 +101,7 @@ class SuiteServer {
       lock.unlock();
       const Fault fault = before ? before(statement) : Fault();
       if (std::holds_alternative<TdsServer::Silence>(fault)) return TdsServer::Silence{};
-      if (std::holds_alternative<TdsServer::HangUp>(fault)) return TdsServer::HangUp{};
+      if (std::holds_alternative<TdsServer::Mute>(fault)) return TdsServer::Mute{};
       if (std::holds_alternative<TdsServer::Reset>(fault)) return TdsServer::Reset{};
       if (const auto* error = std::get_if<Failure>(&fault)) failure = *error;
     }

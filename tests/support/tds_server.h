@@ -165,11 +165,13 @@ class TdsServer {
   struct Login {
     std::string user, password, server, database;
   };
-  /// No answer until the client gives up; in the place of one the connection's end, or its reset.
+  /// No answer until the client gives up; none to anything any more, as of a network that is down;
+  /// in the place of an answer the connection's end, or its reset.
   struct Silence {};
+  struct Mute {};
   struct HangUp {};
   struct Reset {};
-  using Answer = std::variant<TdsReply, Silence, HangUp, Reset>;
+  using Answer = std::variant<TdsReply, Silence, Mute, HangUp, Reset>;
   /// The answer to a statement, in which the parameters stand as literals; called on the server's
   /// own thread. Transactions come as "begin transaction", "commit transaction" and so on.
   using Script = std::function<Answer(const std::string& statement)>;
@@ -201,6 +203,8 @@ class TdsServer {
   }
 
   int port() const { return port_; }
+  /// Ends the connection, if there is one.
+  void EndConnection() const { shutdown(client_, SHUT_RDWR); }
   /// The logins and the statements that came so far, in their order.
   std::vector<Login> logins() const { return Copy(logins_); }
   std::vector<std::string> statements() const { return Copy(statements_); }
@@ -315,6 +319,7 @@ class TdsServer {
     std::uint8_t type = 0;
     std::string message;
     while (Receive(type, message)) {
+      if (mute_) continue;
       if (type == kPreLogin) {
         // Version and encryption (2: there is none), each its place and length; then their values.
         Send(std::string("\0\0\x0B\0\x06\1\0\x11\0\1\xFF\x10\0\3\xE8\0\0\2", 18));
@@ -347,6 +352,7 @@ class TdsServer {
     Note(statements_, statement);
     const Answer answer = script_(statement);
     if (const auto* reply = std::get_if<TdsReply>(&answer)) Send(reply->bytes());
+    mute_ = std::holds_alternative<Mute>(answer);
     if (std::holds_alternative<Reset>(answer)) {
       const linger at_once{1, 0};
       setsockopt(client_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
@@ -387,6 +393,7 @@ class TdsServer {
   std::optional<TdsReply> login_refusal_;
   int listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   int port_ = 0;
+  bool mute_ = false;
   std::atomic<bool> stopping_ = false;
   std::atomic<int> client_ = -1;
   mutable std::mutex mutex_;
