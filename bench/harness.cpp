@@ -141,6 +141,7 @@ int Main(int count, char** arguments) {
   InstallAppearance();
   AddLoadRows();
   AddSaveRows();
+  AddServerRows();
   AddListRows();
   AddAddressRows();
   AddStartUpRows();

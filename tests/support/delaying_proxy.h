@@ -48,14 +48,6 @@ class DelayingProxy {
  private:
   using Clock = std::chrono::steady_clock;
 
-  // One direction of a connection. An empty piece is its end.
-  struct Way {
-    int from;
-    int to;
-    bool open = true;
-    std::deque<std::pair<Clock::time_point, std::string>> pieces = {};
-  };
-
   static sockaddr_in Loopback(int port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -68,65 +60,46 @@ class DelayingProxy {
     for (;;) {
       std::array<pollfd, 2> ready{{{listener_, POLLIN, 0}, {stop_[0], POLLIN, 0}}};
       if (poll(ready.data(), ready.size(), -1) < 0 || ready[1].revents != 0) return;
-      const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-      const int server = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-      const sockaddr_in address = Loopback(target_);
+      const std::array<int, 2> ends = {accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC),
+                                       socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
       const int on = 1;
-      for (const int end : {client, server}) {
-        setsockopt(end, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+      for (const int end : ends) setsockopt(end, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+      const sockaddr_in address = Loopback(target_);
+      if (connect(ends[1], reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+        Pass(ends);
       }
-      if (connect(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
-        Pass(client, server);
-      }
-      close(client);
-      close(server);
+      for (const int end : ends) close(end);
     }
   }
 
-  void Pass(int client, int server) {
-    std::array<Way, 2> ways{{{client, server}, {server, client}}};
-    while (ways[0].open || ways[1].open) {
-      std::array<pollfd, 3> ready{{{stop_[0], POLLIN, 0}, {-1, POLLIN, 0}, {-1, POLLIN, 0}}};
-      Clock::time_point next = Clock::now() + std::chrono::seconds(1);
-      for (size_t i = 0; i < ways.size(); ++i) {
-        const auto& pieces = ways[i].pieces;
-        if (!pieces.empty()) next = std::min(next, pieces.front().first);
-        const bool ends = !pieces.empty() && pieces.back().second.empty();
-        if (ways[i].open && !ends) ready[i + 1].fd = ways[i].from;
+  // Until one end closes the connection.
+  void Pass(const std::array<int, 2>& ends) const {
+    std::array<std::deque<std::pair<Clock::time_point, std::string>>, 2> pieces;  // By origin.
+    for (;;) {
+      auto next = Clock::now() + std::chrono::milliseconds(500);
+      for (const auto& way : pieces) {
+        if (!way.empty()) next = std::min(next, way.front().first);
       }
-      const auto wait = std::max(next - Clock::now(), Clock::duration::zero());
-      const timespec left{std::chrono::floor<std::chrono::seconds>(wait).count(),
-                          (wait % std::chrono::seconds(1)).count()};
-      ppoll(ready.data(), ready.size(), &left, nullptr);
+      const timespec wait{0, std::max((next - Clock::now()).count(), Clock::rep{0})};
+      std::array<pollfd, 3> ready{
+          {{stop_[0], POLLIN, 0}, {ends[0], POLLIN, 0}, {ends[1], POLLIN, 0}}};
+      ppoll(ready.data(), ready.size(), &wait, nullptr);
       if (ready[0].revents != 0) return;
-      for (size_t i = 0; i < ways.size(); ++i) {
-        if (ready[i + 1].revents != 0) Take(ways[i]);
-        while (!ways[i].pieces.empty() && ways[i].pieces.front().first <= Clock::now()) {
-          Give(ways[i]);
+      for (const size_t from : {size_t{0}, size_t{1}}) {
+        auto& way = pieces.at(from);
+        if (ready.at(from + 1).revents != 0) {
+          std::string piece(size_t{64} << 10, '\0');
+          const ssize_t size = recv(ends.at(from), piece.data(), piece.size(), 0);
+          if (size <= 0) return;
+          piece.resize(static_cast<size_t>(size));
+          way.emplace_back(Clock::now() + delay_, std::move(piece));
+        }
+        for (; !way.empty() && way.front().first <= Clock::now(); way.pop_front()) {
+          const std::string& piece = way.front().second;
+          send(ends.at(1 - from), piece.data(), piece.size(), MSG_NOSIGNAL);
         }
       }
     }
-  }
-
-  void Take(Way& way) const {
-    std::string piece(size_t{64} << 10, '\0');
-    const ssize_t size = recv(way.from, piece.data(), piece.size(), 0);
-    piece.resize(static_cast<size_t>(std::max(size, ssize_t{0})));
-    way.pieces.emplace_back(Clock::now() + delay_, std::move(piece));
-  }
-
-  static void Give(Way& way) {
-    const std::string& piece = way.pieces.front().second;
-    if (piece.empty()) {
-      shutdown(way.to, SHUT_WR);
-      way.open = false;
-    }
-    for (size_t sent = 0; sent < piece.size();) {
-      const ssize_t size = send(way.to, piece.data() + sent, piece.size() - sent, MSG_NOSIGNAL);
-      if (size <= 0) break;
-      sent += static_cast<size_t>(size);
-    }
-    way.pieces.pop_front();
   }
 
   int target_;

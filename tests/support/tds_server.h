@@ -236,53 +236,44 @@ class TdsServer {
 
   // The statement of a call of sp_executesql, or "exec <procedure> <arguments>".
   static std::string DecodeCall(std::string_view bytes) {
-    constexpr size_t kByIdentifier = 0xFFFF;
-    constexpr std::uint8_t kIntN = 0x26, kFloatN = 0x6D, kNText = 0x63;
     const auto take = [&](size_t size) {
       const std::string_view taken = bytes.substr(0, size);
       bytes.remove_prefix(size);
       return taken;
     };
     const size_t length = Word(take(2), 0);
-    const std::string procedure =
-        length == kByIdentifier ? (take(2), "sp_executesql") : FromUtf16(take(2 * length));
+    const bool numbered = length == 0xFFFF;  // That of sp_executesql.
+    const std::string procedure = FromUtf16(take(numbered ? 2 : 2 * length));
     take(2);  // Flags.
     std::vector<std::string> values;
     std::string arguments;
     while (!bytes.empty()) {
       const std::string name = FromUtf16(take(2 * Byte(take(1), 0)));
       take(1);  // Flags.
-      const auto type = static_cast<std::uint8_t>(take(1).front());
-      std::string value = "null";
-      if (type == kIntN || type == kFloatN) {
+      const size_t type = Byte(take(1), 0);
+      std::string& value = values.emplace_back("null");
+      if (type == 0x26 || type == 0x6D) {  // A whole or a floating-point number of 8 bytes.
         take(1);
         const std::string_view number = take(Byte(take(1), 0));
-        const auto as = [&](auto typed) {
-          std::memcpy(&typed, number.data(), sizeof typed);
-          return std::to_string(typed);
-        };
-        if (!number.empty()) {
-          value = type == kFloatN      ? as(double{})
-                  : number.size() == 8 ? as(std::int64_t{})
-                                       : as(std::int32_t{});
-        }
+        std::int64_t whole = 0;
+        double real = 0;
+        std::memcpy(&whole, number.data(), number.size());
+        std::memcpy(&real, number.data(), number.size());
+        if (!number.empty()) value = type == 0x26 ? std::to_string(whole) : std::to_string(real);
       } else {
-        const bool long_text = type == kNText;
+        const bool long_text = type == 0x63;
         take(long_text ? 9 : 7);  // The most bytes and the collation.
         const size_t low = Word(take(2), 0);
         const size_t size = long_text ? low | Word(take(2), 0) << 16 : low;
-        if (size < 0xFFFF || (long_text && size < 0xFFFFFFFF)) {
+        if (long_text || size != 0xFFFF) {
           value = "N'" + text::ReplaceAll(FromUtf16(take(size)), "'", "''") + "'";
         }
       }
       arguments += (arguments.empty() ? " " : ", ") + (name.empty() ? "" : name + "=") + value;
-      values.push_back(std::move(value));
     }
-    if (procedure != "sp_executesql") return "exec " + procedure + arguments;
+    if (!numbered && procedure != "sp_executesql") return "exec " + procedure + arguments;
     // The first is the statement, the second one declares the others, @P1 and so on.
-    const std::string& quoted = values.at(0);
-    std::string statement =
-        text::ReplaceAll(std::string_view(quoted).substr(2, quoted.size() - 3), "''", "'");
+    std::string statement = text::ReplaceAll(values[0].substr(2, values[0].size() - 3), "''", "'");
     for (size_t i = values.size(); i-- > 2;) {
       statement = text::ReplaceAll(statement, "@P" + std::to_string(i - 1), values[i]);
     }
