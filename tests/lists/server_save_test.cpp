@@ -214,6 +214,19 @@ TEST_F(ServerSaveTest, ARefusalIsReportedWithTheServersMessage) {
   }
 }
 
+TEST_F(ServerSaveTest, ATextThatIsLongerThanItsColumnStaysInItsRow) {
+  FillTables();
+  ASSERT_TRUE(ports_.Refresh());
+  EXPECT_EQ(ports_.MaxLength(kPortDescriptionColumn), 255);
+  ports_.EditText(2, std::string(300, 'x'));
+  ports_.OnClick(3, 0);
+  EXPECT_EQ(ports_.Sync().written, 1);
+  EXPECT_THAT(ports_.Failures().at(0).message, testing::HasSubstr("longer than 255 characters"));
+  ASSERT_TRUE(ports_.Reload());
+  ASSERT_EQ(ports_.PendingCount(), 1);
+  EXPECT_EQ(ports_.Table().Text(2, kPortDescriptionColumn), std::string(300, 'x'));
+}
+
 // One row a round trip would take 20 s.
 TEST_F(ServerSaveTest, ALongWayToTheServerIsGoneOncePerHundredRows) {
   constexpr auto kRoundTrip = std::chrono::milliseconds(20);
