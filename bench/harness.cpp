@@ -146,6 +146,7 @@ int Main(int count, char** arguments) {
   } else {
     AddLoadRows();
     AddSaveRows();
+    AddServerRows();
     AddListRows();
     AddAddressRows();
     AddProcessRows();

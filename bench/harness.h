@@ -73,6 +73,7 @@ class Checksum {
 // Each registers the rows of its file.
 void AddLoadRows();
 void AddSaveRows();
+void AddServerRows();
 void AddListRows();
 void AddAddressRows();
 void AddProcessRows();

@@ -73,7 +73,8 @@ class GroupCommands final : public CommandList {
     if (const auto* fault = std::get_if<std::string>(&parsed)) return Refuse(*fault);
     const auto& range = std::get<AddressRange>(parsed);
     if (!range.note.empty()) Console::Print(range.note);
-    if (const auto refusal = RefuseNewGroup(range.start, range.end, &grid, session.database())) {
+    if (const auto refusal = RefuseNewGroup(range.start, range.end, &grid, session.database(),
+                                            session.options().name)) {
       return Refuse(refusal->message);
     }
     return NewGroup{range.start, range.end, session.options().name};

@@ -12,6 +12,7 @@
 #include "ip/ip_functions.h"
 #include "lists/address_group_list.h"
 #include "lists/list_import.h"
+#include "lists/refusal.h"
 
 namespace quillan {
 namespace {
@@ -260,6 +261,11 @@ ExitStatus RenameRow(CommandList& commands, Session& session) {
     return kDifferent;
   }
   const int column = list.Description().editable_column;
+  reason = RefuseDescription(session.options().name, list.MaxLength(column));
+  if (!reason.empty()) {
+    Console::PrintError(reason);
+    return kDifferent;
+  }
   if (list.Table().Text(row, column) != session.options().name) {
     list.OnBeforeEdit(row, column);
     list.Table().SetText(row, column, session.options().name);

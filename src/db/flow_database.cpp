@@ -133,6 +133,20 @@ std::string FlowDatabase::Property(std::string_view name) {
   }
 }
 
+std::string FlowDatabase::ConnectionNote() {
+  std::string note = Property("Connection Note");
+  if (ado::MaskPasswords(values_.connection_string) == values_.connection_string) return note;
+  std::error_code unknown;
+  const auto permissions = std::filesystem::status(connection_file_, unknown).permissions();
+  if (unknown || (permissions & std::filesystem::perms::others_read) == std::filesystem::perms()) {
+    return note;
+  }
+  if (!note.empty()) note += ' ';
+  return note.append("Every user of this computer can read the password in ")
+      .append(connection_file_.string())
+      .append(".");
+}
+
 bool FlowDatabase::GetDatabaseConnection() {
   connection_file_advice_.clear();
   for (const std::string_view name : kConnectionFiles) {
@@ -146,6 +160,7 @@ bool FlowDatabase::GetDatabaseConnection() {
     try {
       const auto text = files_.ReadTextFile(file);
       if (!text) continue;
+      connection_file_ = path;
       if (HasJoinedLines(*text)) {
         connection_file_advice_ = "Lines of ";
         connection_file_advice_.append(path)

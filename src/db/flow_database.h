@@ -72,8 +72,9 @@ class FlowDatabase {
   /// The server's product name; empty when it cannot be read.
   std::string DatabaseEngine() { return Property("DBMS Name"); }
 
-  /// What the user should know about the security of the open connection; mostly empty.
-  std::string ConnectionNote() { return Property("Connection Note"); }
+  /// What the user should know about the security of the open connection, and of the connection
+  /// file: that everybody can read a password there. Mostly empty.
+  std::string ConnectionNote();
 
   /// Reads the connection file; true when the connection string is then not empty. No file in any
   /// of the four places, one that cannot be read or one with a number out of range sets
@@ -125,6 +126,7 @@ class FlowDatabase {
   std::string last_error_;
   std::int32_t open_error_number_ = 0;
   std::string connection_file_advice_;
+  std::filesystem::path connection_file_;  // The one that was read.
   StatementReport report_;
   bool reporting_ = false;
 };

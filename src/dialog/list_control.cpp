@@ -7,6 +7,7 @@
 #include "dialog/failures.h"
 #include "dialog/lengths.h"
 #include "dialog/page_parts.h"
+#include "lists/refusal.h"
 #include "platform/qt/qt_text.h"
 
 namespace quillan {
@@ -28,6 +29,9 @@ ListControl::ListControl(CheckableList& list, const ListMenu::Services& services
   setAccessibleName(title);
   table_->setAccessibleName(title);
   setFocusProxy(table_);
+  table_->SetCheck([this](int column, std::string_view text) {
+    return RefuseDescription(text, list_.MaxLength(column));
+  });
 
   const int margin = ToPixels(kMargin);
   auto* layout = new QHBoxLayout(this);

@@ -26,7 +26,8 @@ NewAddrGroupForm::NewAddrGroupForm(const Grid* grid, FlowDatabase& database, Mes
 }
 
 std::optional<Refusal> NewAddrGroupForm::Refuse() {
-  return RefuseNewGroup(ToUtf8(start_->text()), ToUtf8(end_->text()), grid_, database_);
+  return RefuseNewGroup(ToUtf8(start_->text()), ToUtf8(end_->text()), grid_, database_,
+                        ToUtf8(description_->text()));
 }
 
 }  // namespace quillan

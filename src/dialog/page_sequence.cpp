@@ -24,13 +24,22 @@ void Attempt(Step step) {
 
 void PageSequence::Load() {
   const SaveProgress::Work work(services_.progress);
-  Attempt([&] { services_.settings.RefreshDatabaseSettings(); });
+  Read([&] { services_.settings.RefreshDatabaseSettings(); });
   for (SettingsPage* page : pages_) {
     Attempt([&] { page->LoadOptions(); });
   }
   for (SettingsPage* page : pages_) {
     if (page->List() == nullptr) continue;
     Attempt([&] { ReadRows(*page, &CheckableList::Refresh); });
+  }
+}
+
+// After an expired time-out the user is asked whether to go on.
+void PageSequence::Read(const std::function<void()>& step) {
+  services_.database.BeginReport();
+  Attempt(step);
+  for (const StatementFailure& failure : services_.database.EndReport().failures) {
+    if (failure.error.IsTimeout()) services_.progress.OnTimeout(failure.error.what());
   }
 }
 
@@ -45,14 +54,10 @@ void PageSequence::ReadRows(SettingsPage& page, bool (CheckableList::*read)()) {
     return;
   }
   services_.progress.ShowStep(Tr("Loading %1").arg(page.RowsName()));
-  services_.database.BeginReport();
   // While the rows are exchanged there is nothing consistent to paint.
   page.setUpdatesEnabled(false);
-  Attempt([&] { (page.List()->*read)(); });
+  Read([&] { (page.List()->*read)(); });
   page.setUpdatesEnabled(true);
-  for (const StatementFailure& failure : services_.database.EndReport().failures) {
-    if (failure.error.IsTimeout()) services_.progress.OnTimeout(failure.error.what());
-  }
   page.ShowRows(ToQString(page.List()->LoadError()));
 }
 
@@ -146,30 +151,27 @@ SaveResult PageSequence::SaveRows() {
     Attempt([&] { services_.settings.RefreshDatabaseSettings(); });
     for (SettingsPage* page : pages_) page->LoadOptions();
   }
+  report_.failures.clear();
   for (SettingsPage* page : begun) {
     Attempt([&] { ReadRows(*page, &CheckableList::Reload); });
+    NoteFailures(*page);
   }
   report_.written = total - PendingCount();
-  return SaveResult::kFailed;
+  return complete && report_.failures.empty() ? SaveResult::kDone : SaveResult::kFailed;
 }
 
 // False when the user stopped it.
 bool PageSequence::SaveRowsOf(SettingsPage& page) {
   CheckableList& list = *page.List();
   services_.progress.ShowStep(Tr("Saving %1").arg(page.RowsName()));
-  const auto note_failures = [&] {
-    for (const SaveFailure& failure : list.Failures()) {
-      report_.failures.push_back(
-          {page.Title(), ToQString(failure.name), ToQString(failure.message)});
-    }
-  };
-  try {
-    const SaveOutcome outcome = list.Sync();
-    note_failures();
-    return !outcome.stopped;
-  } catch (...) {
-    note_failures();
-    throw;
+  const SaveOutcome outcome = list.Sync();
+  NoteFailures(page);
+  return !outcome.stopped;
+}
+
+void PageSequence::NoteFailures(const SettingsPage& page) {
+  for (const SaveFailure& failure : page.List()->Failures()) {
+    report_.failures.push_back({page.Title(), ToQString(failure.name), ToQString(failure.message)});
   }
 }
 

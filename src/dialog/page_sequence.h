@@ -58,7 +58,9 @@ class PageSequence {
   SaveResult SaveOptions();
   bool CheckStoredRows();
   SaveResult SaveRows();
+  void Read(const std::function<void()>& step);
   bool SaveRowsOf(SettingsPage& page);
+  void NoteFailures(const SettingsPage& page);
 
   std::vector<SettingsPage*> pages_;
   Services services_;

@@ -27,6 +27,7 @@ class SaveBar final : public QWidget {
 
   SaveProgress& Progress() { return progress_; }
   /// The number of changes that are not saved.
+  void ShowNote(const QString& text) { status_->ShowNote(text); }
   void ShowPending(int count);
   /// What became of a save.
   void ShowReport(const SaveReport& report);

@@ -13,6 +13,11 @@ SaveStatus::SaveStatus(QWidget* parent) : QAbstractButton(parent) {
   Refresh();
 }
 
+void SaveStatus::ShowNote(const QString& text) {
+  note_ = text;
+  Refresh();
+}
+
 void SaveStatus::ShowPending(int count) {
   if (count != pending_) outcome_.clear();
   pending_ = count;
@@ -35,6 +40,11 @@ void SaveStatus::Refresh() {
   if (pending_ == 0) shown.clear();
   if (!outcome_.isEmpty()) shown = outcome_;
   if (!progress_.isEmpty()) shown = progress_;
+  if (shown.isEmpty()) {
+    shown = note_;
+  } else {
+    note_.clear();
+  }
   const bool review = pending_ > 0 && progress_.isEmpty();
   setText(shown);
   setAccessibleName(shown);

@@ -5,14 +5,17 @@
 namespace quillan {
 
 /// One line beside the dialog's buttons: how many changes are not saved, what a save is doing, and
-/// what became of it. It takes what room is left and elides. A click opens the review of what is
-/// not saved. Invisible while there is nothing to say.
+/// what became of it; before that, what is to be known about the connection. It takes what room is
+/// left and elides. A click opens the review of what is not saved. Invisible while there is nothing
+/// to say.
 class SaveStatus final : public QAbstractButton {
   Q_OBJECT
 
  public:
   explicit SaveStatus(QWidget* parent);
 
+  /// Something to know about the connection; shown until there is anything else to show.
+  void ShowNote(const QString& text);
   /// The number of changes that are not saved. Another number replaces the outcome of the last
   /// save.
   void ShowPending(int count);
@@ -31,6 +34,7 @@ class SaveStatus final : public QAbstractButton {
   void Refresh();
   QString Elided() const;
 
+  QString note_;
   int pending_ = 0;
   QString progress_;
   QString outcome_;

@@ -13,6 +13,7 @@
 #include "dialog/review_form.h"
 #include "dialog/settings_pages.h"
 #include "platform/program.h"
+#include "platform/qt/qt_text.h"
 
 namespace quillan {
 namespace {
@@ -69,6 +70,7 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
   connect(save_bar_, &SaveBar::ReviewRequested, this, &SettingsForm::Review);
   OpenAtComfortableSize();
   Sync();
+  save_bar_->ShowNote(ToQString(services_.database.ConnectionNote()));
   tabs_->FocusPage();
 }
 

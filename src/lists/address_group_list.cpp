@@ -215,11 +215,15 @@ void AddressGroupList::Write(int row) {
       range.id = StoredIdentifier(row);
       if (range.id) regrouping_->AfterInsert(range);
       break;
-    default:
-      regrouping_->BeforeChange(range);
+    default: {
+      // One that an earlier save disabled without regrouping its endpoints.
+      const GridRowData& data = Table().RowData(row);
+      const bool disabled = data.kept && data.loaded_check == CheckState::kUnchecked;
+      regrouping_->BeforeChange(range, !disabled);
       execute();
       regrouping_->AfterChange(range);
       break;
+    }
   }
 }
 

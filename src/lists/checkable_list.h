@@ -40,7 +40,8 @@ class CheckableList : public GridListener {
   /// next row is written all the same, but for a list whose failures stop the save: that one lets
   /// the failure out.
   SaveOutcome Sync();
-  /// The rows that the last `Sync` could not save, in their order.
+  /// The rows that the last `Sync` could not save, in their order. A row of which it was not known,
+  /// as the session was lost, is no longer among them once a `Reload` has found it as it should be.
   const std::vector<SaveFailure>& Failures() const { return failures_; }
 
   /// The number of pending rows: those whose state is not kUnchanged.
@@ -165,6 +166,7 @@ class CheckableList : public GridListener {
   std::string ValuesText(const Grid& grid, int row) const;
   KeptRow Keep(int row) const;
   void LayOver(const KeptRow& kept, int row);
+  bool IsWritten(const KeptRow& kept, int row) const;
   void TakeStored(const Conflict& conflict);
 
   ListDescription description_;
@@ -180,6 +182,7 @@ class CheckableList : public GridListener {
   bool saved_ = false;         // The grid still shows the rows that a save has gone through.
   std::vector<SaveFailure> failures_;
   std::vector<int> nested_rows_;  // Refused by the next `Sync`.
+  bool last_update_due_ = false;  // Rows were written since the setting was.
   std::function<void()> row_commands_changed_;
   std::function<void()> pending_changed_;
 };

@@ -9,6 +9,7 @@
 #include "db/sql_text.h"
 #include "lists/checkable_list.h"
 #include "lists/list_import.h"
+#include "platform/ado/driver.h"
 #include "platform/ado/error.h"
 
 namespace quillan {
@@ -38,7 +39,8 @@ class CheckableList::Save {
       End();
       throw;
     }
-    if (next_ > 0) RecordLastUpdate();
+    if (next_ > 0) list_.last_update_due_ = true;
+    if (list_.last_update_due_) RecordLastUpdate();
     End();
     return outcome_;
   }
@@ -73,7 +75,10 @@ class CheckableList::Save {
   void End() {
     unwritten_.insert(unwritten_.end(), rows_.begin() + static_cast<std::ptrdiff_t>(next_),
                       rows_.end());
-    for (const int row : unwritten_) list_.kept_.push_back(list_.Keep(row));
+    for (const int row : unwritten_) {
+      KeptRow& kept = list_.kept_.emplace_back(list_.Keep(row));
+      kept.outcome_unknown = unknown_.contains(row);
+    }
     list_.saved_ = true;
     database_.EndReport();
     list_.OnSyncEnds();
@@ -111,6 +116,7 @@ class CheckableList::Save {
       const int row = rows_[next_++];
       if (outcome) {
         failure = Fail(row, *outcome);
+        if (ado::EndsBatch(*outcome)) unknown_.insert(row);
       } else {
         ++outcome_.written;
       }
@@ -127,6 +133,7 @@ class CheckableList::Save {
 
   void RecordLastUpdate() {
     const std::string_view setting = list_.description_.last_update_setting;
+    list_.last_update_due_ = false;
     if (setting.empty()) return;
     const ListServices& services = list_.services_;
     const size_t before = database_.Report().failures.size();
@@ -135,6 +142,7 @@ class CheckableList::Save {
     const auto& failures = database_.Report().failures;
     if (failures.size() > before) {
       list_.failures_.push_back({std::string(setting), failures[before].error.what()});
+      list_.last_update_due_ = true;  // The next save writes it, with or without rows.
     }
   }
 
@@ -142,7 +150,8 @@ class CheckableList::Save {
   FlowDatabase& database_;
   std::vector<int> rows_;  // In the order in which they are written.
   size_t next_ = 0;
-  std::vector<int> unwritten_;  // Of those before `next_`.
+  std::vector<int> unwritten_;       // Of those before `next_`.
+  std::unordered_set<int> unknown_;  // Of the unwritten ones.
   SaveOutcome outcome_;
   std::optional<ado::Error> last_failure_;
 };
@@ -173,6 +182,10 @@ KeptRow CheckableList::Keep(int row) const {
 
 // `row` is the stored row of the same key; 0 when there is none.
 void CheckableList::LayOver(const KeptRow& kept, int row) {
+  if (kept.outcome_unknown && IsWritten(kept, row)) {
+    std::erase_if(failures_, [&](const SaveFailure& failure) { return failure.name == kept.name; });
+    return;
+  }
   const bool stored = row != 0;
   if (!stored) {
     row = grid_.AppendRow();
@@ -186,6 +199,7 @@ void CheckableList::LayOver(const KeptRow& kept, int row) {
     if (kept.state != RowState::kChanged) grid_.RowData(row).loaded_check = CheckState::kNone;
     SetSystem(grid_, row, kept.data.system);
   }
+  grid_.RowData(row).kept = true;
   if (kept.state == RowState::kDeleted) return MarkDeleted(row);
   SetState(row, kept.state == RowState::kNew && !stored ? RowState::kNew : RowState::kChanged);
   grid_.SetCheck(row, 0, kept.check);
@@ -198,6 +212,16 @@ void CheckableList::LayOver(const KeptRow& kept, int row) {
   loaded_texts_.push_back(before);
   grid_.RowData(row).loaded_text = static_cast<std::uint32_t>(loaded_texts_.size());
   grid_.SetText(row, editable, text);
+}
+
+// Whether the stored row `row`, or 0, is what the kept row's statement would make of it.
+bool CheckableList::IsWritten(const KeptRow& kept, int row) const {
+  if (row == 0 || kept.state == RowState::kDeleted) {
+    return row == 0 && kept.state == RowState::kDeleted;
+  }
+  const int editable = description_.editable_column;
+  return grid_.Check(row, 0) == kept.check &&
+         (editable == 0 || grid_.Text(row, editable) == kept.texts[static_cast<size_t>(editable)]);
 }
 
 std::string CheckableList::ValuesText(const Grid& grid, int row) const {

@@ -48,11 +48,11 @@ std::optional<std::int64_t> CountEndpoints(FlowDatabase& database, double start,
   return ado::ToWhole(rows->Fields("EndpointCount").Value());
 }
 
-void FlowRegrouping::BeforeChange(const GroupRange& group) {
+void FlowRegrouping::BeforeChange(const GroupRange& group, bool counted) {
   // An enabled group that changed was perhaps disabled in the table until now, so any count tells
   // of another one; a stored enabled group counts itself, and takes the overlapping path for
   // nothing.
-  NoteOverlap(group, group.enabled ? 0 : 1);
+  NoteOverlap(group, group.enabled || !counted ? 0 : 1);
 }
 
 void FlowRegrouping::BeforeDelete(const GroupRange& group, bool stored) {

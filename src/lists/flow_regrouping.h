@@ -33,8 +33,9 @@ class FlowRegrouping {
   FlowRegrouping(FlowDatabase& database, MessageBox& messages)
       : database_(database), messages_(messages) {}
 
-  // Before the row's own statement. `stored`: the group to be deleted still is.
-  void BeforeChange(const GroupRange& group);
+  // Before the row's own statement. `counted`: a group to be disabled may still be enabled in the
+  // table. `stored`: the group to be deleted still is.
+  void BeforeChange(const GroupRange& group, bool counted = true);
   void BeforeDelete(const GroupRange& group, bool stored);
   void BeforeInsert(const GroupRange& group);
 

@@ -74,6 +74,7 @@ struct KeptRow {
   std::vector<std::string> texts;  ///< By column.
   GridRowData data;
   std::string loaded_text;
+  bool outcome_unknown = false;  ///< Its statement, the only one of the row, may have been run.
 };
 
 }  // namespace quillan

@@ -33,7 +33,8 @@ std::optional<int> FindNestedRow(const Grid& grid, double start, double end) {
 }  // namespace
 
 std::optional<Refusal> RefuseNewGroup(std::string_view start_text, std::string_view end_text,
-                                      const Grid* grid, FlowDatabase& database) {
+                                      const Grid* grid, FlowDatabase& database,
+                                      std::string_view description) {
   if (!IsValidIPAddress(start_text)) {
     return Refusal{"Please enter a valid starting IP Address.", kStartField};
   }
@@ -69,6 +70,10 @@ std::optional<Refusal> RefuseNewGroup(std::string_view start_text, std::string_v
   if (!rows->Eof()) {
     return Refusal{NestedMessage(ado::ToText(rows->Fields("IPAddressGroupName").Value()), ""),
                    kStartField, true};
+  }
+  const auto longest = static_cast<int>(rows->ColumnSize("IPAddressGroupName"));
+  if (const std::string reason = RefuseDescription(description, longest); !reason.empty()) {
+    return Refusal{reason, "Description"};
   }
   return std::nullopt;
 }

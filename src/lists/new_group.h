@@ -24,8 +24,10 @@ inline constexpr int kGroupNameColumn = 3;
 
 /// Why the group cannot be added, the first reason in this order: an invalid start, an invalid end,
 /// a reversed range, a range nested with a row of `grid` (may be null; rows to be deleted count
-/// too), a range nested with a stored group, disabled ones included, or a failed query.
+/// too), a range nested with a stored group, disabled ones included, a failed query, or a
+/// description that is too long.
 std::optional<Refusal> RefuseNewGroup(std::string_view start, std::string_view end,
-                                      const Grid* grid, FlowDatabase& database);
+                                      const Grid* grid, FlowDatabase& database,
+                                      std::string_view description = {});
 
 }  // namespace quillan

@@ -36,6 +36,10 @@ std::variant<NewPort, Refusal> ValidateNewPort(std::string_view port_number,
                       ado::ToText(rows->Fields("ServiceName").Value()),
                   true);
   }
+  const auto longest = static_cast<int>(rows->ColumnSize("ServiceName"));
+  if (const std::string reason = RefuseDescription(description, longest); !reason.empty()) {
+    return Refusal{reason, "Description"};
+  }
   return NewPort{*number, std::string(description)};
 }
 

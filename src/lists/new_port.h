@@ -28,7 +28,8 @@ struct NewPort {
 };
 
 /// The port that the two texts name, or why it cannot be added: its number (the number at the start
-/// of the text) is out of range, `database` already holds it, or the query fails.
+/// of the text) is out of range, `database` already holds it, the query fails, or the description
+/// is too long.
 std::variant<NewPort, Refusal> ValidateNewPort(std::string_view port_number,
                                                std::string_view description,
                                                FlowDatabase& database);

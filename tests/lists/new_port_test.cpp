@@ -34,6 +34,17 @@ TEST_F(NewPortTest, ThePortIsTheNumberAtTheStartOfItsText) {
   }
 }
 
+TEST_F(NewPortTest, ADescriptionHasAtMostAsManyUtf16UnitsAsItsColumn) {
+  const auto refused = [&](const std::string& description) {
+    const auto result = ValidateNewPort("80", description, program_.database);
+    return std::holds_alternative<Refusal>(result) ? std::get<Refusal>(result).message : "";
+  };
+  std::string text(254, 'x');
+  EXPECT_EQ(refused(text + "\u00e9"), "");
+  EXPECT_EQ(refused(text + "\U0001F600"),
+            "The description has 256 characters; the database takes 255.");
+}
+
 TEST_F(NewPortTest, APortOfTheTableOrOfATableOutOfReachIsRefused) {
   program_.suite.Run("Insert Into ServicePorts Values (80,'wéb',1,0)");
   EXPECT_EQ(Validated("80x"), "Port number 80 already exists as wéb*");

@@ -16,6 +16,8 @@ struct DriverScript {
   int sessions = 0;                     ///< How often a session was opened.
   /// Called before each statement with its text; may throw `ado::Error` to make it fail.
   std::function<void(const std::string&)> before = [](const std::string&) {};
+  /// Whether batches are left to the driver, as one; then their statements do not pass here.
+  bool keep_batches = false;
 
   /// A factory whose drivers do what `drivers` do, by this script.
   ado::DriverFactory Wrap(ado::DriverFactory drivers);
@@ -29,6 +31,7 @@ class ScriptedDriver final : public ado::Driver {
   void Execute(std::string_view statement) override { Pass(statement).Execute(statement); }
   std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
                                          ado::BatchMode mode) override {
+    if (script_.keep_batches) return driver_->ExecuteBatch(statements, mode);
     return ado::ExecuteOneByOne(*this, statements, mode);
   }
   ado::RowStore Query(std::string_view query) override { return Pass(query).Query(query); }

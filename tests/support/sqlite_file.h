@@ -23,7 +23,7 @@ class SqliteFile {
     sqlite3_busy_timeout(database_, 10000);
     std::ostringstream schema;
     schema << std::ifstream(QUILLAN_SOURCE_DIR "/data/sqlite/schema.sql").rdbuf();
-    Run(schema.str());
+    Run(schema.str() + "; pragma synchronous = off");
   }
   ~SqliteFile() { sqlite3_close(database_); }
   SqliteFile(const SqliteFile&) = delete;

@@ -9,8 +9,10 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <future>
 #include <memory>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "platform/ado/error.h"
@@ -23,19 +25,37 @@ using SteadyClock = std::chrono::steady_clock;
 constexpr int kLongestWait = 15;  // Seconds, where the connection has no time-out.
 constexpr auto kAskAgainAfter = std::chrono::seconds(1);
 
+using Addresses = std::unique_ptr<addrinfo, decltype(&freeaddrinfo)>;
+
+Addresses Resolve(const std::string& host) {
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_DGRAM;
+  addrinfo* found = nullptr;
+  if (const int failure = getaddrinfo(host.c_str(), "1434", &hints, &found); failure != 0) {
+    throw Error(0, "08001",
+                "The server \"" + host + "\" was not found: " + gai_strerror(failure) + ".");
+  }
+  return {found, &freeaddrinfo};
+}
+
+// The resolver keeps its own time. A thread that it keeps waiting too long is left behind, with all
+// that it uses.
+Addresses Resolve(const std::string& host, SteadyClock::time_point deadline) {
+  std::packaged_task<Addresses()> task([host] { return Resolve(host); });
+  std::future<Addresses> addresses = task.get_future();
+  std::thread(std::move(task)).detach();
+  if (addresses.wait_until(deadline) == std::future_status::ready) return addresses.get();
+  throw Error(kTimeoutExpired, "08001",
+              "The address of the server \"" + host +
+                  "\" was not found in time: the name service does not answer.");
+}
+
 // UDP sockets towards every address of a host.
 class BrowserSockets {
  public:
-  explicit BrowserSockets(const std::string& host) {
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_DGRAM;
-    addrinfo* found = nullptr;
-    if (const int failure = getaddrinfo(host.c_str(), "1434", &hints, &found); failure != 0) {
-      throw Error(0, "08001",
-                  "The server \"" + host + "\" was not found: " + gai_strerror(failure) + ".");
-    }
-    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> addresses(found, &freeaddrinfo);
-    for (const addrinfo* address = found; address != nullptr; address = address->ai_next) {
+  explicit BrowserSockets(const Addresses& addresses) {
+    for (const addrinfo* address = addresses.get(); address != nullptr;
+         address = address->ai_next) {
       const int handle = socket(address->ai_family, SOCK_DGRAM | SOCK_CLOEXEC, 0);
       if (handle < 0) continue;
       if (connect(handle, address->ai_addr, address->ai_addrlen) == 0) {
@@ -110,7 +130,7 @@ int FindInstancePort(const std::string& host, const std::string& instance, int t
   constexpr char kOneInstance = 4;
   constexpr char kAnswer = 5;
   constexpr size_t kHeader = 3;  // The kind of the message and the size of its text.
-  BrowserSockets sockets(host);
+  BrowserSockets sockets(Resolve(host, deadline));
   while (SteadyClock::now() < deadline) {
     if (sockets.Empty()) throw error(0, "UDP port 1434 is closed.");
     sockets.Send(kOneInstance + instance + '\0');

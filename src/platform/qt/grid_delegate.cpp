@@ -11,6 +11,8 @@
 #include <QTextDocument>
 #include <QToolTip>
 
+#include "platform/qt/text_check.h"
+
 namespace quillan {
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
@@ -62,6 +64,12 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   // Qt's own limit of 32767 characters would cut a longer text when it is merely looked at.
   if (auto* line = qobject_cast<QLineEdit*>(editor_)) {
     line->setMaxLength(std::numeric_limits<int>::max());
+    if (check_) {
+      const auto check = [this, column = index.column()](std::string_view text) {
+        return check_(column, text);
+      };
+      line->setValidator(new TextCheck(line, index.data(Qt::EditRole).toString(), check));
+    }
   }
   return editor_;
 }

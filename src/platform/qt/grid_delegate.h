@@ -1,5 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <string_view>
+
 #include <QPointer>
 #include <QStyledItemDelegate>
 
@@ -24,6 +28,11 @@ class GridDelegate final : public QStyledItemDelegate {
                  const QModelIndex& index) override;
   void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
 
+  /// `check` says why a text cannot stand in a column; its editor does not take such a text.
+  void SetCheck(std::function<std::string(int column, std::string_view text)> check) {
+    check_ = std::move(check);
+  }
+
   /// The editor that is open; null when there is none.
   QWidget* OpenEditor() const { return editor_; }
 
@@ -43,6 +52,7 @@ class GridDelegate final : public QStyledItemDelegate {
  private:
   void PaintCheckBox(QPainter* painter, QStyleOptionViewItem cell, const QModelIndex& index) const;
 
+  std::function<std::string(int column, std::string_view text)> check_;
   mutable QPointer<QWidget> editor_;  // Cleared when it is closed; it is deleted only later.
 };
 

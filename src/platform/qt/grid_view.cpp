@@ -102,6 +102,10 @@ void GridView::ConnectUser() {
           });
 }
 
+void GridView::SetCheck(std::function<std::string(int column, std::string_view text)> check) {
+  delegate_->SetCheck(std::move(check));
+}
+
 void GridView::CommitEdit() {
   if (QWidget* editor = delegate_->OpenEditor()) {
     commitData(editor);

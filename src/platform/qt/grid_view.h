@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <map>
+#include <string>
+#include <string_view>
 
 #include <QTableView>
 
@@ -22,6 +25,8 @@ class GridView final : public QTableView, private GridObserver {
 
   /// Finishes the edit of a cell as if the user had left it.
   void CommitEdit();
+  /// `check` says why a text cannot stand in a column; empty if it can.
+  void SetCheck(std::function<std::string(int column, std::string_view text)> check);
   /// The width that shows every column as it is laid out, in pixels.
   int ColumnsWidth() const;
 

@@ -16,6 +16,7 @@
 #include "platform/ado/error.h"
 #include "platform/ado/sqlite_dialect.h"
 #include "support/sqlite_file.h"
+#include "support/suite_server.h"
 #include "support/temporary_folder.h"
 
 namespace quillan::ado {
@@ -26,15 +27,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-enum class Engine { kEmbedded, kSqliteOverOdbc, kSqlServer };
+enum class Engine { kEmbedded, kSqliteOverOdbc, kSqliteOverTds, kSqlServer };
 
 void PrintTo(Engine engine, std::ostream* to) {
-  *to << std::array{"Embedded", "SqliteOverOdbc", "SqlServer"}.at(static_cast<size_t>(engine));
+  *to << std::array{"Embedded", "SqliteOverOdbc", "SqliteOverTds", "SqlServer"}.at(
+      static_cast<size_t>(engine));
 }
 
-/// What every driver promises, run against each of them. A SQL Server takes part where the
-/// environment variable QUILLAN_TEST_CONNECTION_FILE names a connection file whose login may create
-/// databases: every test makes one of its own there and drops it again.
+/// What every driver promises, run against each of them, and against FreeTDS with a server of the
+/// tests. A SQL Server takes part where the environment variable QUILLAN_TEST_CONNECTION_FILE names
+/// a connection file whose login may create databases: every test makes one of its own there and
+/// drops it again.
 class ContractTest : public testing::TestWithParam<Engine> {
  protected:
   ContractTest() : connection_(InstalledDrivers(folder_.path())) {}
@@ -46,9 +49,14 @@ class ContractTest : public testing::TestWithParam<Engine> {
       return;
     }
     file_.emplace(folder_ / "süite.db");
-    connection_.set_connection_string(GetParam() == Engine::kEmbedded
-                                          ? "Provider=SQLite;Data Source=süite.db"
-                                          : "Driver={SQLite3};Database=" + file_->path().string());
+    if (GetParam() == Engine::kEmbedded) {
+      connection_.set_connection_string("Provider=SQLite;Data Source=süite.db");
+    } else if (GetParam() == Engine::kSqliteOverOdbc) {
+      connection_.set_connection_string("Driver={SQLite3};Database=" + file_->path().string());
+    } else {
+      server_.emplace(file_->path());
+      connection_.set_connection_string(server_->ConnectionString());
+    }
     connection_.Open();
   }
 
@@ -68,8 +76,8 @@ class ContractTest : public testing::TestWithParam<Engine> {
     connection_.set_connection_string(values.connection_string);
     connection_.set_command_timeout(60);
     connection_.Open();
-    static int databases = 0;
-    scratch_ = "quillan_test_" + std::to_string(getpid()) + "_" + std::to_string(++databases);
+    const std::string test = testing::UnitTest::GetInstance()->current_test_info()->name();
+    scratch_ = "quillan_" + test.substr(0, test.find('/')) + "_" + std::to_string(getpid());
     connection_.Execute("create database " + scratch_);
     connection_.Execute("use " + scratch_);
     std::ostringstream schema;
@@ -118,6 +126,7 @@ class ContractTest : public testing::TestWithParam<Engine> {
 
   test::TemporaryFolder folder_;
   std::optional<test::SqliteFile> file_;
+  std::optional<test::SuiteServer> server_;
   std::string scratch_;
   std::string error_text_;
   Connection connection_;
@@ -225,7 +234,13 @@ TEST_P(ContractTest, AnExpiredTimeOutHasANumberOfItsOwn) {
   if (GetParam() == Engine::kSqliteOverOdbc) {
     GTEST_SKIP() << "SQLite's ODBC driver keeps no query time-out";
   }
-  if (GetParam() == Engine::kSqlServer) {
+  if (GetParam() == Engine::kSqlServer || GetParam() == Engine::kSqliteOverTds) {
+    if (server_) {
+      server_->Before([](const std::string& statement) -> test::SuiteServer::Fault {
+        if (statement.starts_with("waitfor")) return test::TdsServer::Silence{};
+        return {};
+      });
+    }
     connection_.Close();
     connection_.set_command_timeout(1);
     connection_.Open();
@@ -239,7 +254,8 @@ TEST_P(ContractTest, AnExpiredTimeOutHasANumberOfItsOwn) {
 }
 
 TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
-  const std::int32_t missing = GetParam() == Engine::kSqlServer ? 208 : 1;
+  const bool tds = GetParam() == Engine::kSqlServer || GetParam() == Engine::kSqliteOverTds;
+  const std::int32_t missing = tds ? 208 : 1;
   EXPECT_EQ(ErrorNumberOf([&] { connection_.Execute("Delete From Mißing"); }), missing);
   EXPECT_THAT(error_text_, AllOf(HasSubstr("Mißing"), Not(HasSubstr("["))));
   EXPECT_EQ(ErrorNumberOf([&] { Rows("Select * From Mißing"); }), missing);
@@ -251,7 +267,7 @@ TEST_P(ContractTest, AFailureHasTheEnginesNumberAndLeavesTheSessionUsable) {
 
 INSTANTIATE_TEST_SUITE_P(Drivers, ContractTest,
                          testing::Values(Engine::kEmbedded, Engine::kSqliteOverOdbc,
-                                         Engine::kSqlServer),
+                                         Engine::kSqliteOverTds, Engine::kSqlServer),
                          testing::PrintToStringParamName());
 
 /// What holds for the embedded engine alone.

@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstring>
@@ -18,6 +19,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/text/ascii.h"
 #include "platform/text/encoding.h"
 
 namespace quillan::test {
@@ -26,23 +28,33 @@ namespace quillan::test {
 /// protocol description [MS-TDS].
 class TdsReply {
  public:
-  /// The Null of a text, a whole number or a UTF-8 text.
-  using Value = std::variant<std::monostate, std::int64_t, std::string_view>;
-  /// kNVarChar has 100 characters; kDateTime2 counts 100 ns and is written as a whole number of
-  /// them since midnight of 1 January 2007.
-  enum class Type { kBigInt, kNVarChar, kDateTime2 };
+  /// Null, a whole number, a floating-point number or a UTF-8 text.
+  using Value = std::variant<std::monostate, std::int64_t, double, std::string_view>;
+  /// kDateTime2 counts 100 ns and is written as a whole number of them since midnight of 1 January
+  /// 2007.
+  enum class Type { kBigInt, kFloat, kNVarChar, kNVarCharMax, kDateTime2 };
+  struct Column {
+    std::string_view name;
+    Type type;
+    std::uint16_t characters = 100;  // Of a kNVarChar.
+  };
 
-  TdsReply& Columns(const std::vector<std::pair<std::string_view, Type>>& columns) {
+  TdsReply& Columns(const std::vector<Column>& columns) {
     Append(std::uint8_t{0x81});
     Append(static_cast<std::uint16_t>(columns.size()));
     types_.clear();
-    for (const auto& [name, type] : columns) {
+    for (const auto& [name, type, characters] : columns) {
       bytes_ += std::string("\0\0\0\0\1\0", 6);  // No user type; nullable.
-      // The type, the most bytes and a text's collation.
       types_.push_back(type);
-      bytes_ += type == Type::kBigInt      ? std::string("\x26\x08")
-                : type == Type::kDateTime2 ? std::string("\x2A\x07")
-                                           : std::string("\xE7\xC8\0\x09\x04\xD0\0\x34", 8);
+      if (type == Type::kBigInt) bytes_ += "\x26\x08";
+      if (type == Type::kFloat) bytes_ += "\x6D\x08";
+      if (type == Type::kDateTime2) bytes_ += "\x2A\x07";
+      if (type == Type::kNVarChar || type == Type::kNVarCharMax) {
+        Append(std::uint8_t{0xE7});
+        const int most_bytes = type == Type::kNVarChar ? 2 * characters : 0xFFFF;
+        Append(static_cast<std::uint16_t>(most_bytes));
+        bytes_ += std::string("\x09\x04\xD0\0\x34", 5);  // Its collation.
+      }
       AppendText<std::uint8_t>(name);
     }
     return *this;
@@ -61,10 +73,23 @@ class TdsReply {
       } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         Append(std::uint8_t{sizeof *whole});
         Append(*whole);
+      } else if (const auto* real = std::get_if<double>(&value)) {
+        Append(std::uint8_t{sizeof *real});
+        Append(*real);
       } else if (const auto* text = std::get_if<std::string_view>(&value)) {
-        AppendText<std::uint16_t>(*text, 2);
-      } else {  // Of a text.
+        if (types_.at(i) == Type::kNVarCharMax) {
+          Append(~std::uint64_t{1});  // Of a length that is not told; one piece, and its end.
+          if (!text->empty()) AppendText<std::uint32_t>(*text, 2);
+          Append(std::uint32_t{0});
+        } else {
+          AppendText<std::uint16_t>(*text, 2);
+        }
+      } else if (types_.at(i) == Type::kNVarCharMax) {
+        Append(~std::uint64_t{0});
+      } else if (types_.at(i) == Type::kNVarChar) {
         Append(std::uint16_t{0xFFFF});
+      } else {
+        Append(std::uint8_t{0});
       }
     }
     return *this;
@@ -140,12 +165,15 @@ class TdsServer {
   struct Login {
     std::string user, password, server, database;
   };
-  /// No answer until the client gives up; in the place of one the connection's end, or its reset.
+  /// No answer until the client gives up; none to anything any more, as of a network that is down;
+  /// in the place of an answer the connection's end, or its reset.
   struct Silence {};
+  struct Mute {};
   struct HangUp {};
   struct Reset {};
-  using Answer = std::variant<TdsReply, Silence, HangUp, Reset>;
-  /// The answer to a statement; called on the server's own thread.
+  using Answer = std::variant<TdsReply, Silence, Mute, HangUp, Reset>;
+  /// The answer to a statement, in which the parameters stand as literals; called on the server's
+  /// own thread. Transactions come as "begin transaction", "commit transaction" and so on.
   using Script = std::function<Answer(const std::string& statement)>;
 
   /// `host` is an address of the loopback interface.
@@ -175,6 +203,8 @@ class TdsServer {
   }
 
   int port() const { return port_; }
+  /// Ends the connection, if there is one.
+  void EndConnection() const { shutdown(client_, SHUT_RDWR); }
   /// The logins and the statements that came so far, in their order.
   std::vector<Login> logins() const { return Copy(logins_); }
   std::vector<std::string> statements() const { return Copy(statements_); }
@@ -202,6 +232,52 @@ class TdsServer {
     std::u16string units(bytes.size() / 2, u'\0');
     std::memcpy(units.data(), bytes.data(), 2 * units.size());
     return text::Utf16ToUtf8(units);
+  }
+
+  // The statement of a call of sp_executesql, or "exec <procedure> <arguments>".
+  static std::string DecodeCall(std::string_view bytes) {
+    const auto take = [&](size_t size) {
+      const std::string_view taken = bytes.substr(0, size);
+      bytes.remove_prefix(size);
+      return taken;
+    };
+    const size_t length = Word(take(2), 0);
+    const bool numbered = length == 0xFFFF;  // That of sp_executesql.
+    const std::string procedure = FromUtf16(take(numbered ? 2 : 2 * length));
+    take(2);  // Flags.
+    std::vector<std::string> values;
+    std::string arguments;
+    while (!bytes.empty()) {
+      const std::string name = FromUtf16(take(2 * Byte(take(1), 0)));
+      take(1);  // Flags.
+      const size_t type = Byte(take(1), 0);
+      std::string& value = values.emplace_back("null");
+      if (type == 0x26 || type == 0x6D) {  // A whole or a floating-point number of 8 bytes.
+        take(1);
+        const std::string_view number = take(Byte(take(1), 0));
+        std::int64_t whole = 0;
+        double real = 0;
+        std::memcpy(&whole, number.data(), number.size());
+        std::memcpy(&real, number.data(), number.size());
+        if (!number.empty()) value = type == 0x26 ? std::to_string(whole) : std::to_string(real);
+      } else {
+        const bool long_text = type == 0x63;
+        take(long_text ? 9 : 7);  // The most bytes and the collation.
+        const size_t low = Word(take(2), 0);
+        const size_t size = long_text ? low | Word(take(2), 0) << 16 : low;
+        if (long_text || size != 0xFFFF) {
+          value = "N'" + text::ReplaceAll(FromUtf16(take(size)), "'", "''") + "'";
+        }
+      }
+      arguments += (arguments.empty() ? " " : ", ") + (name.empty() ? "" : name + "=") + value;
+    }
+    if (!numbered && procedure != "sp_executesql") return "exec " + procedure + arguments;
+    // The first is the statement, the second one declares the others, @P1 and so on.
+    std::string statement = text::ReplaceAll(values[0].substr(2, values[0].size() - 3), "''", "'");
+    for (size_t i = values.size(); i-- > 2;) {
+      statement = text::ReplaceAll(statement, "@P" + std::to_string(i - 1), values[i]);
+    }
+    return statement;
   }
 
   static Login DecodeLogin(std::string_view message) {
@@ -234,6 +310,7 @@ class TdsServer {
     std::uint8_t type = 0;
     std::string message;
     while (Receive(type, message)) {
+      if (mute_) continue;
       if (type == kPreLogin) {
         // Version and encryption (2: there is none), each its place and length; then their values.
         Send(std::string("\0\0\x0B\0\x06\1\0\x11\0\1\xFF\x10\0\3\xE8\0\0\2", 18));
@@ -243,18 +320,30 @@ class TdsServer {
         if (login_refusal_) return;
       } else if (type == kAttention) {
         Send(TdsReply().End(0x20, 0).bytes());
-      } else if (!AnswerBatch(message)) {
+      } else if (!AnswerStatement(DecodeStatement(type, message))) {
         return;
       }
     }
   }
 
+  static std::string DecodeStatement(std::uint8_t type, std::string_view message) {
+    constexpr std::uint8_t kCall = 3, kTransaction = 14;
+    const std::string_view body = message.substr(Word(message, 0));
+    if (type == kCall) return DecodeCall(body);
+    if (type != kTransaction) return FromUtf16(body);
+    constexpr size_t kBegin = 5, kCommit = 7;
+    const size_t request = Word(body, 0);
+    return request == kBegin    ? "begin transaction"
+           : request == kCommit ? "commit transaction"
+                                : "rollback transaction";
+  }
+
   // Whether the connection goes on.
-  bool AnswerBatch(const std::string& message) {
-    const std::string statement = FromUtf16(std::string_view(message).substr(Word(message, 0)));
+  bool AnswerStatement(const std::string& statement) {
     Note(statements_, statement);
     const Answer answer = script_(statement);
     if (const auto* reply = std::get_if<TdsReply>(&answer)) Send(reply->bytes());
+    mute_ = std::holds_alternative<Mute>(answer);
     if (std::holds_alternative<Reset>(answer)) {
       const linger at_once{1, 0};
       setsockopt(client_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
@@ -279,16 +368,23 @@ class TdsServer {
   }
 
   void Send(const std::string& message) const {
-    const size_t size = message.size() + 8;  // In one packet: scripts are short.
-    std::string packet{4, 1, static_cast<char>(size >> 8), static_cast<char>(size & 0xFF)};
-    packet += std::string("\0\0\1\0", 4) + message;
-    send(client_, packet.data(), packet.size(), MSG_NOSIGNAL);
+    constexpr size_t kMostBytes = 4096 - 8;
+    std::string packets;
+    for (size_t at = 0; at == 0 || at < message.size(); at += kMostBytes) {
+      const size_t size = std::min(message.size() - at, kMostBytes) + 8;
+      const bool last = at + kMostBytes >= message.size();
+      packets +=
+          {4, last ? '\1' : '\0', static_cast<char>(size >> 8), static_cast<char>(size & 0xFF)};
+      packets += std::string("\0\0\1\0", 4) + message.substr(at, kMostBytes);
+    }
+    send(client_, packets.data(), packets.size(), MSG_NOSIGNAL);
   }
 
   Script script_;
   std::optional<TdsReply> login_refusal_;
   int listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   int port_ = 0;
+  bool mute_ = false;
   std::atomic<bool> stopping_ = false;
   std::atomic<int> client_ = -1;
   mutable std::mutex mutex_;
