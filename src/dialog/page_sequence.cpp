@@ -80,18 +80,22 @@ bool PageSequence::CheckStoredRows() {
   std::vector<std::pair<SettingsPage*, std::vector<Conflict>>> found;
   std::vector<PageConflict> conflicts;
   bool read = false;
+  std::string reason;
   for (SettingsPage* page : pages_) {
     CheckableList* list = page->List();
     if (list == nullptr || !list->NeedsConflictCheck()) continue;
     services_.progress.ShowStep(Tr("Checking %1").arg(page->RowsName()));
     auto& of_page = found.emplace_back(page, std::vector<Conflict>()).second;
     read = list->FindConflicts(of_page);
+    reason = list->ConflictError();
     if (!read) break;
     for (const Conflict& conflict : of_page) conflicts.push_back({page->Title(), conflict});
   }
-  if (found.empty()) read = services_.settings.QueryListenPort();
+  if (found.empty()) {
+    read = services_.settings.QueryListenPort();
+    reason = services_.database.LastError();
+  }
   if (!read) {
-    const std::string& reason = services_.database.LastError();
     ShowFailure(services_.messages,
                 "Nothing has been saved: the database cannot be read.\r\n\r\n" + reason);
     return false;

@@ -55,7 +55,10 @@ void SaveBar::ShowReport(const SaveReport& report) {
         tr("Stopped: %1 of %2 changes saved").arg(number(report.written), number(report.total));
   } else if (!report.failures.empty()) {
     const int failed = report.total - report.written;
-    outcome = tr("%1 of %2 changes could not be saved").arg(number(failed), number(report.total));
+    outcome =
+        failed > 0
+            ? tr("%1 of %2 changes could not be saved").arg(number(failed), number(report.total))
+            : tr("Saved, but not when the lists were changed");
   } else if (report.total > 0) {
     const text::DateTime now = services_.clock.Now();
     const auto since_midnight = now - std::chrono::floor<std::chrono::days>(now);

@@ -61,8 +61,10 @@ class CheckableList : public GridListener {
   /// Whether a save must compare the pending rows with the stored ones first.
   bool NeedsConflictCheck() const { return description_.finds_conflicts && PendingCount() > 0; }
   /// Reads the stored rows and adds the conflicts with the pending ones to `conflicts`. False, with
-  /// the reason in the session's `LastError`, when they cannot be read.
+  /// the reason in `ConflictError`, when they cannot be read.
   bool FindConflicts(std::vector<Conflict>& conflicts);
+  /// Why the last `FindConflicts` could not read the stored rows; empty if it could.
+  const std::string& ConflictError() const { return conflict_error_; }
   /// Carries out the answer, but for kCancel, to conflicts that `FindConflicts` found. A nested new
   /// group is never written: it is dropped with kKeepTheirs and else fails in the next `Sync`.
   void Resolve(const std::vector<Conflict>& conflicts, ConflictAnswer answer);
@@ -160,6 +162,7 @@ class CheckableList : public GridListener {
   std::string ValuesText(const Grid& grid, int row) const;
   KeptRow Keep(int row) const;
   void LayOver(const KeptRow& kept, int row);
+  bool LoadStored(Grid& stored);
   void TakeStored(const Conflict& conflict);
 
   ListDescription description_;
@@ -168,12 +171,14 @@ class CheckableList : public GridListener {
   std::string edit_start_text_;
   std::vector<std::string> loaded_texts_;  // Of rows whose text was edited.
   std::string load_error_;
+  std::string conflict_error_;
   int pending_count_ = 0;      // In the grid.
   int reported_count_ = 0;     // As the handler knows it.
   std::vector<KeptRow> kept_;  // Not written yet and to be laid over the rows of the next load.
   bool saved_ = false;         // The grid still shows the rows that a save has gone through.
   std::vector<SaveFailure> failures_;
   std::vector<int> nested_rows_;  // Refused by the next `Sync`.
+  bool last_update_due_ = false;  // Rows were written since the setting was.
   std::function<void()> row_commands_changed_;
   std::function<void()> pending_changed_;
 };

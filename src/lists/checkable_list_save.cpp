@@ -38,7 +38,8 @@ class CheckableList::Save {
       End();
       throw;
     }
-    if (next_ > 0) RecordLastUpdate();
+    if (next_ > 0) list_.last_update_due_ = true;
+    if (list_.last_update_due_) RecordLastUpdate();
     End();
     return outcome_;
   }
@@ -127,6 +128,7 @@ class CheckableList::Save {
 
   void RecordLastUpdate() {
     const std::string_view setting = list_.description_.last_update_setting;
+    list_.last_update_due_ = false;
     if (setting.empty()) return;
     const ListServices& services = list_.services_;
     const size_t before = database_.Report().failures.size();
@@ -135,6 +137,7 @@ class CheckableList::Save {
     const auto& failures = database_.Report().failures;
     if (failures.size() > before) {
       list_.failures_.push_back({std::string(setting), failures[before].error.what()});
+      list_.last_update_due_ = true;  // The next save writes it, with or without rows.
     }
   }
 
@@ -209,14 +212,31 @@ std::string CheckableList::ValuesText(const Grid& grid, int row) const {
   return text;
 }
 
-bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
-  if (!kept_.empty() && !saved_ && !Reload()) return false;
+// Reads the stored rows, and first ours where they still wait to be laid over them.
+bool CheckableList::LoadStored(Grid& stored) {
+  conflict_error_.clear();
+  if (!kept_.empty() && !saved_ && !Reload()) {
+    conflict_error_ = load_error_;
+    return false;
+  }
   const auto rows = services_.database.OpenRecordset(description_.query);
-  if (!rows) return false;
-  Grid stored;
-  LayOut(stored);
-  LoadRows(*rows, stored);
+  if (!rows) {
+    conflict_error_ = services_.database.LastError();
+    return false;
+  }
+  try {
+    LayOut(stored);
+    LoadRows(*rows, stored);
+    return true;
+  } catch (const std::exception& failure) {  // A column is missing, or memory.
+    conflict_error_ = failure.what();
+    return false;
+  }
+}
 
+bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
+  Grid stored;
+  if (!LoadStored(stored)) return false;
   const int editable = description_.editable_column;
   const size_t first = conflicts.size();
   const auto add = [&](ConflictKind kind, int row, int stored_row) {
