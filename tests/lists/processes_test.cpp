@@ -25,6 +25,7 @@ namespace quillan {
 namespace {
 
 constexpr int kPorts = 60;
+constexpr int kKills = 300;
 constexpr char kKey[] = "HKEY_LOCAL_MACHINE\\Software\\Test";
 
 class ProcessesTest : public testing::Test {
@@ -71,22 +72,32 @@ class ProcessesTest : public testing::Test {
     kill(process, SIGKILL);
     End(process);
   }
-  // A program of its own: toggles every row whose number leaves `rest` when divided by `step`, and
-  // saves.
-  void Toggle(int step, int rest, const std::function<void()>& ready) const {
+  // A program with the list of ports over the database of the test.
+  struct Program {
+    explicit Program(const std::filesystem::path& folder)
+        : database(files, folder, ado::InstalledDrivers(folder)),
+          ports({database, host, messages, clock, locale}, [] {
+            return NewPort{100, "ours"};
+          }) {
+      if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
+    }
+
     DiskFiles files;
-    FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
+    FlowDatabase database;
     test::FixedClock clock;
     test::ScriptedMessageBox messages;
-    test::FakeListHost host;
-    const text::UserLocale locale("C");
-    PortList ports({database, host, messages, clock, locale}, [] { return std::nullopt; });
-    if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
+    ListHost host;
+    const text::UserLocale locale{"C"};
+    PortList ports;
+  };
+  // Toggles every row whose number leaves `rest` when divided by `step`, and saves.
+  void Toggle(int step, int rest, const std::function<void()>& ready) const {
+    Program program(folder_.path());
     for (int row = Grid::kFixedRows; row <= kPorts; ++row) {
-      if (row % step == rest) ports.OnClick(row, 0);
+      if (row % step == rest) program.ports.OnClick(row, 0);
     }
     ready();
-    ports.Sync();
+    if (program.ports.Sync().failed > 0) throw std::runtime_error("rows were not written");
   }
   // A column of a query, read by a program of its own.
   std::vector<std::string> Query(std::string_view query, std::string_view column) const {
@@ -124,7 +135,7 @@ TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
   before.flip();
 
   int cut_short = 0;
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < kKills; ++round) {
     KillWithin(Start(save), duration);
     const std::vector<bool> after = Enabled();
     ASSERT_EQ(after.size(), before.size());
@@ -145,7 +156,7 @@ TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
   ASSERT_TRUE(RegistryStore(file).WriteString(kKey, "Kept", "kept"));
   ASSERT_TRUE(RegistryStore(file).WriteString(kKey, "Count", "0"));
   int count = 0;
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < kKills; ++round) {
     KillWithin(Start([&](const auto& ready) {
                  RegistryStore store(file);
                  ready();
@@ -165,15 +176,18 @@ TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
 }
 
 TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
-  for (int round = 0; round < 25; ++round) {
+  const std::filesystem::path file = folder_ / "registry.reg";
+  for (int round = 0; round < 50; ++round) {
     const std::vector<bool> before = Enabled();
     std::vector<pid_t> processes;
     for (int number = 0; number < 2; ++number) {
       processes.push_back(Start([&](const auto& ready) {
+        RegistryStore store(file);
         // Both wait until both have read the same rows.
         Toggle(2, number, [&] {
           ready();
           raise(SIGSTOP);
+          if (!store.WriteString(kKey, std::to_string(number), std::to_string(round))) _exit(1);
         });
       }));
     }
@@ -183,6 +197,54 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
     std::vector<bool> expected = before;
     expected.flip();
     EXPECT_EQ(Enabled(), expected);
+    for (const char* number : {"0", "1"}) {
+      EXPECT_EQ(RegistryStore(file).ReadString(kKey, number), std::to_string(round));
+    }
+  }
+}
+
+TEST_F(ProcessesTest, WhatAnotherProgramStoresMeanwhileIsAConflict) {
+  const std::string other = "QUILLAN_HOME=" + folder_.path().string() + " " QUILLAN_CTL " ports ";
+  for (const ConflictAnswer answer : {ConflictAnswer::kOverwrite, ConflictAnswer::kKeepTheirs}) {
+    Program program(folder_.path());
+    PortList& ports = program.ports;
+    ports.EditText(1, "ours");
+    ports.EditText(3, "ours");
+    ports.OnClick(4, 0);
+    ports.Table().SelectOnly(2, 1);
+    for (const char* name : {"cmdDeletePort", "cmdAddPort"}) {
+      for (const ListCommand& command : ports.Commands()) {
+        if (command.name == name) command.run();
+      }
+    }
+    for (const char* command : {"rename 1 theirs", "rename 2 theirs", "delete 3 --yes",
+                                "add 100 theirs", "rename 5 theirs"}) {
+      ASSERT_EQ(std::system((other + command + " >/dev/null 2>&1").c_str()), 0) << command;
+    }
+    std::vector<Conflict> conflicts;
+    ASSERT_TRUE(ports.FindConflicts(conflicts)) << ports.ConflictError();
+    std::string found;
+    for (const Conflict& conflict : conflicts) {
+      found += conflict.name + (conflict.kind == ConflictKind::kChanged ? " changed, "
+                                : conflict.kind == ConflictKind::kGone  ? " gone, "
+                                                                        : " taken, ");
+    }
+    EXPECT_EQ(found, "1 changed, 2 changed, 3 gone, 100 taken, ");
+    ports.Resolve(conflicts, answer);
+    EXPECT_EQ(ports.Sync().failed, 0);
+    const bool overwritten = answer == ConflictAnswer::kOverwrite;
+    EXPECT_EQ(
+        Query("Select Port || ServiceName || Enabled As Line From ServicePorts "
+              "Where Port < 6 Or Port = 100 Order By Port",
+              "Line"),
+        overwritten
+            ? std::vector<std::string>({"1ours0", "3ours0", "4p1", "5theirs0", "100ours1"})
+            : std::vector<std::string>({"1theirs0", "2theirs0", "4p1", "5theirs0", "100theirs1"}));
+    program.database.Execute("Delete From ServicePorts");
+    for (int port = 1; port <= 5; ++port) {
+      program.database.Execute("Insert Into ServicePorts Values (" + std::to_string(port) +
+                               ", 'p', 0, 0)");
+    }
   }
 }
 
