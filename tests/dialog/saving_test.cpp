@@ -131,15 +131,6 @@ TEST_F(SavingTest, KeepsTheRowsThatCouldNotBeSavedAndReportsThem) {
     Click("cmdClose", details);
   });
   Click("cmdDetails");
-
-  program_.suite.Run("drop trigger Refuse");
-  script_.statements.clear();
-  Click("cmdOK");
-  EXPECT_FALSE(form_->isVisible());
-  EXPECT_THAT(StoredPorts(), ElementsAre("21|ftp|0", "22|ssh|0", "23|telnet|1"));
-  for (const std::string& statement : script_.statements) {
-    EXPECT_EQ(statement.find("Where Port=21"), std::string::npos) << statement;
-  }
 }
 
 TEST_F(SavingTest, AsksWhenSomebodyElseHasChangedARow) {
@@ -186,26 +177,19 @@ TEST_F(SavingTest, AListThatCouldNotBeReadSaysSo) {
 TEST_F(SavingTest, StopLeavesTheRestAsItIs) {
   SelectPage(2);
   GridView* groups = Table("AddressGroupList");
-  for (const bool by_timeout : {false, true}) {
-    ClickCell(groups, 1, 0);
-    ClickCell(groups, 2, 0);
-    messages_.answers = {MessageAnswer::kNo};
-    messages_.messages.clear();
-    script_.before = [&](const std::string& statement) {
-      if (!statement.starts_with("Update IPAddressGroups")) return;
-      if (by_timeout) throw ado::Error(ado::kTimeoutExpired, "", "timed out");
-      Find<QPushButton>("cmdStop")->click();
-    };
-    Click("cmdOK");
-    EXPECT_TRUE(form_->isVisible());
-    EXPECT_EQ(messages_.messages.size(), by_timeout ? 1U : 0U);
-    EXPECT_EQ(TextColor(groups, 1, 1) == Qt::red, by_timeout);
-    EXPECT_EQ(TextColor(groups, 2, 1), Qt::red);
-    script_.before = [](const std::string&) {};
-    Click("CmdApply");
-    EXPECT_NE(TextColor(groups, 2, 1), Qt::red);
-  }
-  EXPECT_THAT(program_.suite.Rows("select Enabled from IPAddressGroups"), ElementsAre("1", "1"));
+  ClickCell(groups, 1, 0);
+  ClickCell(groups, 2, 0);
+  script_.before = [&](const std::string& statement) {
+    if (statement.starts_with("Update IPAddressGroups")) Find<QPushButton>("cmdStop")->click();
+  };
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_NE(TextColor(groups, 1, 1), Qt::red);
+  EXPECT_EQ(TextColor(groups, 2, 1), Qt::red);
+  script_.before = [](const std::string&) {};
+  Click("CmdApply");
+  EXPECT_NE(TextColor(groups, 2, 1), Qt::red);
+  EXPECT_THAT(program_.suite.Rows("select Enabled from IPAddressGroups"), ElementsAre("0", "0"));
 }
 
 /// A way in which the database fails during a save, and how the window tells of it.
@@ -235,19 +219,23 @@ TEST_F(SavingTest, WhateverFailsTheRestIsStillThereAndTheNextSaveWritesIt) {
       };
     };
   };
+  const auto time_out = [this](const std::string& seconds) {
+    program_.folder.Write(
+        "program/TBKelvora.DB",
+        "CONNECTION=Provider=SQLite;Data Source=suite.db\r\nCOMMANDTIMEOUT=" + seconds + "\r\n");
+    program_.database.CloseMainDatabase();
+  };
   const auto lose = [] { throw ado::Error(0, "08S01", "connection reset"); };
   const std::string file = "program/suite.db";
   const Fault faults[] = {
       {"locked",
        [&] {
-         program_.folder.Write(
-             "program/TBKelvora.DB",
-             "CONNECTION=Provider=SQLite;Data Source=suite.db\r\nCOMMANDTIMEOUT=1\r\n");
-         program_.database.CloseMainDatabase();
+         time_out("1");
          messages_.answers = {MessageAnswer::kNo};
          program_.suite.Run("begin immediate");
        },
-       run("rollback"), "did not answer in time. Keep trying?"},
+       [&] { time_out("120"), program_.suite.Run("rollback"); },
+       "did not answer in time. Keep trying?"},
       {"gone", move(file, "away.db"), move("away.db", file), "suite.db does not exist"},
       {"gone in the middle", before("delete from NetFlowSources", move(file, "away.db")),
        move("away.db", file), "program/suite.db"},
@@ -329,8 +317,9 @@ TEST_F(SavingTest, WhateverFailsTheRestIsStillThereAndTheNextSaveWritesIt) {
     script_.statements.clear();
     Click("CmdApply");
     for (size_t i = 0; i < edits.size(); ++i) {
-      const auto& [name, query, statement] = edits[i];
+      const auto& [name, query, part] = edits[i];
       EXPECT_FALSE(program_.suite.Rows(query).empty()) << name << " was not written";
+      const char* statement = part;
       const auto again = std::ranges::count_if(script_.statements, [&](const std::string& text) {
         return text.find(statement) != std::string::npos && !text.starts_with("Select");
       });

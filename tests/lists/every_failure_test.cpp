@@ -16,21 +16,19 @@ namespace {
 using testing::IsEmpty;
 using testing::Not;
 
-enum class Fault { kError, kTimeout, kLost, kLostAfterItRan, kMemory };
+struct Fault {
+  const char* name;
+  void (*happen)();
+  bool after_the_call = false;
+};
 
-void Throw(Fault fault) {
-  switch (fault) {
-    case Fault::kError:
-      throw ado::Error(1, "", "refused");
-    case Fault::kTimeout:
-      throw ado::Error(ado::kTimeoutExpired, "HYT00", "timed out");
-    case Fault::kLost:
-    case Fault::kLostAfterItRan:
-      throw ado::Error(0, "08S01", "lost");
-    case Fault::kMemory:
-      throw std::bad_alloc();
-  }
-}
+const Fault kFaults[] = {
+    {"Error", [] { throw ado::Error(1, "", "refused"); }},
+    {"Timeout", [] { throw ado::Error(ado::kTimeoutExpired, "HYT00", "timed out"); }},
+    {"Lost", [] { throw ado::Error(0, "08S01", "lost"); }},
+    {"LostAfterItRan", [] { throw ado::Error(0, "08S01", "lost"); }, true},
+    {"Memory", [] { throw std::bad_alloc(); }},
+};
 
 class EveryFailureTest : public test::GroupListTest, public testing::WithParamInterface<Fault> {
  protected:
@@ -124,12 +122,11 @@ class EveryFailureTest : public test::GroupListTest, public testing::WithParamIn
     ran_.clear();
     calls_ = 0;
     script_.before = [this, number](const std::string& statement) {
-      const bool fails = ++calls_ == number;
-      if (fails && GetParam() != Fault::kLostAfterItRan) Throw(GetParam());
+      if (++calls_ == number && !GetParam().after_the_call) GetParam().happen();
       ran_.push_back(statement);
     };
     script_.after = [this, number] {
-      if (calls_ == number && GetParam() == Fault::kLostAfterItRan) Throw(GetParam());
+      if (calls_ == number && GetParam().after_the_call) GetParam().happen();
     };
   }
 
@@ -201,15 +198,8 @@ TEST_P(EveryFailureTest, ALoadThatFailsShowsNoRowAndTheNextOneShowsAll) {
   }
 }
 
-std::string FaultName(const testing::TestParamInfo<Fault>& fault) {
-  constexpr std::array names = {"Error", "Timeout", "Lost", "LostAfterItRan", "Memory"};
-  return names[static_cast<size_t>(fault.param)];
-}
-
-INSTANTIATE_TEST_SUITE_P(Faults, EveryFailureTest,
-                         testing::Values(Fault::kError, Fault::kTimeout, Fault::kLost,
-                                         Fault::kLostAfterItRan, Fault::kMemory),
-                         FaultName);
+INSTANTIATE_TEST_SUITE_P(Faults, EveryFailureTest, testing::ValuesIn(kFaults),
+                         [](const auto& fault) { return std::string(fault.param.name); });
 
 /// Names of nodes, which runs out of memory at one row of a load.
 class ShortOfMemoryList final : public CheckableList {

@@ -203,46 +203,54 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
   }
 }
 
-TEST_F(ProcessesTest, WhatAnotherProgramStoresMeanwhileIsAConflict) {
+TEST_F(ProcessesTest, WhatAnotherProgramStoresMeanwhileIsAConflictToBeAnswered) {
   const std::string other = "QUILLAN_HOME=" + folder_.path().string() + " " QUILLAN_CTL " ports ";
-  for (const ConflictAnswer answer : {ConflictAnswer::kOverwrite, ConflictAnswer::kKeepTheirs}) {
+  const std::vector<std::string> theirs = {"1|theirs|0", "2|theirs|0", "100|theirs|1"};
+  const std::pair<ConflictAnswer, std::vector<std::string>> answers[] = {
+      {ConflictAnswer::kOverwrite, {"1|ours|0", "3|p|1", "100|ours|1"}},
+      {ConflictAnswer::kKeepTheirs, theirs},
+      {ConflictAnswer::kCancel, theirs}};
+  for (const auto& [answer, stored] : answers) {
     Program program(folder_.path());
     PortList& ports = program.ports;
-    ports.EditText(1, "ours");
-    ports.EditText(3, "ours");
-    ports.OnClick(4, 0);
-    ports.Table().SelectOnly(2, 1);
-    for (const char* name : {"cmdDeletePort", "cmdAddPort"}) {
+    const auto press = [&](const char* name) {
       for (const ListCommand& command : ports.Commands()) {
         if (command.name == name) command.run();
       }
-    }
-    for (const char* command : {"rename 1 theirs", "rename 2 theirs", "delete 3 --yes",
-                                "add 100 theirs", "rename 5 theirs"}) {
+    };
+    ports.EditText(1, "ours");
+    ports.Table().SelectOnly(2, 1);
+    press("cmdDeletePort");
+    ports.OnClick(3, 0);
+    press("cmdAddPort");
+    std::vector<Conflict> conflicts;
+    EXPECT_TRUE(ports.FindConflicts(conflicts));
+    EXPECT_TRUE(conflicts.empty());
+    for (const char* command :
+         {"rename 1 theirs", "rename 2 theirs", "delete 3 --yes", "add 100 theirs"}) {
       ASSERT_EQ(std::system((other + command + " >/dev/null 2>&1").c_str()), 0) << command;
     }
-    std::vector<Conflict> conflicts;
-    ASSERT_TRUE(ports.FindConflicts(conflicts)) << ports.ConflictError();
+    EXPECT_TRUE(ports.FindConflicts(conflicts));
     std::string found;
     for (const Conflict& conflict : conflicts) {
-      found += conflict.name + (conflict.kind == ConflictKind::kChanged ? " changed, "
-                                : conflict.kind == ConflictKind::kGone  ? " gone, "
-                                                                        : " taken, ");
+      found += std::to_string(static_cast<int>(conflict.kind)) + " " + conflict.name + ": " +
+               conflict.loaded + " / " + conflict.theirs + " / " + conflict.ours + "\n";
     }
-    EXPECT_EQ(found, "1 changed, 2 changed, 3 gone, 100 taken, ");
+    EXPECT_EQ(found,
+              "0 1: no, p / no, theirs / no, ours\n"
+              "0 2: no, p / no, theirs / to be deleted\n"
+              "1 3: no, p /  / yes, p\n"
+              "2 100:  / yes, theirs / yes, ours\n");
     ports.Resolve(conflicts, answer);
-    EXPECT_EQ(ports.Sync().failed, 0);
-    const bool overwritten = answer == ConflictAnswer::kOverwrite;
-    EXPECT_EQ(
-        Query("Select Port || ServiceName || Enabled As Line From ServicePorts "
-              "Where Port < 6 Or Port = 100 Order By Port",
-              "Line"),
-        overwritten
-            ? std::vector<std::string>({"1ours0", "3ours0", "4p1", "5theirs0", "100ours1"})
-            : std::vector<std::string>({"1theirs0", "2theirs0", "4p1", "5theirs0", "100theirs1"}));
-    program.database.Execute("Delete From ServicePorts");
-    for (int port = 1; port <= 5; ++port) {
-      program.database.Execute("Insert Into ServicePorts Values (" + std::to_string(port) +
+    EXPECT_EQ(ports.PendingCount(), answer == ConflictAnswer::kKeepTheirs ? 0 : 4);
+    if (answer != ConflictAnswer::kCancel) ports.Sync();
+    EXPECT_EQ(Query("Select Port || '|' || ServiceName || '|' || Enabled As Line From ServicePorts "
+                    "Where Port In (1, 2, 3, 100) Order By Port",
+                    "Line"),
+              stored);
+    program.database.Execute("Delete From ServicePorts Where Port In (1, 2, 3, 100)");
+    for (const char* port : {"1", "2", "3"}) {
+      program.database.Execute("Insert Into ServicePorts Values (" + std::string(port) +
                                ", 'p', 0, 0)");
     }
   }
