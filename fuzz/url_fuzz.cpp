@@ -1,4 +1,5 @@
-// Web addresses: what was put together comes apart in the same parts.
+// Web addresses, then a host, a path and a user name that are set: what was put together comes
+// apart in the same parts.
 
 #include "fuzz/fuzz.h"
 #include "suite/url.h"
@@ -6,10 +7,13 @@
 namespace quillan {
 namespace {
 
-void Check(std::string_view address) {
+void Check(fuzz::Input input) {
   URL url;
-  url.SetURL(address);
+  url.SetURL(input.Piece());
   const bool parsed = url.LastError().empty();
+  if (!input.Rest().empty()) url.SetHostName(input.Piece());
+  if (!input.Rest().empty()) url.SetURLPath(input.Piece());
+  if (!input.Rest().empty()) url.SetUserName(input.Piece());
   const std::string built = url.GetURL();
   fuzz::Expect(built.empty() || built.find_first_of(" \r\n\t\"<>") == std::string::npos ||
                    built.find_first_of("?#") != std::string::npos,
@@ -29,6 +33,6 @@ void Check(std::string_view address) {
 }  // namespace quillan
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  quillan::Check({reinterpret_cast<const char*>(data), size});
+  quillan::Check({data, size});
   return 0;
 }

@@ -31,7 +31,7 @@ bool SettleConflicts(CheckableList& list, Session& session, ExitStatus& status) 
   std::vector<Conflict> conflicts;
   if (!list.NeedsConflictCheck()) return true;
   if (!list.FindConflicts(conflicts)) {
-    Console::PrintError(session.database().LastError());
+    Console::PrintError(list.ConflictError());
     status = kNoSession;
     return false;
   }

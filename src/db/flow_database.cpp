@@ -102,20 +102,20 @@ bool FlowDatabase::OpenDatabase() {
   connection_.set_command_timeout(values_.command_timeout);
   try {
     connection_.Open();
-  } catch (const ado::Error& error) {
+  } catch (const std::exception& failure) {
     last_error_ = "Cannot connect to SQL database. Re-run the Installation Wizard.\r\n\r\n" +
-                  ConnectionString(PasswordDisplay::kHidden) + "\r\n\r\nError=" + error.what();
-    open_error_number_ = error.number();
+                  ConnectionString(PasswordDisplay::kHidden) + "\r\n\r\nError=" + failure.what();
+    open_error_number_ = AsError(failure).number();
     return false;
   }
   // Twice, as a driver may know only one of the two; neither is a reason to refuse the session.
   try {
     connection_.ReadUncommitted();
-  } catch (const ado::Error&) {
+  } catch (const std::exception&) {
   }
   try {
     connection_.Execute("SET TRANSACTION ISOLATION LEVEL READ UNCOMMITTED");
-  } catch (const ado::Error&) {
+  } catch (const std::exception&) {
   }
   return true;
 }

@@ -91,13 +91,8 @@ bool PageSequence::CheckStoredRows() {
     if (list == nullptr || !list->NeedsConflictCheck()) continue;
     services_.progress.ShowStep(Tr("Checking %1").arg(page->RowsName()));
     auto& of_page = found.emplace_back(page, std::vector<Conflict>()).second;
-    try {
-      read = list->FindConflicts(of_page);
-      reason = services_.database.LastError();
-    } catch (const std::exception& failure) {
-      read = false;
-      reason = failure.what();
-    }
+    read = list->FindConflicts(of_page);
+    reason = list->ConflictError();
     if (!read) break;
     for (const Conflict& conflict : of_page) conflicts.push_back({page->Title(), conflict});
   }

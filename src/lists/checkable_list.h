@@ -66,8 +66,10 @@ class CheckableList : public GridListener {
   /// Whether a save must compare the pending rows with the stored ones first.
   bool NeedsConflictCheck() const { return description_.finds_conflicts && PendingCount() > 0; }
   /// Reads the stored rows and adds the conflicts with the pending ones to `conflicts`. False, with
-  /// the reason in the session's `LastError`, when they cannot be read.
+  /// the reason in `ConflictError`, when they cannot be read.
   bool FindConflicts(std::vector<Conflict>& conflicts);
+  /// Why the last `FindConflicts` could not read the stored rows; empty if it could.
+  const std::string& ConflictError() const { return conflict_error_; }
   /// Carries out the answer, but for kCancel, to conflicts that `FindConflicts` found. A nested new
   /// group is never written: it is dropped with kKeepTheirs and else fails in the next `Sync`.
   void Resolve(const std::vector<Conflict>& conflicts, ConflictAnswer answer);
@@ -167,6 +169,7 @@ class CheckableList : public GridListener {
   KeptRow Keep(int row) const;
   void LayOver(const KeptRow& kept, int row);
   bool IsWritten(const KeptRow& kept, int row) const;
+  void AddConflicts(ado::Recordset& rows, std::vector<Conflict>& conflicts);
   void TakeStored(const Conflict& conflict);
 
   ListDescription description_;
@@ -176,6 +179,7 @@ class CheckableList : public GridListener {
   std::vector<std::string> loaded_texts_;  // Of rows whose text was edited.
   std::vector<int> max_lengths_;           // By column, once the rows have been read.
   std::string load_error_;
+  std::string conflict_error_;
   int pending_count_ = 0;      // In the grid.
   int reported_count_ = 0;     // As the handler knows it.
   std::vector<KeptRow> kept_;  // Not written yet and to be laid over the rows of the next load.

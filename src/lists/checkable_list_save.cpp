@@ -234,15 +234,32 @@ std::string CheckableList::ValuesText(const Grid& grid, int row) const {
 }
 
 bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
-  if (!kept_.empty() && !saved_ && !Reload()) return false;
+  conflict_error_.clear();
+  // First the rows that still wait to be laid over the stored ones.
+  if (!kept_.empty() && !saved_ && !Reload()) {
+    conflict_error_ = load_error_;
+    return false;
+  }
   const auto rows = services_.database.OpenRecordset(description_.query);
-  if (!rows) return false;
+  if (!rows) {
+    conflict_error_ = services_.database.LastError();
+    return false;
+  }
+  try {
+    AddConflicts(*rows, conflicts);
+    return true;
+  } catch (const std::exception& failure) {  // A column is missing, memory, or it was stopped.
+    conflict_error_ = failure.what();
+    return false;
+  }
+}
+
+void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& conflicts) {
   // Holds one stored row at a time.
   Grid stored;
   LayOut(stored);
   const Grid::Batch batch(stored);
   const int stored_row = stored.AppendRow();
-
   const int editable = description_.editable_column;
   const size_t first = conflicts.size();
   const auto add = [&](ConflictKind kind, int row) {
@@ -278,10 +295,10 @@ bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
   for (int row = Grid::kFixedRows; !new_rows.empty() && row < grid_.Rows(); ++row) {
     if (State(row) != RowState::kNew) known.insert(Key(grid_, row));
   }
-  const std::vector<ado::Field> fields = LoadedFields(*rows);
-  for (size_t done = 0; !rows->Eof(); rows->MoveNext()) {
-    LoadRow(*rows, fields, stored, stored_row);
-    NoteRowRead(++done, *rows);
+  const std::vector<ado::Field> fields = LoadedFields(rows);
+  for (size_t done = 0; !rows.Eof(); rows.MoveNext()) {
+    LoadRow(rows, fields, stored, stored_row);
+    NoteRowRead(++done, rows);
     const std::string key = Key(stored, stored_row);
     const auto [begin, end] = pending.equal_range(key);
     for (auto match = begin; match != end; ++match) {
@@ -313,7 +330,6 @@ bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
   }
   std::sort(conflicts.begin() + static_cast<std::ptrdiff_t>(first), conflicts.end(),
             [](const Conflict& a, const Conflict& b) { return a.row < b.row; });
-  return true;
 }
 
 // Gives the row the stored row's values as the loaded ones.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "platform/text/ascii.h"
@@ -66,13 +67,15 @@ void URL::ReadParameters() {
   std::string_view rest = parts_.extra_info;
   if (rest.size() < 2 || rest.front() != '?') return;
   rest.remove_prefix(1);
+  std::set<std::string> written;
   for (bool more = true; more;) {
     const std::string_view piece = rest.substr(0, rest.find('&'));
     more = piece.size() < rest.size();
     if (more) rest.remove_prefix(piece.size() + 1);
     const size_t equals = std::min(piece.find('='), piece.size());
     const std::string name = text::ToUpperAscii(piece.substr(0, equals));
-    if (!parameters_.Add(name, piece.substr(std::min(equals + 1, piece.size())))) {
+    parameters_.Add(name, piece.substr(std::min(equals + 1, piece.size())));
+    if (!written.insert(EscapeUnsafe(name)).second) {
       parameters_.RemoveAll();
       last_error_ = "The parameter \"" + name + "\" occurs twice in the address.";
       return;

@@ -21,8 +21,9 @@ class URL {
   /// Splits `address` into the parts and its query into `Parameters`, which replace the old ones.
   /// If that fails, every part is empty and `LastError` says why. A parameter that occurs twice is
   /// also reported in `LastError`; the parts are then set, the query is kept as it is and
-  /// `Parameters` is empty, so that `GetURL` still returns the address. May be given one of the
-  /// object's own parts.
+  /// `Parameters` is empty, so that `GetURL` still returns the address. Names that are written
+  /// alike in an address, such as "a b" and "a%20b", are the same. May be given one of the object's
+  /// own parts.
   void SetURL(std::string_view address);
 
   /// The scheme in lower case, without the colon; "internal" for an internal address.

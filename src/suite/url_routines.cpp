@@ -21,8 +21,11 @@ constexpr std::string_view kUnsafe = " \"<>\\^`{|}";
 // What would end a part early when it stood in it as it is.
 constexpr std::string_view kEndsUserName = ":/?#@[]";
 constexpr std::string_view kEndsPassword = "/?#@[]";
-constexpr std::string_view kEndsHost = "/?#@";
+constexpr std::string_view kEndsIPv6Host = "/?#@";
+constexpr std::string_view kEndsFileHost = "/?#@[]";  // "C:" is the host of a file on a drive.
+constexpr std::string_view kEndsHost = "/?#@[]:";
 constexpr std::string_view kEndsPath = "?#";
+constexpr std::string_view kEndsRelativePath = "?#:";
 
 // The schemes that have a port of their own.
 constexpr std::array<std::pair<std::string_view, int>, 4> kPorts = {
@@ -154,8 +157,24 @@ std::string CheckLengths(const UrlParts& parts) {
                        {"path", parts.path}});
 }
 
+void AppendHost(const UrlParts& parts, std::string& address) {
+  const std::string& host = parts.host_name;
+  const bool bare_ipv6 = std::count(host.begin(), host.end(), ':') > 1 &&
+                         host.find_first_not_of("0123456789ABCDEFabcdef:.") == std::string::npos;
+  if (bare_ipv6) {
+    address += '[';
+    AppendEscaped(host, kEndsIPv6Host, false, address);
+    address += ']';
+  } else if (host.starts_with('[') && host.find(']') == host.size() - 1) {
+    AppendEscaped(host, kEndsIPv6Host, false, address);
+  } else {
+    AppendEscaped(host, parts.scheme_name == "file" ? kEndsFileHost : kEndsHost, false, address);
+  }
+}
+
 std::string Compose(const UrlParts& parts) {
   std::string address;
+  std::string_view ends_path = kEndsPath;
   if (!parts.scheme_name.empty()) address += parts.scheme_name + ":";
   const bool has_user = !parts.user_name.empty() || !parts.password.empty();
   const bool has_port = parts.port != 0 && parts.port != DefaultPort(parts.scheme_name);
@@ -170,16 +189,14 @@ std::string Compose(const UrlParts& parts) {
       }
       address += '@';
     }
-    const bool bare_ipv6 = std::count(parts.host_name.begin(), parts.host_name.end(), ':') > 1 &&
-                           parts.host_name.find_first_of("[]") == std::string::npos;
-    if (bare_ipv6) address += '[';
-    AppendEscaped(parts.host_name, kEndsHost, false, address);
-    if (bare_ipv6) address += ']';
+    AppendHost(parts, address);
     if (has_port) address += ":" + std::to_string(parts.port);
     if (!parts.path.empty() && !parts.path.starts_with('/')) address += '/';
+  } else if (address.empty() && SchemeLength(parts.path) > 0) {
+    ends_path = kEndsRelativePath;  // Its colon would end a scheme.
   }
-  AppendEscaped(parts.path, kEndsPath, true, address);
-  AppendEscaped(parts.extra_info, {}, true, address);
+  AppendEscaped(parts.path, ends_path, true, address);
+  address += EscapeUnsafe(parts.extra_info);
   return address;
 }
 
@@ -208,6 +225,12 @@ std::optional<std::string> CanonicalizeUrl(std::string_view address, std::string
   AppendEscaped(stretches.host_and_port, {}, false, canonical);
   AppendEscaped(stretches.path, {}, true, canonical);
   return canonical.append(stretches.extra);
+}
+
+std::string EscapeUnsafe(std::string_view text) {
+  std::string escaped;
+  AppendEscaped(text, {}, true, escaped);
+  return escaped;
 }
 
 std::optional<UrlParts> CrackUrl(std::string_view canonical, std::string& error) {

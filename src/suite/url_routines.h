@@ -38,10 +38,14 @@ std::optional<std::string> CanonicalizeUrl(std::string_view address, std::string
 /// longer than `kUrlPartLimit`.
 std::optional<UrlParts> CrackUrl(std::string_view canonical, std::string& error);
 
-/// Builds an address. Unsafe characters, and those that would end their part early, become percent
-/// escapes; the scheme's own port, port 0 and an empty user name and password are left out. Fails
-/// on a port outside 0..65535, on a part other than the extra information that is longer than
-/// `kUrlPartLimit`, and if all parts are empty.
+/// `text` with the percent escapes that `CreateUrl` writes in a query.
+std::string EscapeUnsafe(std::string_view text);
+
+/// Builds an address that `CrackUrl` takes apart again. Unsafe characters, and those that would end
+/// their part early, become percent escapes: in a host also colons and brackets, unless it is an
+/// IPv6 address, which is put in brackets where it has none. The scheme's own port, port 0 and an
+/// empty user name and password are left out. Fails on a port outside 0..65535, on a part other
+/// than the extra information that is longer than `kUrlPartLimit`, and if all parts are empty.
 std::optional<std::string> CreateUrl(const UrlParts& parts, std::string& error);
 
 }  // namespace quillan

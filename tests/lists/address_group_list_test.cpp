@@ -10,11 +10,9 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
-using testing::Not;
 
 constexpr const char* kLastUpdate =
     "exec tbsp_netflowSetGlobalSetting 'LastIPAddressGroupUpdate', '6/1/2007 1:05:09 PM'";
@@ -114,22 +112,6 @@ TEST_F(AddressGroupListTest, GroupsWithoutARangeAreKeptAndReassignNothing) {
   EXPECT_THAT(Groups(), IsEmpty());
   EXPECT_THAT(program_.suite.Rows("Select IPAddressGroupID From FlowCorrelation"),
               ElementsAre("2"));
-}
-
-TEST_F(AddressGroupListTest, AFailedStatementStopsNoOther) {
-  LoadThreeGroups();
-  Add("11.0.0.0", "11.0.0.1", "lost");
-  Add("12.0.0.0", "12.0.0.1", "kept");
-  script_.before = [&](const std::string& text) {
-    if (text.find("'lost',0") != std::string::npos) {
-      throw ado::Error(1, "08S01", "lost");
-    }
-  };
-  const auto statements = Saved(list_);
-  // A group that was not stored has no identifier to give to endpoints.
-  EXPECT_THAT(statements, Not(Contains(EndsWith("IPAddressSort <=11000000001"))));
-  EXPECT_THAT(statements, Contains(EndsWith("IPAddressSort <=12000000001")));
-  EXPECT_THAT(Groups(), ElementsAre("7|c|0", "9|b|1", "70000|a|1", "70001|kept|1"));
 }
 
 }  // namespace

@@ -112,6 +112,24 @@ TEST_F(PortListTest, ADeletedPortComesBackWhenItIsCheckedOrEdited) {
   EXPECT_THAT(program_.suite.Rows("Select * From ServicePorts"), SizeIs(4));
 }
 
+TEST_F(PortListTest, AKeyThatIsNoNumberNeverBecomesSql) {
+  program_.suite.Run(
+      "Drop Table ServicePorts;"
+      "Create Table ServicePorts (Port TEXT, ServiceName TEXT, System INTEGER, Enabled INTEGER);"
+      "Insert Into ServicePorts Values ('1 or 1=1','a',0,1), ('x','b',0,1), ('80','c',0,1)");
+  ASSERT_TRUE(list_.Refresh());
+  Select(list_, {1, 2, 3});
+  list_.OnKeyPress('-');
+  Select(list_, {3});
+  Press(list_, "cmdDeletePort");
+  EXPECT_THAT(Saved(list_),
+              ElementsAre("Update ServicePorts Set ServiceName='a', Enabled=0 Where Port=1",
+                          "Update ServicePorts Set ServiceName='c', Enabled=0 Where Port=80",
+                          "Delete From ServicePorts Where Port=0", kLastUpdate));
+  EXPECT_THAT(program_.suite.Rows("Select * From ServicePorts"),
+              ElementsAre("1 or 1=1|a|0|1", "x|b|0|1", "80|c|0|0"));
+}
+
 TEST_F(PortListTest, KeysAndButtonsActOnEverySelectedRowAndClicksOnTheirOwn) {
   const auto boxes = [&] {
     std::string states;

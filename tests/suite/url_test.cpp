@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace quillan {
 namespace {
 
@@ -86,12 +88,36 @@ TEST(UrlTest, WhatCannotBeParsedLeavesNothingOfTheLastAddress) {
   }
 }
 
+TEST(UrlTest, WhateverTheHostAndPathHoldTheAddressComesApartAgain) {
+  const std::array<const char*, 4> rows[] = {
+      {"http://h/", "a:b", "p", "http://a%3Ab/p"},
+      {"http://h/", "[::1", "/", "http://%5B%3A%3A1/"},
+      {"http://h/", "[a]b", "/", "http://%5Ba%5Db/"},
+      {"http://h/", "::1", "/", "http://[::1]/"},
+      {"file://h/", "a[:b", "/", "file://a%5B:b/"},
+      {"", "", "a:b", "a%3Ab"},
+  };
+  for (const auto& [address, host, path, built] : rows) {
+    URL url;
+    url.SetURL(address);
+    url.SetHostName(host);
+    url.SetURLPath(path);
+    EXPECT_EQ(url.GetURL(), built);
+    URL again;
+    again.SetURL(built);
+    EXPECT_EQ(again.GetURL(), built);
+  }
+}
+
 TEST(UrlTest, ANameThatOccursTwiceIsAnErrorThatLosesNothing) {
   URL url;
   url.SetURL("http://h/?tag=1&TAG=2");
   EXPECT_THAT(url.LastError(), HasSubstr("\"TAG\""));
   EXPECT_THAT(url.Parameters().Entries(), IsEmpty());
   EXPECT_EQ(url.GetURL(), "http://h/?tag=1&TAG=2");
+  url.SetURL("http://h/?a b=1&a%20b=2");  // Written alike, and then the same.
+  EXPECT_THAT(url.LastError(), HasSubstr("occurs twice"));
+  EXPECT_EQ(url.GetURL(), "http://h/?a%20b=1&a%20b=2");
 }
 
 TEST(UrlTest, OneOfItsOwnPartsMayBeTheNewAddress) {

@@ -80,12 +80,14 @@ class FakePrinters final : public Printers {
   std::vector<PrintJob> jobs;
 };
 
-/// A window that counts how often the busy pointer was shown.
+/// A window that counts how often the busy pointer was shown and whose user may stop a load.
 class FakeListHost final : public ListHost {
  public:
   void ShowBusyPointer() override { ++busy_shown, busy = true; }
   void ShowDefaultPointer() override { busy = false; }
+  bool OnRowsRead(size_t /*done*/, size_t /*total*/) override { return !stops_reading; }
 
+  bool stops_reading = false;
   int busy_shown = 0;
   bool busy = false;
 };

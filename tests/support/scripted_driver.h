@@ -18,6 +18,8 @@ struct DriverScript {
   std::function<void(const std::string&)> before = [](const std::string&) {};
   /// Whether batches are left to the driver, as one; then their statements do not pass here.
   bool keep_batches = false;
+  /// Called after each statement that ran; may throw to lose its answer.
+  std::function<void()> after = [] {};
 
   /// A factory whose drivers do what `drivers` do, by this script.
   ado::DriverFactory Wrap(ado::DriverFactory drivers);
@@ -28,13 +30,20 @@ class ScriptedDriver final : public ado::Driver {
   ScriptedDriver(std::unique_ptr<ado::Driver> driver, DriverScript& script)
       : driver_(std::move(driver)), script_(script) {}
 
-  void Execute(std::string_view statement) override { Pass(statement).Execute(statement); }
+  void Execute(std::string_view statement) override {
+    Pass(statement).Execute(statement);
+    script_.after();
+  }
   std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
                                          ado::BatchMode mode) override {
     if (script_.keep_batches) return driver_->ExecuteBatch(statements, mode);
     return ado::ExecuteOneByOne(*this, statements, mode);
   }
-  ado::RowStore Query(std::string_view query) override { return Pass(query).Query(query); }
+  ado::RowStore Query(std::string_view query) override {
+    ado::RowStore rows = Pass(query).Query(query);
+    script_.after();
+    return rows;
+  }
   void ReadUncommitted() override { driver_->ReadUncommitted(); }
   std::vector<std::string> PrimaryKey(std::string_view table) override {
     return driver_->PrimaryKey(table);

@@ -56,9 +56,11 @@ void Connection::NoteLoss(const Error& error) {
 
 void Connection::QueryInBlocks(std::string_view query,
                                const std::function<bool(Recordset& rows)>& on_block) {
-  driver().QueryInBlocks(query, [&](RowStore rows) {
-    Recordset recordset(std::move(rows));
-    return on_block(recordset);
+  Run([&](Driver& driver) {
+    driver.QueryInBlocks(query, [&](RowStore rows) {
+      Recordset recordset(std::move(rows));
+      return on_block(recordset);
+    });
   });
 }
 

@@ -24,6 +24,9 @@ std::vector<Outcome> ExecuteOneByOne(Driver& driver, std::span<const std::string
     } catch (const Error& error) {
       outcomes.emplace_back(error);
       if (mode == BatchMode::kStopAtFailure || EndsBatch(error)) break;
+    } catch (const std::exception& failure) {  // Out of memory: the statements before it ran.
+      outcomes.emplace_back(Error(0, "", failure.what()));
+      if (mode == BatchMode::kStopAtFailure) break;
     }
   }
   return outcomes;

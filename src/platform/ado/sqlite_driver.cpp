@@ -241,6 +241,9 @@ class SqliteDriver final : public Driver {
     if (rest.find_first_not_of(" \t\r\n;") != std::string_view::npos) {
       throw Error(SQLITE_MISUSE, "", "The query holds more than one statement.");
     }
+    // The first step compiles the query again if the tables have changed since the session read
+    // them, so only then the columns are known.
+    bool has_row = Step(statement.get());
     std::vector<std::string> columns;
     std::vector<size_t> sizes;
     const int count = sqlite3_column_count(statement.get());
@@ -249,7 +252,7 @@ class SqliteDriver final : public Driver {
       sizes.push_back(DeclaredLength(sqlite3_column_decltype(statement.get(), i)));
     }
     RowStore rows(columns, sizes);
-    while (Step(statement.get())) {
+    for (; has_row; has_row = Step(statement.get())) {
       for (int i = 0; i < count; ++i) AddColumn(statement.get(), i, rows);
       rows.EndRow();
       if (rows.row_count() < block_rows) continue;

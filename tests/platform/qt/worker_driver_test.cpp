@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "lists/port_list.h"
 #include "support/program_folder.h"
 
 namespace quillan {
@@ -64,6 +65,34 @@ TEST(WorkerDriverTest, RunsCallsOnAnotherThreadWhileTheWindowPaintsAndDropsInput
   EXPECT_EQ(clicks, 1);
   EXPECT_EQ(driver->Property("x"), "x");
   EXPECT_THROW(driver->Execute("fail"), ado::Error);
+}
+
+TEST(WorkerDriverTest, AListIsLoadedAndSavedOnItAndALongQueryCancelled) {
+  test::ProgramFolder program(OnWorkerThread);
+  program.suite.Run(
+      "with recursive n(i) as (values (1) union all select i + 1 from n where i < 500)"
+      "insert into ServicePorts select i, 'p', 0, 0 from n");
+  ListHost host;
+  test::ScriptedMessageBox messages;
+  const test::FixedClock clock;
+  const text::UserLocale locale("C");
+  PortList ports({program.database, host, messages, clock, locale}, [] { return std::nullopt; });
+  std::thread elsewhere([&] { program.suite.Run("update ServicePorts set ServiceName = 'q'"); });
+  ASSERT_TRUE(ports.Refresh()) << ports.LoadError();
+  elsewhere.join();
+  for (int row = 1; row <= 500; ++row) ports.OnClick(row, 0);
+  EXPECT_EQ(ports.Sync().written, 500);
+  EXPECT_EQ(program.suite.Rows("select count(*) from ServicePorts where Enabled = 1")[0], "500");
+
+  QTimer cancel;
+  QObject::connect(&cancel, &QTimer::timeout, [&] { program.database.Cancel(); });
+  cancel.start(1);
+  EXPECT_EQ(
+      program.database.OpenRecordset(
+          "Select Count(*) From ServicePorts a, ServicePorts b, ServicePorts c, ServicePorts d, "
+          "ServicePorts e Where a.Port + b.Port + c.Port + d.Port + e.Port = 0"),
+      nullptr);
+  EXPECT_EQ(program.database.LastError(), "The statement was cancelled.");
 }
 
 }  // namespace
