@@ -26,10 +26,26 @@ TEST_F(GroupPageTest, AnAddedOverlappingGroupTakesItsEndpoints) {
     Click("cmdOK", dialog);
     EXPECT_THAT(messages_.messages.back().text, HasSubstr("(big) already exists in your list"));
     EXPECT_TRUE(start->hasFocus());
-    start->setText(QStringLiteral("10.0.128.0"));
-    end->setText(QStringLiteral("10.1.0.255"));
+    auto* note = Find<QLabel>("RangeNote", dialog);
+    EXPECT_FALSE(note->isVisible());
+    start->setText(QStringLiteral("10.0.129.0/33"));
+    QTest::keyClick(start, Qt::Key_Tab);
+    EXPECT_EQ(end->text(), QStringLiteral("10.0.1.9"));
+    EXPECT_THAT(note->text().toStdString(), HasSubstr("\"33\""));
+    start->setText(QStringLiteral("10.0.129.0/17"));
+    EXPECT_EQ(start->text(), QStringLiteral("10.0.129.0/17")) << "it is still being typed";
+    EXPECT_TRUE(note->isVisible());
+    EXPECT_THAT(note->text().toStdString(),
+                AllOf(HasSubstr("10.0.128.0 to 10.0.255.255, 32,768 addresses."),
+                      HasSubstr("10.0.129.0 is not the first address")));
+    Click("cmdOK", dialog);
+    EXPECT_THAT(messages_.messages.back().text, HasSubstr("(big) already exists in your list"));
+    EXPECT_EQ(start->text(), QStringLiteral("10.0.128.0"));
+    start->setText(QStringLiteral("10.0.128.0 - 10.1.0.255"));
+    start->setFocus();
     QTest::keyClick(start, Qt::Key_Return);
     EXPECT_TRUE(end->hasFocus());
+    EXPECT_EQ(end->text(), QStringLiteral("10.1.0.255"));
     QTest::keyClick(end, Qt::Key_Return);
     Find<QLineEdit>("Description", dialog)->setText(QString::fromUtf8("Büro"));
     QTest::keyClick(Find<QLineEdit>("Description", dialog), Qt::Key_Return);
