@@ -1,5 +1,5 @@
-// Writes a picture of every page of the settings dialog, the two hidden ones too, and of every
-// state of a save.
+// Writes a picture of every page of the settings dialog, the two hidden ones too, of what can be
+// opened on them, and of every state of a save.
 //
 // Usage: quillan_pictures <program folder> <output folder>
 // The demonstration in the program folder is changed.
@@ -12,11 +12,13 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
 
+#include "dialog/find_replace_form.h"
 #include "dialog/save_bar.h"
 #include "dialog/settings_form.h"
 #include "platform/ado/drivers.h"
@@ -46,6 +48,8 @@ class Photographer {
   // False when a picture could not be written.
   bool TakeAll() {
     TakePages();
+    TakeSearch();
+    TakeNewGroup();
     TakePending();
     TakeConflict();
     TakeReport();
@@ -63,8 +67,10 @@ class Photographer {
     good_ = false;
   }
 
-  // Takes the modal window that `action` opens and presses one of its buttons.
-  void TakeModal(const QString& name, const char* button, const std::function<void()>& action) {
+  // Takes the modal window that `action` opens, after `prepare` if any, and presses one of its
+  // buttons.
+  void TakeModal(const QString& name, const char* button, const std::function<void()>& action,
+                 const std::function<void(QWidget&)>& prepare = {}) {
     QTimer::singleShot(0, &form_, [&] {
       QWidget* window = QApplication::activeModalWidget();
       if (window == nullptr) {
@@ -73,6 +79,7 @@ class Photographer {
         return;
       }
       if (auto* table = window->findChild<QTableWidget*>()) table->selectRow(0);
+      if (prepare) prepare(*window);
       Take(*window, name);
       Press(button, *window);
     });
@@ -103,6 +110,44 @@ class Photographer {
       Take(form_, PictureName(tab, Tabs().tabText(tab)));
       Tabs().setTabVisible(tab, !hidden);
       Tabs().tabBar()->setTabEnabled(tab, !hidden);
+    }
+  }
+
+  // Does what a key of the current page does.
+  void PressShortcut(const QKeySequence& key) {
+    for (auto* shortcut : Tabs().currentWidget()->findChildren<QShortcut*>()) {
+      if (shortcut->key() == key) emit shortcut->activated();
+    }
+  }
+
+  void TakeSearch() {
+    Tabs().setCurrentIndex(1);
+    PressShortcut(Qt::CTRL | Qt::Key_H);
+    auto* search = Tabs().currentWidget()->findChild<FindReplaceForm*>();
+    search->findChild<QLineEdit*>(QStringLiteral("FindText"))->setText(QStringLiteral("private"));
+    Press("cmdFindNext", *search);
+    Take(*search, QStringLiteral("16-find"));
+    search->findChild<QLineEdit*>(QStringLiteral("ReplaceText"))->setText(QStringLiteral("Site"));
+    Press("cmdReplaceAll", *search);
+    Take(*search, QStringLiteral("17-replaced"));
+    Take(form_, QStringLiteral("18-replaced-rows"));
+    search->reject();
+    PressShortcut(Qt::CTRL | Qt::Key_Z);
+  }
+
+  void TakeNewGroup() {
+    // The first range is still being typed.
+    const char* const typed[] = {"10.134.5.1/16", "10.134.0.0 - 10.134.3.255", "10.134.0.0/33"};
+    for (size_t i = 0; i < std::size(typed); ++i) {
+      TakeModal(
+          QStringLiteral("%1-new-group").arg(19 + i), "cmdCancel",
+          [&] { Press("cmdAddGroup", form_); },
+          [&](QWidget& window) {
+            auto* start = window.findChild<QLineEdit*>(QStringLiteral("StartIPAddress"));
+            start->setText(QLatin1String(typed[i]));
+            QApplication::processEvents();
+            if (i > 0) window.findChild<QLineEdit*>(QStringLiteral("Description"))->setFocus();
+          });
     }
   }
 

@@ -57,11 +57,24 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   connect(find, &QShortcut::activated, filter_, &FilterBar::Open);
   connect(filter_, &FilterBar::Closed, this, [this] { table_->setFocus(Qt::OtherFocusReason); });
   AddTableKey(Qt::CTRL | Qt::Key_Z, [this] { list_.RevertSelected(); });
+  if (list_.Description().editable_column != 0) AddSearchKeys();
   list_.OnRowCommands([this] { EnableRowCommands(); });
   EnableRowCommands();
 }
 
 ListControl::~ListControl() { list_.OnRowCommands({}); }
+
+void ListControl::AddSearchKeys() {
+  const auto add_key = [this](const QKeySequence& key, void (FindReplaceForm::*action)()) {
+    connect(new QShortcut(key, this), &QShortcut::activated, this, [this, action] {
+      if (search_ == nullptr) search_ = new FindReplaceForm(list_, *table_, this);
+      (search_->*action)();
+    });
+  };
+  add_key(Qt::CTRL | Qt::Key_H, &FindReplaceForm::Open);
+  add_key(Qt::Key_F3, &FindReplaceForm::FindNext);
+  add_key(Qt::SHIFT | Qt::Key_F3, &FindReplaceForm::FindPrevious);
+}
 
 void ListControl::AddErrorPanel() {
   error_panel_ = new QFrame(this);

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include "dialog/filter_bar.h"
+#include "dialog/find_replace_form.h"
 #include "lists/checkable_list.h"
 #include "platform/message_box.h"
 #include "platform/qt/grid_view.h"
@@ -36,6 +37,7 @@ class ListControl final : public QWidget {
   void RetryRequested();
 
  private:
+  void AddSearchKeys();
   void AddErrorPanel();
   void AddTableKey(const QKeySequence& key, const std::function<void()>& action);
   QPushButton* AddButton(const ListCommand& command);
@@ -46,6 +48,7 @@ class ListControl final : public QWidget {
   MessageBox& messages_;
   FilterBar* filter_;
   GridView* table_;
+  FindReplaceForm* search_ = nullptr;  // Made when it is first needed.
   QFrame* error_panel_;
   QLabel* error_;
   QPushButton* retry_;
