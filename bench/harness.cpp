@@ -142,6 +142,7 @@ int Main(int count, char** arguments) {
   AddLoadRows();
   AddSaveRows();
   AddListRows();
+  AddCoverageRows();
   AddAddressRows();
   AddStartUpRows();
   AddScrollRows();

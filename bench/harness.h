@@ -74,6 +74,7 @@ class Checksum {
 void AddLoadRows();
 void AddSaveRows();
 void AddListRows();
+void AddCoverageRows();
 void AddAddressRows();
 void AddStartUpRows();
 void AddScrollRows();

@@ -50,6 +50,7 @@ class Photographer {
     TakePages();
     TakeSearch();
     TakeNewGroup();
+    TakeStrip();
     TakePending();
     TakeConflict();
     TakeReport();
@@ -149,6 +150,16 @@ class Photographer {
             if (i > 0) window.findChild<QLineEdit*>(QStringLiteral("Description"))->setFocus();
           });
     }
+  }
+
+  void TakeStrip() {
+    auto* table = Tabs().currentWidget()->findChild<GridView*>();
+    table->clearSelection();
+    PressShortcut(Qt::CTRL | Qt::Key_M);
+    Take(form_, QStringLiteral("22-coverage"));
+    table->selectRow(6);
+    Take(form_, QStringLiteral("23-coverage-of-the-selected-group"));
+    PressShortcut(Qt::CTRL | Qt::Key_M);
   }
 
   void TakePending() {

@@ -38,6 +38,7 @@ ListControl::ListControl(CheckableList& list, MessageBox& messages, const QStrin
   auto* rows = new QVBoxLayout();
   rows->setSpacing(0);
   rows->addWidget(filter_);
+  if (list_.Description().filter == FilterKind::kGroups) AddStrip(*rows);
   rows->addWidget(table_);
   rows->addWidget(error_panel_);
   layout->addLayout(rows);
@@ -76,6 +77,25 @@ void ListControl::AddSearchKeys() {
   add_key(Qt::SHIFT | Qt::Key_F3, &FindReplaceForm::FindPrevious);
 }
 
+void ListControl::AddStrip(QVBoxLayout& rows) {
+  strip_ = new CoverageStrip(list_.Table(), *table_, this);
+  strip_->hide();
+  rows.addWidget(strip_);
+  auto* key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
+  connect(key, &QShortcut::activated, this, [this] { ShowStrip(!strip_shown_); });
+}
+
+void ListControl::ShowStrip(bool shown) {
+  if (shown == strip_shown_ || strip_ == nullptr) return;
+  strip_shown_ = shown;
+  strip_->setVisible(shown && !table_->isHidden());
+  emit StripToggled(shown);
+}
+
+void ListControl::UpdateStrip() {
+  if (strip_ != nullptr) strip_->OnRowsChanged();
+}
+
 void ListControl::AddErrorPanel() {
   error_panel_ = new QFrame(this);
   error_panel_->setFrameShape(QFrame::StyledPanel);
@@ -99,6 +119,7 @@ void ListControl::ShowRows(const QString& error) {
   error_->setText(error);
   retry_->setAccessibleDescription(error);
   table_->setVisible(error.isEmpty());
+  if (strip_ != nullptr) strip_->setVisible(strip_shown_ && error.isEmpty());
   error_panel_->setVisible(!error.isEmpty());
   filter_->Update();
   setFocusProxy(error.isEmpty() ? static_cast<QWidget*>(table_) : retry_);
