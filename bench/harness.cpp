@@ -148,6 +148,7 @@ int Main(int count, char** arguments) {
     AddSaveRows();
     AddServerRows();
     AddListRows();
+    AddCoverageRows();
     AddAddressRows();
     AddProcessRows();
     AddScrollRows();

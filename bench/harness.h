@@ -75,6 +75,7 @@ void AddLoadRows();
 void AddSaveRows();
 void AddServerRows();
 void AddListRows();
+void AddCoverageRows();
 void AddAddressRows();
 void AddProcessRows();
 void AddScrollRows();

@@ -11,8 +11,8 @@
 #include "bench/suite.h"
 #include "lists/editable_list.h"
 #include "lists/list_filter.h"
+#include "lists/list_search.h"
 #include "lists/new_group.h"
-#include "suite/search_context.h"
 
 namespace quillan::bench {
 namespace {
@@ -203,36 +203,37 @@ Comparison CompareFilter(std::size_t size) {
            [=] { return std::to_string(*plain); }}};
 }
 
-// Every row is a hit. Yardstick: std::string::replace in a loop over the strings.
-Comparison CompareReplaceAll(std::size_t size) {
-  constexpr std::string_view kOld = "group";
-  constexpr std::string_view kNew = "building";
+constexpr char kOld[] = "group";
+constexpr std::string_view kNew = "building";
+
+std::size_t FindMatchingCase(const std::string& text, std::size_t from) {
+  return text.find(kOld, from);
+}
+
+std::size_t FindIgnoringCase(const std::string& text, std::size_t from) {
+  const char* found = strcasestr(text.c_str() + from, kOld);
+  return found != nullptr ? static_cast<std::size_t>(found - text.c_str()) : std::string::npos;
+}
+
+// Every row is a hit, and becomes a pending edit. Yardstick: std::string::replace in a loop over
+// the strings.
+template <typename Find>
+Comparison CompareReplaceAll(std::size_t size, bool match_case, Find find) {
   const auto loaded = std::make_shared<LoadedList>(Groups(size), &Program::GroupList);
   const auto original =
       std::make_shared<const std::vector<PlainRow>>(PlainRows(loaded->list->Table()));
   const auto rows = std::make_shared<std::vector<PlainRow>>();
-  const auto search = std::make_shared<SearchContext>();
-  search->SetGrid(&loaded->list->Table());
-  search->SetAllColumns(false);
-  search->SetColumnIndex(kGroupNameColumn);
-  search->SetMatchCase(true);
-  search->SetSearchString(kOld);
-  search->SetReplaceString(kNew);
-  return {{[=] {
-             int row = Grid::kFixedRows;
-             for (const PlainRow& plain : *original) {
-               loaded->list->Table().SetText(row++, kGroupNameColumn, plain.texts[2]);
-             }
-           },
-           [=] { search->ReplaceAll(); },
+  const auto search = std::make_shared<ListSearch>(*loaded->list);
+  search->SetTexts(kOld, kNew, match_case);
+  return {{[=] { loaded->list->RevertSelected(); }, [=] { search->ReplaceAll(); },
            [=] { return quillan::bench::Describe(loaded->list->Table()); }},
           {[=] { *rows = *original; },
            [=] {
              for (PlainRow& row : *rows) {
                std::string& text = row.texts[2];
-               for (std::size_t at = text.find(kOld); at != std::string::npos;
-                    at = text.find(kOld, at + kNew.size())) {
-                 text.replace(at, kOld.size(), kNew);
+               for (std::size_t at = find(text, 0); at != std::string::npos;
+                    at = find(text, at + kNew.size())) {
+                 text.replace(at, sizeof kOld - 1, kNew);
                }
              }
            },
@@ -339,7 +340,9 @@ void AddListRows() {
   AddTimedRow({"filter rows", 1.5, {{1000000, 9}, {100000, 31}, {10000, 101}}, 5000},
               &CompareFilter);
   AddTimedRow({"replace all, every row a hit", 3, {{100000, 21}, {10000, 61}, {1000, 201}}, 2000},
-              &CompareReplaceAll);
+              [](std::size_t size) { return CompareReplaceAll(size, true, &FindMatchingCase); });
+  AddTimedRow({"replace all, any case", 3, {{100000, 21}, {10000, 61}, {1000, 201}}, 2000},
+              [](std::size_t size) { return CompareReplaceAll(size, false, &FindIgnoringCase); });
   AddTimedRow({"import groups with nesting checks", 2, {{12000, 21}, {1200, 61}, {120, 201}}, 500},
               &CompareImport);
   AddTimedRow({"nesting check against rows", 0.8, {{32000, 201}, {3200, 401}, {320, 801}}, 2000},

@@ -1,5 +1,5 @@
-// Writes a picture of every page of the settings dialog, the two hidden ones too, of a list's menu,
-// of the preview of an import, and of every state of a save.
+// Writes a picture of every page of the settings dialog, the two hidden ones too, of what can be
+// opened on them, and of every state of a save.
 //
 // Usage: quillan_pictures <program folder> <output folder>
 // The demonstration in the program folder is changed.
@@ -16,11 +16,13 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
 
+#include "dialog/find_replace_form.h"
 #include "dialog/save_bar.h"
 #include "dialog/settings_form.h"
 #include "platform/ado/drivers.h"
@@ -53,6 +55,9 @@ class Photographer {
     TakePages();
     TakeMenu();
     TakeImport();
+    TakeSearch();
+    TakeNewGroup();
+    TakeStrip();
     TakePending();
     TakeConflict();
     TakeReport();
@@ -87,10 +92,10 @@ class Photographer {
     Save(picture, name);
   }
 
-  // Takes the modal window that `action` opens, after `prepare`, and presses one of its buttons.
-  void TakeModal(
-      const QString& name, const char* button, const std::function<void()>& action,
-      const std::function<void(QWidget&)>& prepare = [](QWidget&) {}) {
+  // Takes the modal window that `action` opens, after `prepare` if any, and presses one of its
+  // buttons.
+  void TakeModal(const QString& name, const char* button, const std::function<void()>& action,
+                 const std::function<void(QWidget&)>& prepare = {}) {
     QTimer::singleShot(0, &form_, [&] {
       QWidget* window = QApplication::activeModalWidget();
       if (window == nullptr) {
@@ -98,8 +103,8 @@ class Photographer {
         good_ = false;
         return;
       }
-      prepare(*window);
       if (auto* table = window->findChild<QTableWidget*>()) table->selectRow(0);
+      if (prepare) prepare(*window);
       Take(*window, name);
       Press(button, *window);
     });
@@ -176,6 +181,54 @@ class Photographer {
     TakeModal(QStringLiteral("19-import-replacing"), "cmdCancel", paste, [](QWidget& window) {
       window.findChild<QCheckBox*>(QStringLiteral("Replace"))->setChecked(true);
     });
+  }
+
+  // Does what a key of the current page does.
+  void PressShortcut(const QKeySequence& key) {
+    for (auto* shortcut : Tabs().currentWidget()->findChildren<QShortcut*>()) {
+      if (shortcut->key() == key) emit shortcut->activated();
+    }
+  }
+
+  void TakeSearch() {
+    Tabs().setCurrentIndex(1);
+    PressShortcut(Qt::CTRL | Qt::Key_H);
+    auto* search = Tabs().currentWidget()->findChild<FindReplaceForm*>();
+    search->findChild<QLineEdit*>(QStringLiteral("FindText"))->setText(QStringLiteral("private"));
+    Press("cmdFindNext", *search);
+    Take(*search, QStringLiteral("20-find"));
+    search->findChild<QLineEdit*>(QStringLiteral("ReplaceText"))->setText(QStringLiteral("Site"));
+    Press("cmdReplaceAll", *search);
+    Take(*search, QStringLiteral("21-replaced"));
+    Take(form_, QStringLiteral("22-replaced-rows"));
+    search->reject();
+    PressShortcut(Qt::CTRL | Qt::Key_Z);
+  }
+
+  void TakeNewGroup() {
+    // The first range is still being typed.
+    const char* const typed[] = {"10.134.5.1/16", "10.134.0.0 - 10.134.3.255", "10.134.0.0/33"};
+    for (size_t i = 0; i < std::size(typed); ++i) {
+      TakeModal(
+          QStringLiteral("%1-new-group").arg(23 + i), "cmdCancel",
+          [&] { Press("cmdAddGroup", form_); },
+          [&](QWidget& window) {
+            auto* start = window.findChild<QLineEdit*>(QStringLiteral("StartIPAddress"));
+            start->setText(QLatin1String(typed[i]));
+            QApplication::processEvents();
+            if (i > 0) window.findChild<QLineEdit*>(QStringLiteral("Description"))->setFocus();
+          });
+    }
+  }
+
+  void TakeStrip() {
+    auto* table = Tabs().currentWidget()->findChild<GridView*>();
+    table->clearSelection();
+    PressShortcut(Qt::CTRL | Qt::Key_M);
+    Take(form_, QStringLiteral("26-coverage"));
+    table->selectRow(6);
+    Take(form_, QStringLiteral("27-coverage-of-the-selected-group"));
+    PressShortcut(Qt::CTRL | Qt::Key_M);
   }
 
   void TakePending() {

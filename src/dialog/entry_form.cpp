@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "dialog/failures.h"
+#include "dialog/page_parts.h"
 
 namespace quillan {
 namespace {
@@ -52,6 +53,19 @@ QLineEdit* EntryForm::AddBox(const char* name, const QString& label) {
   layout_->addRow(label, box);
   boxes_.push_back(box);
   return box;
+}
+
+QLabel* EntryForm::AddNote(const char* name) {
+  auto* note = NewParagraph({}, this);
+  note->setObjectName(QLatin1String(name));
+  layout_->addRow(note);
+  ShowNote(note, {});
+  return note;
+}
+
+void EntryForm::ShowNote(QLabel* note, const QString& text) {
+  note->setText(text);
+  layout_->setRowVisible(note, !text.isEmpty());
 }
 
 void EntryForm::AddButtons() {

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 
 #include "lists/refusal.h"
@@ -22,6 +23,9 @@ class EntryForm : public QDialog {
 
   /// Adds a text box below the others.
   QLineEdit* AddBox(const char* name, const QString& label);
+  /// Adds a text below the others, which is shown while it is not empty.
+  QLabel* AddNote(const char* name);
+  void ShowNote(QLabel* note, const QString& text);
   /// Adds the buttons; to be called after the last box.
   void AddButtons();
 

@@ -42,6 +42,7 @@ ListControl::ListControl(CheckableList& list, const ListMenu::Services& services
   auto* rows = new QVBoxLayout();
   rows->setSpacing(0);
   rows->addWidget(filter_);
+  if (list_.Description().filter == FilterKind::kGroups) AddStrip(*rows);
   rows->addWidget(table_);
   rows->addWidget(error_panel_);
   layout->addLayout(rows);
@@ -63,11 +64,43 @@ ListControl::ListControl(CheckableList& list, const ListMenu::Services& services
   AddTableKey(Qt::CTRL | Qt::Key_Z, [this] { list_.RevertSelected(); });
   auto* menu = new ListMenu(list_, *table_, title, services, this);
   menu->AddTo(*error_panel_);
+  if (list_.Description().editable_column != 0) AddSearchKeys();
   list_.OnRowCommands([this] { EnableRowCommands(); });
   EnableRowCommands();
 }
 
 ListControl::~ListControl() { list_.OnRowCommands({}); }
+
+void ListControl::AddSearchKeys() {
+  const auto add_key = [this](const QKeySequence& key, void (FindReplaceForm::*action)()) {
+    connect(new QShortcut(key, this), &QShortcut::activated, this, [this, action] {
+      if (search_ == nullptr) search_ = new FindReplaceForm(list_, *table_, this);
+      (search_->*action)();
+    });
+  };
+  add_key(Qt::CTRL | Qt::Key_H, &FindReplaceForm::Open);
+  add_key(Qt::Key_F3, &FindReplaceForm::FindNext);
+  add_key(Qt::SHIFT | Qt::Key_F3, &FindReplaceForm::FindPrevious);
+}
+
+void ListControl::AddStrip(QVBoxLayout& rows) {
+  strip_ = new CoverageStrip(list_.Table(), *table_, this);
+  strip_->hide();
+  rows.addWidget(strip_);
+  auto* key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
+  connect(key, &QShortcut::activated, this, [this] { ShowStrip(!strip_shown_); });
+}
+
+void ListControl::ShowStrip(bool shown) {
+  if (shown == strip_shown_ || strip_ == nullptr) return;
+  strip_shown_ = shown;
+  strip_->setVisible(shown && !table_->isHidden());
+  emit StripToggled(shown);
+}
+
+void ListControl::UpdateStrip() {
+  if (strip_ != nullptr) strip_->OnRowsChanged();
+}
 
 void ListControl::AddErrorPanel() {
   error_panel_ = new QFrame(this);
@@ -92,6 +125,7 @@ void ListControl::ShowRows(const QString& error) {
   error_->setText(error);
   retry_->setAccessibleDescription(error);
   table_->setVisible(error.isEmpty());
+  if (strip_ != nullptr) strip_->setVisible(strip_shown_ && error.isEmpty());
   error_panel_->setVisible(!error.isEmpty());
   filter_->Update();
   setFocusProxy(error.isEmpty() ? static_cast<QWidget*>(table_) : retry_);

@@ -17,7 +17,10 @@ ListPage::ListPage(const Names& names, std::unique_ptr<CheckableList> list,
   const int margin = ToPixels(kMargin);
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->addWidget(control_);
-  list_->OnPendingChanged([this] { emit PendingChanged(); });
+  list_->OnPendingChanged([this] {
+    control_->UpdateStrip();
+    emit PendingChanged();
+  });
   connect(control_, &ListControl::RetryRequested, this, &SettingsPage::RetryRequested);
 }
 

@@ -6,7 +6,8 @@
 namespace quillan {
 
 /// Asks for a new address group, and refuses invalid addresses and ranges that would nest with
-/// another group.
+/// another group. A range in the start box, "10.0.0.0/8" or "10.0.0.0-10.0.3.255", fills both
+/// boxes when the user leaves the box or presses OK.
 class NewAddrGroupForm final : public EntryForm {
   Q_OBJECT
 
@@ -19,11 +20,17 @@ class NewAddrGroupForm final : public EntryForm {
  private:
   NewAddrGroupForm(const Grid* grid, FlowDatabase& database, MessageBox& messages, QWidget* parent);
   std::optional<Refusal> Refuse() override;
+  void ShowRange(const QString& note);
+  // Shows the range that is being typed into the start box.
+  void OnStartChanged();
+  // Replaces a range in the start box by its two addresses.
+  void TakeRange();
 
   const Grid* grid_;
   FlowDatabase& database_;
   QLineEdit* start_;
   QLineEdit* end_;
+  QLabel* range_note_;
   QLineEdit* description_;
 };
 

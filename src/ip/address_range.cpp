@@ -9,6 +9,7 @@ namespace quillan {
 namespace {
 
 constexpr int kAddressBits = 32;
+constexpr std::string_view kRangeMarks = "/-";
 
 std::string_view TrimBlanks(std::string_view text) {
   const size_t first = text.find_first_not_of(" \t");
@@ -17,14 +18,6 @@ std::string_view TrimBlanks(std::string_view text) {
 }
 
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
-double ToSortValue(std::uint32_t number) {
-  double value = 0;
-  for (unsigned shift = kAddressBits; shift > 0; shift -= 8) {
-    value = value * 1000 + (number >> (shift - 8) & 0xFF);
-  }
-  return value;
-}
 
 AddressRange MakeRange(double start, double end) {
   return {SortValueToIPAddress(start), SortValueToIPAddress(end), start, end, {}};
@@ -42,10 +35,12 @@ std::variant<AddressRange, std::string> ParsePrefix(std::string_view address,
       static_cast<std::uint32_t>(SortValueToAddressNumber(IPAddressToSortValue(address)));
   const std::uint32_t host_bits =
       length == 0 ? ~std::uint32_t{0} : (std::uint32_t{1} << (kAddressBits - length)) - 1;
-  AddressRange range = MakeRange(ToSortValue(number & ~host_bits), ToSortValue(number | host_bits));
+  AddressRange range = MakeRange(AddressNumberToSortValue(number & ~host_bits),
+                                 AddressNumberToSortValue(number | host_bits));
   if ((number & host_bits) != 0) {
-    range.note = SortValueToIPAddress(ToSortValue(number)) + " is not the first address of a /" +
-                 std::to_string(length) + " network: the range is that of the network, " +
+    range.note = SortValueToIPAddress(AddressNumberToSortValue(number)) +
+                 " is not the first address of a /" + std::to_string(length) +
+                 " network: the range is that of the network, " +
                  FormatAddressRange(range.start, range.end) + ".";
   }
   return range;
@@ -59,7 +54,7 @@ std::variant<AddressRange, std::string> ParseAddressRange(std::string_view text)
     const double address = IPAddressToSortValue(text);
     return MakeRange(address, address);
   }
-  const size_t mark = text.find_first_of("/-");
+  const size_t mark = text.find_first_of(kRangeMarks);
   if (mark == std::string_view::npos) {
     return Quoted(text) + " is neither an IP address nor a range of addresses.";
   }
@@ -73,6 +68,12 @@ std::variant<AddressRange, std::string> ParseAddressRange(std::string_view text)
     return "The range ends at " + range.end + ", before its start " + range.start + ".";
   }
   return range;
+}
+
+bool IsWrittenAsRange(std::string_view text) {
+  // A part of an address may have a sign.
+  return text.find_first_of(kRangeMarks) != std::string_view::npos &&
+         !IsValidIPAddress(TrimBlanks(text));
 }
 
 std::string FormatAddressRange(std::string_view start, std::string_view end) {

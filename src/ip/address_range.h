@@ -20,6 +20,10 @@ struct AddressRange {
 /// the first one of its network gives the whole network, with a note that says so.
 std::variant<AddressRange, std::string> ParseAddressRange(std::string_view text);
 
+/// Whether `text` is written as a range, with a prefix length or with two addresses, and not as a
+/// single address; the range need not be a valid one.
+bool IsWrittenAsRange(std::string_view text);
+
 /// The range as `ParseAddressRange` reads it: "10.0.0.0-10.0.3.255".
 std::string FormatAddressRange(std::string_view start, std::string_view end);
 

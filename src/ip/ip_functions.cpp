@@ -118,4 +118,10 @@ double SortValueToAddressNumber(double value) {
   return std::floor(value / 1e9) * 16777216 + part(1e6) * 65536 + part(1e3) * 256 + part(1);
 }
 
+double AddressNumberToSortValue(std::uint32_t number) {
+  double value = 0;
+  for (const unsigned shift : {24U, 16U, 8U, 0U}) value = value * 1000 + (number >> shift & 0xFF);
+  return value;
+}
+
 }  // namespace quillan

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -38,5 +39,8 @@ std::string SortValueToIPAddress(double value);
 /// The ordinary 32-bit number of an IPSortValue's address, a*256^3 + b*256^2 + c*256 + d. Any
 /// fraction is dropped; a value that is not an address gives a meaningless number.
 double SortValueToAddressNumber(double value);
+
+/// The IPSortValue of an address that is given as an ordinary 32-bit number.
+double AddressNumberToSortValue(std::uint32_t number);
 
 }  // namespace quillan

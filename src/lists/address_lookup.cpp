@@ -1,7 +1,5 @@
 #include "lists/address_lookup.h"
 
-#include <tuple>
-
 #include "ip/ip_functions.h"
 #include "lists/list_changes.h"
 #include "lists/new_group.h"
@@ -10,24 +8,21 @@
 namespace quillan {
 namespace {
 
-// What ranks a row above another one, the most important first; the largest wins.
-std::tuple<double, bool, std::int32_t, int> Rank(const Grid& grid, int row, double start,
-                                                 double end) {
-  const GridRowData& data = grid.RowData(row);
-  const double size = SortValueToAddressNumber(end) - SortValueToAddressNumber(start);
-  // New rows get their identifiers in displayed order.
-  return {-size, data.state == static_cast<int>(RowState::kNew), data.id, row};
-}
-
 std::string NameOf(const Grid& grid, int row) {
   return std::string(grid.Text(row, kGroupNameColumn));
 }
 
 }  // namespace
 
+GroupRank RankOf(const Grid& grid, int row, double size) {
+  const GridRowData& data = grid.RowData(row);
+  // New rows get their identifiers in displayed order.
+  return {-size, data.state == static_cast<int>(RowState::kNew), data.id, row};
+}
+
 AddressLookup LookUpAddress(const Grid& grid, double address) {
   AddressLookup lookup{.address = address, .rows = {}};
-  std::tuple<double, bool, std::int32_t, int> best;
+  GroupRank best;
   for (int row = Grid::kFixedRows; row < grid.Rows(); ++row) {
     if (!grid.RowData(row).has_range) continue;
     const double start = IPAddressToSortValue(grid.Text(row, kGroupStartColumn));
@@ -36,7 +31,8 @@ AddressLookup LookUpAddress(const Grid& grid, double address) {
     lookup.rows.push_back(row);
     // A row to be deleted has no check box.
     if (grid.Check(row, 0) != CheckState::kChecked) continue;
-    const auto rank = Rank(grid, row, start, end);
+    const GroupRank rank =
+        RankOf(grid, row, SortValueToAddressNumber(end) - SortValueToAddressNumber(start));
     if (lookup.enabled_rows++ > 0 && rank < best) continue;
     best = rank;
     lookup.winner = row;

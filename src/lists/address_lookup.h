@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "db/flow_database.h"
@@ -16,6 +18,12 @@ struct AddressLookup {
   int enabled_rows = 0;   ///< How many of them are enabled and not to be deleted.
   int winner = 0;         ///< The row that gets the address once all edits are saved; 0: none.
 };
+
+/// Ranks the rows that hold an address; the largest gets it.
+using GroupRank = std::tuple<double, bool, std::int32_t, int>;
+/// The rank of an enabled row; `size` tells how many addresses are behind the first one of its
+/// range.
+GroupRank RankOf(const Grid& grid, int row, double size);
 
 /// Looks the address up in the rows of a group grid, pending edits included. The smallest enabled
 /// range wins; of equally large ones a new row over a stored one, then the larger identifier.

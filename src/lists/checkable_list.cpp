@@ -42,6 +42,7 @@ void CheckableList::InitGrid() {
   LayOut(grid_);
   pending_count_ = 0;
   loaded_texts_.clear();
+  loaded_arena_.Clear();
   nested_rows_.clear();
   saved_ = false;
 }
@@ -249,15 +250,22 @@ bool CheckableList::OnBeforeEdit(int row, int column) {
 
 void CheckableList::OnAfterEdit(int row, int /*column*/) {
   const Edit edit(*this);
+  MarkEdited(row, edit_start_text_);
+}
+
+void CheckableList::MarkEdited(int row, std::string_view before) {
   const int editable = description_.editable_column;
   MarkChanged(row);
-  if (grid_.Text(row, editable) == edit_start_text_) return;
+  if (grid_.Text(row, editable) == before) return;
   grid_.SetForeColor(row, editable, kChangedColor);
-  std::uint32_t& loaded = grid_.RowData(row).loaded_text;
-  if (loaded == 0 && State(row) != RowState::kNew) {
-    loaded_texts_.push_back(edit_start_text_);
-    loaded = static_cast<std::uint32_t>(loaded_texts_.size());
+  if (grid_.RowData(row).loaded_text == 0 && State(row) != RowState::kNew) {
+    KeepLoadedText(row, before);
   }
+}
+
+void CheckableList::KeepLoadedText(int row, std::string_view text) {
+  loaded_texts_.push_back(text::StringArena::View(loaded_arena_.Add(text)));
+  grid_.RowData(row).loaded_text = static_cast<std::uint32_t>(loaded_texts_.size());
 }
 
 void CheckableList::EditText(int row, std::string_view text) {
@@ -270,7 +278,7 @@ void CheckableList::EditText(int row, std::string_view text) {
 
 std::string CheckableList::LoadedText(int row) const {
   const std::uint32_t loaded = grid_.RowData(row).loaded_text;
-  if (loaded != 0) return loaded_texts_[loaded - 1];
+  if (loaded != 0) return std::string(loaded_texts_[loaded - 1]);
   const int editable = description_.editable_column;
   return editable != 0 ? std::string(grid_.Text(row, editable)) : std::string();
 }

@@ -10,6 +10,7 @@
 #include "lists/list_services.h"
 #include "platform/ado/recordset.h"
 #include "platform/grid/grid.h"
+#include "platform/text/string_arena.h"
 
 namespace quillan {
 
@@ -62,6 +63,9 @@ class CheckableList : public GridListener {
 
   /// Gives the editable column of a data row another text, as an edit in place does.
   void EditText(int row, std::string_view text);
+  /// Marks a data row as edited whose editable text was `before` until now. To be called within an
+  /// `Edit`.
+  void MarkEdited(int row, std::string_view before);
 
   /// Whether a save must compare the pending rows with the stored ones first.
   bool NeedsConflictCheck() const { return description_.finds_conflicts && PendingCount() > 0; }
@@ -101,7 +105,6 @@ class CheckableList : public GridListener {
   bool OnBeforeEdit(int row, int column) override;
   void OnAfterEdit(int row, int column) override;
 
- protected:
   /// Reports the grid's changes and the number of pending rows once, at its end.
   class Edit {
    public:
@@ -115,6 +118,7 @@ class CheckableList : public GridListener {
     Grid::Batch batch_;
   };
 
+ protected:
   /// Empties the grid and lays it out, with the header row alone.
   void InitGrid();
   /// Removes every row of the grid, the header too.
@@ -164,6 +168,7 @@ class CheckableList : public GridListener {
   static void SetSystem(Grid& grid, int row, bool system);
   void MarkChanged(int row);
   void ReportPending();
+  void KeepLoadedText(int row, std::string_view text);
   std::string LoadedText(int row) const;
   std::string ValuesText(const Grid& grid, int row) const;
   KeptRow Keep(int row) const;
@@ -176,8 +181,9 @@ class CheckableList : public GridListener {
   ListServices services_;
   Grid grid_;
   std::string edit_start_text_;
-  std::vector<std::string> loaded_texts_;  // Of rows whose text was edited.
-  std::vector<int> max_lengths_;           // By column, once the rows have been read.
+  std::vector<std::string_view> loaded_texts_;  // Of rows whose text was edited.
+  text::StringArena loaded_arena_;              // Holds them.
+  std::vector<int> max_lengths_;  // By column, once the rows have been read.
   std::string load_error_;
   std::string conflict_error_;
   int pending_count_ = 0;      // In the grid.

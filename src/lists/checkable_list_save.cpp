@@ -209,8 +209,7 @@ void CheckableList::LayOver(const KeptRow& kept, int row) {
   const std::string before = stored ? std::string(grid_.Text(row, editable)) : kept.loaded_text;
   const std::string& text = kept.texts[static_cast<size_t>(editable)];
   if (text == before || kept.state == RowState::kNew) return grid_.SetText(row, editable, text);
-  loaded_texts_.push_back(before);
-  grid_.RowData(row).loaded_text = static_cast<std::uint32_t>(loaded_texts_.size());
+  KeepLoadedText(row, before);
   grid_.SetText(row, editable, text);
 }
 
@@ -365,8 +364,7 @@ void CheckableList::Resolve(const std::vector<Conflict>& conflicts, ConflictAnsw
       TakeStored(conflict);
       if (conflict.kind == ConflictKind::kTaken) SetState(row, RowState::kChanged);
       if (editable != 0 && conflict.stored_text != grid_.Text(row, editable)) {
-        loaded_texts_.push_back(conflict.stored_text);
-        grid_.RowData(row).loaded_text = static_cast<std::uint32_t>(loaded_texts_.size());
+        KeepLoadedText(row, conflict.stored_text);
       }
     } else if (conflict.kind == ConflictKind::kGone) {
       SetState(row, RowState::kNew);

@@ -57,11 +57,15 @@ int SearchContext::ReplaceAll() {
 
 void SearchContext::ReplaceInCell() {
   const std::string_view text = grid_->Text(row_, column_);
-  const std::string replaced =
-      match_case_ ? text::ReplaceAll(text, search_string_, replace_string_)
-                  : text::ReplaceIgnoringCase(text, needle_, replace_string_).value_or("");
-  grid_->SetText(row_, column_, replaced);
-  if (on_replaced_) on_replaced_(row_, column_);
+  if (match_case_) {
+    // One buffer for all cells.
+    text::ReplaceAll(text, search_string_, replace_string_, replaced_);
+    grid_->SetText(row_, column_, replaced_);
+  } else {
+    const auto replaced = text::ReplaceIgnoringCase(text, needle_, replace_string_);
+    grid_->SetText(row_, column_, replaced.value_or(""));
+  }
+  if (on_replaced_) on_replaced_(row_, column_, text);
 }
 
 void SearchContext::SetText(std::string& option, std::string_view text) {
@@ -98,9 +102,9 @@ bool SearchContext::MoveToMatch() {
     const int end_column = std::min(end_column_, grid_->Columns());
     if (row_step_ < 0 && row_ >= grid_->Rows()) row_ = grid_->Rows() - 1;
     for (; row_step_ > 0 ? row_ < end_row : row_ > end_row; row_ += row_step_) {
-      for (; column_ < end_column; ++column_) {
-        if (!grid_->Column(column_).hidden && Matches(grid_->Text(row_, column_))) {
-          return true;
+      if (IsSearched(row_)) {
+        for (; column_ < end_column; ++column_) {
+          if (!grid_->Column(column_).hidden && Matches(grid_->Text(row_, column_))) return true;
         }
       }
       column_ = first_column_;

@@ -10,7 +10,8 @@
 namespace quillan {
 
 /// The state of a find-and-replace dialog over a grid: what to look for, where, in which direction,
-/// and the position of the last match. Only data rows and columns that are not hidden are searched.
+/// and the position of the last match. Only data rows and columns that are not hidden are searched;
+/// a row that the grid's filter hides is hidden.
 ///
 /// Set the grid and the search text, then call `FindNext` until it returns false; the call after
 /// that starts again. The grid must outlive the search; its rows may come and go between calls.
@@ -64,24 +65,29 @@ class SearchContext {
   /// cells; the next search starts anew.
   int ReplaceAll();
 
-  /// Called after each cell that has been replaced, with the grid's row and column, before the
+  /// Leaves out the rows for which `skipped(row)` is true; an empty function leaves out none.
+  void SetSkippedRows(std::function<bool(int row)> skipped) { skipped_ = std::move(skipped); }
+
+  /// Called after each cell that has been replaced, with the text that it had before, before the
   /// grid's view learns of it. The function must not add, remove or sort rows.
-  void SetReplacedHandler(std::function<void(int row, int column)> handler) {
-    on_replaced_ = std::move(handler);
-  }
+  using ReplacedHandler = std::function<void(int row, int column, std::string_view before)>;
+  void SetReplacedHandler(ReplacedHandler handler) { on_replaced_ = std::move(handler); }
 
  private:
   void SetText(std::string& option, std::string_view text);
   void Start();
   bool MoveToMatch();
+  bool IsSearched(int row) const { return grid_->IsShown(row) && !(skipped_ && skipped_(row)); }
   bool Matches(std::string_view text) const;
   void ReplaceInCell();
 
   Grid* grid_ = nullptr;
-  std::function<void(int row, int column)> on_replaced_;
+  std::function<bool(int row)> skipped_;
+  ReplacedHandler on_replaced_;
   std::string search_string_;
   std::string needle_;  // The search string in its folded form.
   std::string replace_string_;
+  std::string replaced_;  // The text of a cell.
   std::string direction_ = "All";
   std::string search_column_;
   bool all_columns_ = true;

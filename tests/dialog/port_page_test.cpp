@@ -1,3 +1,4 @@
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -112,6 +113,42 @@ TEST_F(PortPageTest, AFilteredListShowsItsMatchesAndCommandsActOnThemAlone) {
   Click("CmdApply");
   EXPECT_THAT(program_.suite.Rows("select Port from ServicePorts where Enabled"),
               ElementsAre("21"));
+}
+
+TEST_F(PortPageTest, FoundRowsComeIntoViewAndReplacedOnesCanBeReverted) {
+  program_.suite.Run(
+      "with recursive n(i) as (select 1 union all select i + 1 from n where i < 60) "
+      "insert into ServicePorts select i, 'service ' || i, 1, 1 from n;"
+      "update ServicePorts set ServiceName = 'Mail' where Port = 60");
+  Open();
+  QTest::keyClick(form_.get(), Qt::Key_F3);
+  auto* window = Find<QDialog>("FindReplaceForm");
+  EXPECT_TRUE(window->isVisible()) << "there is nothing to find yet";
+  auto* text = Find<QLineEdit>("FindText", window);
+  auto* result = Find<QLabel>("FindResult", window);
+  QTest::keyClicks(text, QStringLiteral("mail"));
+  QTest::keyClick(text, Qt::Key_Return);
+  EXPECT_EQ(table_->currentIndex().row(), 59);
+  EXPECT_TRUE(table_->viewport()->rect().contains(table_->visualRect(table_->currentIndex())));
+  Find<QCheckBox>("MatchCase", window)->setChecked(true);
+  Click("cmdFindNext", window);
+  EXPECT_EQ(result->text(), QStringLiteral("Not found."));
+
+  text->setText(QStringLiteral("service 5"));
+  Find<QLineEdit>("ReplaceText", window)->setText(QStringLiteral("line"));
+  Click("cmdReplaceAll", window);
+  EXPECT_EQ(result->text(), QStringLiteral("Replaced 11 descriptions."));
+  EXPECT_EQ(Cell(table_, 50, 2), QStringLiteral("line0"));
+  QTest::keyClick(Find<QPushButton>("cmdReplaceAll", window), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Cell(table_, 50, 2), QStringLiteral("service 50"));
+  QTest::keyClick(text, Qt::Key_Escape);
+  EXPECT_FALSE(window->isVisible());
+  QTest::keyClick(form_.get(), Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_EQ(table_->currentIndex().row(), 58);
+  QTest::keyClick(form_.get(), Qt::Key_H, Qt::ControlModifier);
+  EXPECT_TRUE(window->isVisible());
+  SelectPage(6);
+  EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(PortPageTest, HeadersSortAndTheSelectionFollows) {

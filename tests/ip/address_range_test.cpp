@@ -31,6 +31,8 @@ TEST(AddressRangeTest, RangesAreReadAsPeopleWriteThem) {
       {"10.0.0.5-10.0.0.4", "The range ends at 10.0.0.4, before its start 10.0.0.5."},
   };
   for (const auto& [text, expected] : ranges) EXPECT_EQ(Parsed(text), expected) << text;
+  EXPECT_TRUE(IsWrittenAsRange("10.0.0.0 /x") && IsWrittenAsRange("-"));
+  EXPECT_FALSE(IsWrittenAsRange("10.0.0.-0 ")) << "a part with a sign";
   const auto range = std::get<AddressRange>(ParseAddressRange("10.1.2.3/16"));
   EXPECT_EQ(range.note,
             "10.1.2.3 is not the first address of a /16 network: the range is that of the "

@@ -80,18 +80,23 @@ TEST_F(SearchContextTest, ReplaceAllTakesEveryCellOnceAndReportsAndSelectsItsRow
   for (const int row : {2, 5}) grid_.SetText(row, 0, "net, NET");
   grid_.SetText(3, 1, "net in a hidden column");
   std::vector<std::string> replaced;
-  search_.SetReplacedHandler([&](int row, int column) {
-    replaced.push_back(std::to_string(row) + "," + std::to_string(column));
+  search_.SetReplacedHandler([&](int row, int column, std::string_view before) {
+    replaced.push_back(std::to_string(row) + "," + std::to_string(column) + " " +
+                       std::string(before));
   });
   search_.SetReplaceString("subnet");
   grid_.SelectOnly(4, 0);
   EXPECT_TRUE(search_.FindNext());
   EXPECT_EQ(search_.ReplaceAll(), 2);
-  EXPECT_THAT(replaced, ElementsAre("2,0", "5,0"));
+  EXPECT_THAT(replaced, ElementsAre("2,0 net, NET", "5,0 net, NET"));
   EXPECT_EQ(grid_.Text(5, 0), "subnet, subnet");
   EXPECT_THAT(grid_.SelectedRows(), ElementsAre(2, 5));
   EXPECT_EQ(grid_.CurrentRow(), 2);
   EXPECT_TRUE(search_.Reset());
+  grid_.SetFilter([](int row) { return row != 2; });
+  search_.SetReplaceString("x");
+  EXPECT_EQ(search_.ReplaceAll(), 1) << "row 2 is hidden";
+  EXPECT_EQ(grid_.Text(2, 0), "subnet, subnet");
 }
 
 TEST_F(SearchContextTest, ReplacesInTheCellThatWasFoundAndTheGridMayLoseItsRows) {

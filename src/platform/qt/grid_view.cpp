@@ -258,7 +258,9 @@ void GridView::OnSelectionSet() {
     selection.append(QItemSelectionRange(model_->index(first, 0), model_->index(row, last_column)));
   }
   following_ = true;
-  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  // Qt would compare each range of the new selection with each of the old one.
+  selectionModel()->clearSelection();
+  selectionModel()->select(selection, QItemSelectionModel::Select);
   const QModelIndex current = model_->IndexOf(grid_.CurrentRow(), grid_.CurrentColumn());
   selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
   following_ = false;

@@ -30,6 +30,13 @@ std::string_view TrimAtNull(std::string_view text) { return text.substr(0, text.
 
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
   std::string result;
+  ReplaceAll(text, from, to, result);
+  return result;
+}
+
+void ReplaceAll(std::string_view text, std::string_view from, std::string_view to,
+                std::string& result) {
+  result.clear();
   result.reserve(text.size() + to.size());
   size_t start = 0;
   for (size_t found = text.find(from); found != std::string_view::npos;
@@ -37,7 +44,7 @@ std::string ReplaceAll(std::string_view text, std::string_view from, std::string
     result.append(text, start, found - start).append(to);
     start = found + from.size();
   }
-  return result.append(text, start);
+  result.append(text, start);
 }
 
 bool IsAscii(std::string_view text) {

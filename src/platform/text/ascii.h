@@ -27,6 +27,9 @@ std::string_view TrimAtNull(std::string_view text);
 
 /// `text` with every occurrence of `from` (not empty) replaced by `to`.
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
+/// The same in `result`, whose memory is used again.
+void ReplaceAll(std::string_view text, std::string_view from, std::string_view to,
+                std::string& result);
 
 /// Whether every byte of `text` is an ASCII character.
 bool IsAscii(std::string_view text);
