@@ -66,6 +66,7 @@ ListControl::~ListControl() { list_.OnRowCommands({}); }
 void ListControl::AddErrorPanel() {
   error_panel_ = new QFrame(this);
   error_panel_->setFrameShape(QFrame::StyledPanel);
+  error_panel_->setAccessibleName(accessibleName());
   error_ = NewParagraph({}, error_panel_);
   error_->setObjectName(QStringLiteral("LoadError"));
   error_->setTextInteractionFlags(Qt::TextSelectableByMouse);

@@ -24,6 +24,7 @@ class ListControl final : public QWidget {
               QWidget* parent);
   ~ListControl() override;
 
+  GridView& Table() { return *table_; }
   /// Finishes the edit of a cell, if one is open.
   void CommitEdit() { table_->CommitEdit(); }
   /// Shows the grid or, in its place, why the rows could not be read.

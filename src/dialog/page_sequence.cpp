@@ -103,7 +103,12 @@ bool PageSequence::CheckStoredRows() {
 }
 
 SaveResult PageSequence::SaveRows() {
-  const int total = PendingCount();
+  const auto& unwritten = services_.settings.UnwrittenOptions();
+  for (const std::string& name : unwritten) {
+    report_.failures.push_back(
+        {Tr("Options"), ToQString(name), Tr("The file registry.reg could not be written.")});
+  }
+  const int total = PendingCount() + static_cast<int>(unwritten.size());
   std::vector<SettingsPage*> begun;
   bool complete = true;
   try {
@@ -135,7 +140,7 @@ SaveResult PageSequence::SaveRows() {
   for (SettingsPage* page : begun) {
     Attempt([&] { ReadRows(*page, &CheckableList::Reload); });
   }
-  report_.written = total - PendingCount();
+  report_.written = total - PendingCount() - static_cast<int>(unwritten.size());
   return SaveResult::kFailed;
 }
 

@@ -8,6 +8,7 @@
 #include "dialog/help_button.h"
 #include "dialog/page_sequence.h"
 #include "dialog/page_tabs.h"
+#include "dialog/remembered_view.h"
 #include "dialog/save_bar.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
@@ -20,6 +21,7 @@ namespace quillan {
 /// What the settings dialog works with; all of it outlives the dialog.
 struct SettingsFormServices {
   Settings& settings;
+  Registry& registry;
   FlowDatabase& database;
   const Files& files;
   Desktop& desktop;
@@ -49,6 +51,8 @@ class SettingsForm final : public QDialog {
  private:
   void AddButtons();
   void OpenAtComfortableSize();
+  void RestoreColumns();
+  void RememberView();
   SaveResult Save();
   void Review();
   void OnOk();
@@ -60,6 +64,8 @@ class SettingsForm final : public QDialog {
   SaveBar* save_bar_;
   PageSequence pages_;
   HelpButton* help_ = nullptr;
+  RememberedView view_;
+  QSize opened_size_;
 };
 
 }  // namespace quillan

@@ -30,8 +30,8 @@ class DialogTest : public ProgramTest {
     settings_.reset();
     settings_ = std::make_unique<Settings>(registry_, program_.database, desktop_, clock_, locale_);
     form_ = std::make_unique<SettingsForm>(SettingsFormServices{
-        *settings_, program_.database, program_.files, desktop_, Messages(), clock_, locale_,
-        program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
+        *settings_, registry_, program_.database, program_.files, desktop_, Messages(), clock_,
+        locale_, program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
     form_->show();
     form_->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
