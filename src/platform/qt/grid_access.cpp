@@ -130,7 +130,7 @@ void GridAccess::Install() {
 GridAccess::GridAccess(GridView* view) : QAccessibleWidget(view, QAccessible::Table) {}
 
 GridAccess::~GridAccess() {
-  for (const auto& [index, id] : cells_) QAccessible::deleteAccessibleInterface(id);
+  for (const auto& [place, id] : cells_) QAccessible::deleteAccessibleInterface(id);
 }
 
 void* GridAccess::interface_cast(QAccessible::InterfaceType type) {
@@ -142,11 +142,12 @@ int GridAccess::childCount() const { return (rowCount() + 1) * Stride(); }
 
 QAccessibleInterface* GridAccess::child(int index) const {
   if (index < 0 || index >= childCount()) return nullptr;
-  if (const auto known = cells_.find(index); known != cells_.end()) {
+  const std::pair place(index / Stride() - 1, index % Stride() - 1);
+  if (const auto known = cells_.find(place); known != cells_.end()) {
     return QAccessible::accessibleInterface(known->second);
   }
-  auto* cell = new CellAccess(&View(), index / Stride() - 1, index % Stride() - 1);
-  cells_[index] = QAccessible::registerAccessibleInterface(cell);
+  auto* cell = new CellAccess(&View(), place.first, place.second);
+  cells_[place] = QAccessible::registerAccessibleInterface(cell);
   return cell;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <unordered_map>
+#include <map>
+#include <utility>
 
 #include <QAccessibleWidget>
 
@@ -53,7 +54,8 @@ class GridAccess final : public QAccessibleWidget, public QAccessibleTableInterf
   int Stride() const { return columnCount() + 1; }  // The row's header comes first.
   bool Select(int row, QItemSelectionModel::SelectionFlag how);
 
-  mutable std::unordered_map<int, QAccessible::Id> cells_;  // Those asked for, by index.
+  // Those that were asked for, by row and column; -1 is the header.
+  mutable std::map<std::pair<int, int>, QAccessible::Id> cells_;
 };
 
 }  // namespace quillan

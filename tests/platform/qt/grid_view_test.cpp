@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -199,23 +198,6 @@ TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
   EXPECT_EQ(view_.model()->rowCount(), kRows + 1);
   EXPECT_EQ(view_.currentIndex(), Index(30, 1));
   EXPECT_TRUE(view_.selectionModel()->isRowSelected(29));
-}
-
-TEST_F(GridViewTest, AssistiveTechnologyReadsAndSetsTheCheckBoxes) {
-  grid_.SetBold(2, 1, true);
-  grid_.RowData(2).state = -1;
-  QAccessibleInterface* table = QAccessible::queryAccessibleInterface(&view_);
-  ASSERT_NE(table, nullptr);
-  const auto cell = [&](int column) { return table->tableInterface()->cellAt(1, column); };
-  EXPECT_EQ(cell(0)->text(QAccessible::Name), QStringLiteral("header"));
-  EXPECT_TRUE(cell(0)->state().checkable);
-  EXPECT_FALSE(cell(1)->state().checkable);
-  EXPECT_EQ(cell(1)->text(QAccessible::Name), QStringLiteral("2"));
-  EXPECT_EQ(cell(1)->text(QAccessible::Description), QStringLiteral("to be deleted, user-defined"));
-  for (int twice = 0; twice < 2; ++twice) {
-    EXPECT_TRUE(view_.model()->setData(Index(2, 0), Qt::Checked, Qt::CheckStateRole));
-    EXPECT_TRUE(cell(0)->state().checked);
-  }
 }
 
 TEST_F(GridViewTest, AHugeTextIsPaintedByItsBeginningAndEditedAsAWhole) {
