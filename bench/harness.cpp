@@ -139,6 +139,7 @@ int Main(int count, char** arguments) {
   const test::TemporaryFolder folder;
   setenv("TMPDIR", folder.path().c_str(), 1);
   setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+  setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
   const QApplication application(count, arguments);
   InstallAppearance();
   if (large) {

@@ -60,10 +60,12 @@ std::unique_ptr<CheckableList> Program::InterfaceList() {
 
 std::unique_ptr<SettingsForm> Program::Dialog() {
   return std::make_unique<SettingsForm>(SettingsFormServices{.settings = settings_,
+                                                             .registry = registry_,
                                                              .database = database_,
                                                              .files = files_,
                                                              .desktop = desktop_,
                                                              .messages = messages_,
+                                                             .printers = printers_,
                                                              .clock = clock_,
                                                              .locale = locale_,
                                                              .help_file = {},

@@ -52,6 +52,7 @@ class Program {
   test::FakeDesktop desktop_;
   test::FixedClock clock_;
   test::ScriptedMessageBox messages_;
+  test::FakePrinters printers_;
   test::FakeListHost host_;
   text::UserLocale locale_;
   Registry registry_;

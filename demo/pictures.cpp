@@ -1,12 +1,14 @@
 // Writes a picture of every page of the settings dialog, the two hidden ones too, of what can be
-// opened on them, and of every state of a save.
+// opened on them, of every state of a save, and of every message of the dialog.
 //
-// Usage: quillan_pictures <program folder> <output folder>
+// Usage: quillan_pictures <program folder> <output folder> light|dark|high-contrast
 // The demonstration in the program folder is changed.
 
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <map>
+#include <string_view>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -14,6 +16,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
@@ -22,11 +25,13 @@
 #include <QTableWidget>
 #include <QTimer>
 
+#include "dialog/filter_bar.h"
 #include "dialog/find_replace_form.h"
 #include "dialog/save_bar.h"
 #include "dialog/settings_form.h"
 #include "platform/ado/drivers.h"
 #include "platform/qt/appearance.h"
+#include "platform/qt/color_scheme.h"
 #include "platform/qt/grid_view.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
@@ -61,8 +66,12 @@ class Photographer {
     TakePending();
     TakeConflict();
     TakeReport();
+    TakeFilter();
+    TakeAddForms();
+    TakeQuestions();
     TakeProgress();
     TakeUnreadable();
+    TakeFailures();
     return good_;
   }
 
@@ -110,6 +119,28 @@ class Photographer {
     });
     action();
   }
+  // Takes the message that `action` shows and answers it, by default with the most cautious answer.
+  void TakeMessage(const QString& name, const std::function<void()>& action,
+                   QMessageBox::StandardButton answer = QMessageBox::NoButton) {
+    QTimer::singleShot(0, &form_, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) {
+        std::cerr << "No message for " << ToUtf8(name) << '\n';
+        good_ = false;
+        return;
+      }
+      Take(*box, name);
+      if (answer == QMessageBox::NoButton) {
+        box->close();
+      } else {
+        box->button(answer)->click();
+      }
+    });
+    action();
+  }
+  void Type(const char* box, const QString& text, QWidget& window) {
+    window.findChild<QLineEdit*>(QLatin1String(box))->setText(text);
+  }
 
   void Press(const char* button, QWidget& window) {
     window.findChild<QPushButton*>(QLatin1String(button))->click();
@@ -147,11 +178,11 @@ class Photographer {
     const QModelIndex description = table->currentIndex().siblingAtColumn(2);
     auto* menu = Tabs().currentWidget()->findChild<QMenu*>(QStringLiteral("ListMenu"));
     menu->popup(table->viewport()->mapToGlobal(table->visualRect(description).center()));
-    TakeTogether({&form_, menu}, QStringLiteral("16-list-menu"));
+    TakeTogether({&form_, menu}, QStringLiteral("30-list-menu"));
     auto* exports = menu->findChild<QMenu*>(QStringLiteral("mnuExport"));
     menu->setActiveAction(exports->menuAction());
     exports->popup(menu->mapToGlobal(menu->actionGeometry(exports->menuAction()).topRight()));
-    TakeTogether({&form_, menu, exports}, QStringLiteral("17-list-menu-export"));
+    TakeTogether({&form_, menu, exports}, QStringLiteral("31-list-menu-export"));
     exports->hide();
     menu->hide();
   }
@@ -177,8 +208,8 @@ class Photographer {
       auto* menu = Tabs().currentWidget()->findChild<QMenu*>(QStringLiteral("ListMenu"));
       menu->findChild<QAction*>(QStringLiteral("mnuPaste"))->trigger();
     };
-    TakeModal(QStringLiteral("18-import"), "cmdCancel", paste);
-    TakeModal(QStringLiteral("19-import-replacing"), "cmdCancel", paste, [](QWidget& window) {
+    TakeModal(QStringLiteral("32-import"), "cmdCancel", paste);
+    TakeModal(QStringLiteral("33-import-replacing"), "cmdCancel", paste, [](QWidget& window) {
       window.findChild<QCheckBox*>(QStringLiteral("Replace"))->setChecked(true);
     });
   }
@@ -196,11 +227,11 @@ class Photographer {
     auto* search = Tabs().currentWidget()->findChild<FindReplaceForm*>();
     search->findChild<QLineEdit*>(QStringLiteral("FindText"))->setText(QStringLiteral("private"));
     Press("cmdFindNext", *search);
-    Take(*search, QStringLiteral("20-find"));
+    Take(*search, QStringLiteral("34-find"));
     search->findChild<QLineEdit*>(QStringLiteral("ReplaceText"))->setText(QStringLiteral("Site"));
     Press("cmdReplaceAll", *search);
-    Take(*search, QStringLiteral("21-replaced"));
-    Take(form_, QStringLiteral("22-replaced-rows"));
+    Take(*search, QStringLiteral("35-replaced"));
+    Take(form_, QStringLiteral("36-replaced-rows"));
     search->reject();
     PressShortcut(Qt::CTRL | Qt::Key_Z);
   }
@@ -210,7 +241,7 @@ class Photographer {
     const char* const typed[] = {"10.134.5.1/16", "10.134.0.0 - 10.134.3.255", "10.134.0.0/33"};
     for (size_t i = 0; i < std::size(typed); ++i) {
       TakeModal(
-          QStringLiteral("%1-new-group").arg(23 + i), "cmdCancel",
+          QStringLiteral("%1-new-group").arg(37 + i), "cmdCancel",
           [&] { Press("cmdAddGroup", form_); },
           [&](QWidget& window) {
             auto* start = window.findChild<QLineEdit*>(QStringLiteral("StartIPAddress"));
@@ -225,9 +256,9 @@ class Photographer {
     auto* table = Tabs().currentWidget()->findChild<GridView*>();
     table->clearSelection();
     PressShortcut(Qt::CTRL | Qt::Key_M);
-    Take(form_, QStringLiteral("26-coverage"));
+    Take(form_, QStringLiteral("40-coverage"));
     table->selectRow(6);
-    Take(form_, QStringLiteral("27-coverage-of-the-selected-group"));
+    Take(form_, QStringLiteral("41-coverage-of-the-selected-group"));
     PressShortcut(Qt::CTRL | Qt::Key_M);
   }
 
@@ -239,6 +270,12 @@ class Photographer {
     port->setText(QStringLiteral("9996"));
     Toggle(0, 2, 4);
     Toggle(1, 9, 9);
+    auto* groups = Tabs().currentWidget()->findChild<GridView*>();
+    groups->setCurrentIndex(groups->model()->index(7, 1));
+    TakeMessage(
+        QStringLiteral("19-delete-question"), [&] { Press("cmdDeleteGroup", form_); },
+        QMessageBox::Yes);
+    groups->setCurrentIndex(groups->model()->index(9, 1));
     Take(form_, QStringLiteral("8-changes-not-saved"));
     TakeModal(QStringLiteral("9-review"), "cmdClose",
               [&] { form_.findChild<SaveStatus*>()->click(); });
@@ -262,6 +299,57 @@ class Photographer {
     Press("CmdApply", form_);
   }
 
+  void TakeFilter() {
+    Tabs().setCurrentIndex(1);
+    auto* bar = Tabs().currentWidget()->findChild<FilterBar*>();
+    bar->Open();
+    auto* text = bar->findChild<QLineEdit*>();
+    text->setText(QStringLiteral("10.0.0.7"));
+    Take(form_, QStringLiteral("14-filter"));
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(text, &escape);
+  }
+
+  void TakeAddForms() {
+    Tabs().setCurrentIndex(0);
+    TakeModal(
+        QStringLiteral("15-new-port"), "cmdCancel", [&] { Press("cmdAddPort", form_); },
+        [&](QWidget& window) {
+          Type("PortNumber", QStringLiteral("80"), window);
+          Type("Description", QStringLiteral("Intranet"), window);
+          TakeMessage(QStringLiteral("16-new-port-refused"), [&] { Press("cmdOK", window); });
+        });
+    Tabs().setCurrentIndex(1);
+    TakeModal(
+        QStringLiteral("17-new-group"), "cmdCancel", [&] { Press("cmdAddGroup", form_); },
+        [&](QWidget& window) {
+          Type("StartIPAddress", QStringLiteral("10.0.0"), window);
+          TakeMessage(QStringLiteral("18-new-group-refused"), [&] { Press("cmdOK", window); });
+          Type("StartIPAddress", QStringLiteral("10.0.3.0/24"), window);
+        });
+  }
+
+  void TakeQuestions() {
+    Tabs().setCurrentIndex(0);
+    Toggle(0, 5, 5);
+    TakeMessage(QStringLiteral("20-close-question"), [&] { form_.close(); });
+    auto* level = form_.findChild<QCheckBox*>(QStringLiteral("CollapseEnable(2)"));
+    level->setChecked(false);
+    TakeMessage(QStringLiteral("21-collapse-warning"), [&] { Press("cmdOK", form_); });
+    level->setChecked(true);
+    Press("CmdApply", form_);
+  }
+
+  void TakeFailures() {
+    Tabs().setCurrentIndex(4);
+    Type("ListenPort", QStringLiteral("99999999999"), form_);
+    TakeMessage(QStringLiteral("24-port-refused"), [&] { Press("CmdApply", form_); });
+    Type("ListenPort", QStringLiteral("2055"), form_);
+    other_.Execute("ALTER TABLE FlowEngines RENAME TO Elsewhere");
+    TakeMessage(QStringLiteral("25-not-saved"), [&] { Press("CmdApply", form_); });
+    other_.Execute("ALTER TABLE Elsewhere RENAME TO FlowEngines");
+  }
+
   void TakeProgress() {
     SaveProgress& progress = form_.findChild<SaveBar*>()->Progress();
     const SaveProgress::Work work(progress);
@@ -269,13 +357,13 @@ class Photographer {
     progress.OnProgress(120, 3000);
     auto* stop = form_.findChild<QPushButton*>(QStringLiteral("cmdStop"));
     while (!stop->isVisible()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    Take(form_, QStringLiteral("14-progress"));
+    Take(form_, QStringLiteral("22-progress"));
   }
 
   void TakeUnreadable() {
     other_.Execute("ALTER TABLE ServicePorts RENAME TO Elsewhere");
     Press("CmdApply", form_);
-    Take(form_, QStringLiteral("15-not-readable"));
+    Take(form_, QStringLiteral("23-not-readable"));
     other_.Execute("ALTER TABLE Elsewhere RENAME TO ServicePorts");
   }
 
@@ -301,7 +389,7 @@ int Run(const std::filesystem::path& program_folder, const std::filesystem::path
   Registry registry(program_folder, program_folder);
   Settings settings(registry, database, desktop, clock, locale);
   SettingsForm form(
-      {settings, database, files, desktop, messages, printers, clock, locale, {}, [] {}});
+      {settings, registry, database, files, desktop, messages, printers, clock, locale, {}, [] {}});
   form.show();
   std::filesystem::create_directories(folder);
   return Photographer(form, other, folder).TakeAll() ? 0 : 1;
@@ -312,10 +400,16 @@ int Run(const std::filesystem::path& program_folder, const std::filesystem::path
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
-  if (argc != 3) {
-    std::cerr << "Usage: quillan_pictures <program folder> <output folder>\n";
+  const std::map<std::string_view, quillan::ColorScheme> schemes = {
+      {"light", quillan::ColorScheme::kLight},
+      {"dark", quillan::ColorScheme::kDark},
+      {"high-contrast", quillan::ColorScheme::kHighContrastDark}};
+  if (argc != 4 || !schemes.contains(argv[3])) {
+    std::cerr << "Usage: quillan_pictures <program folder> <output folder> "
+                 "light|dark|high-contrast\n";
     return 2;
   }
   quillan::InstallAppearance();
+  quillan::SetColorScheme(schemes.at(argv[3]));
   return quillan::Run(argv[1], argv[2]);
 }

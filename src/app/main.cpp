@@ -10,6 +10,7 @@
 #include "platform/ado/drivers.h"
 #include "platform/program.h"
 #include "platform/qt/appearance.h"
+#include "platform/qt/desktop_colors.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
 #include "platform/qt/qt_printers.h"
@@ -44,6 +45,7 @@ int Run(int& argc, char** argv) {
   }
   QApplication::setDesktopFileName(QStringLiteral("net.tarrowby.quillan"));  // Names its icon.
   InstallAppearance();
+  FollowDesktopColors(QCoreApplication::instance());
   QtDesktop desktop;
   QtMessageBox messages;
   QtPrinters printers;
@@ -65,6 +67,7 @@ int Run(int& argc, char** argv) {
           [&] {
             form = std::make_unique<SettingsForm>(SettingsFormServices{
                 .settings = AppSettings(),
+                .registry = shared.registry,
                 .database = MainDatabase(),
                 .files = FileSystem(),
                 .desktop = desktop,

@@ -7,12 +7,13 @@
 #include <QPushButton>
 
 #include "dialog/failures.h"
+#include "dialog/lengths.h"
 #include "dialog/page_parts.h"
 
 namespace quillan {
 namespace {
 
-constexpr int kBoxWidth = 260;
+constexpr int kBoxWidth = 3900;  // Twips.
 
 // Enter presses the button that has the focus, and no other.
 class EntryButton final : public QPushButton {
@@ -48,7 +49,7 @@ QLineEdit* EntryForm::AddBox(const char* name, const QString& label) {
   auto* box = new QLineEdit(this);
   box->setObjectName(QLatin1String(name));
   box->setAccessibleName(label);
-  box->setMinimumWidth(kBoxWidth);
+  box->setMinimumWidth(ToPixels(kBoxWidth));
   box->setMaxLength(std::numeric_limits<int>::max());
   layout_->addRow(label, box);
   boxes_.push_back(box);

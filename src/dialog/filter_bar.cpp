@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLocale>
@@ -14,12 +15,14 @@ namespace quillan {
 FilterBar::FilterBar(CheckableList& list, QWidget* parent)
     : QWidget(parent), list_(list), text_(new QLineEdit(this)), result_(new QLabel(this)) {
   setObjectName(QStringLiteral("FilterBar"));
+  setAccessibleName(tr("Filter"));
   text_->setObjectName(QStringLiteral("FilterText"));
   text_->setAccessibleName(tr("Filter"));
   text_->setPlaceholderText(list.Description().filter == FilterKind::kGroups
                                 ? tr("Words or an IP address")
                                 : tr("Words that a row must contain"));
   text_->setClearButtonEnabled(true);
+  text_->findChild<QAbstractButton*>()->setAccessibleName(tr("Clear the filter"));
   result_->setObjectName(QStringLiteral("FilterResult"));
   result_->setTextFormat(Qt::PlainText);
   result_->setWordWrap(true);
@@ -76,6 +79,8 @@ void FilterBar::ShowResult(bool ask_database) {
   const std::string note = list_.FilterNote(filter, ask_database);
   if (!note.empty()) result += QStringLiteral(". ") + ToQString(note);
   result_->setText(result);
+  // The bar as a whole would be given the height of one line.
+  result_->setMinimumHeight(result_->heightForWidth(result_->width()));
 }
 
 }  // namespace quillan

@@ -6,14 +6,20 @@
 #include "platform/qt/appearance.h"
 
 namespace quillan {
+namespace {
 
-int ToPixels(int twips) {
-  constexpr double kTwipsPerPixel = 1440.0 / 96.0;
+double TwipsPerPixel() {
+  constexpr double kAtUsualFont = 1440.0 / 96.0;
   const QFont font = QApplication::font();
   QFont usual = font;
   usual.setPixelSize(kFontPixels);
-  const double scale = QFontMetricsF(font).height() / QFontMetricsF(usual).height();
-  return qRound(twips / kTwipsPerPixel * scale);
+  return kAtUsualFont * QFontMetricsF(usual).height() / QFontMetricsF(font).height();
 }
+
+}  // namespace
+
+int ToPixels(int twips) { return qRound(twips / TwipsPerPixel()); }
+
+int ToTwips(int pixels) { return qRound(pixels * TwipsPerPixel()); }
 
 }  // namespace quillan

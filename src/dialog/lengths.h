@@ -9,4 +9,7 @@ inline constexpr int kMargin = 100;
 /// twips a pixel at the default font. A larger font scales all lengths by the height of its text.
 int ToPixels(int twips);
 
+/// The length whose `ToPixels` is `pixels`.
+int ToTwips(int pixels);
+
 }  // namespace quillan

@@ -105,6 +105,7 @@ void ListControl::UpdateStrip() {
 void ListControl::AddErrorPanel() {
   error_panel_ = new QFrame(this);
   error_panel_->setFrameShape(QFrame::StyledPanel);
+  error_panel_->setAccessibleName(accessibleName());
   error_ = NewParagraph({}, error_panel_);
   error_->setObjectName(QStringLiteral("LoadError"));
   error_->setTextInteractionFlags(Qt::TextSelectableByMouse);

@@ -28,6 +28,7 @@ class ListControl final : public QWidget {
               const QString& title, QWidget* parent);
   ~ListControl() override;
 
+  GridView& Table() { return *table_; }
   /// Finishes the edit of a cell, if one is open.
   void CommitEdit() { table_->CommitEdit(); }
   /// Shows the grid or, in its place, why the rows could not be read.

@@ -9,6 +9,7 @@ namespace quillan {
 QFrame* NewPageFrame(QWidget* page) {
   auto* frame = new QFrame(page);
   frame->setFrameShape(QFrame::StyledPanel);
+  frame->setAccessibleName(page->accessibleName());
   auto* layout = new QVBoxLayout(page);
   const int margin = ToPixels(kMargin);
   layout->setContentsMargins(margin, margin, margin, margin);

@@ -117,7 +117,8 @@ bool PageSequence::CheckStoredRows() {
 }
 
 SaveResult PageSequence::SaveRows() {
-  const int total = PendingCount();
+  const int unwritten = NoteUnwrittenOptions();
+  const int total = PendingCount() + unwritten;
   std::vector<SettingsPage*> begun;
   bool complete = true;
   try {
@@ -147,11 +148,12 @@ SaveResult PageSequence::SaveRows() {
     for (SettingsPage* page : pages_) page->LoadOptions();
   }
   report_.failures.clear();
+  NoteUnwrittenOptions();
   for (SettingsPage* page : begun) {
     Attempt([&] { ReadRows(*page, &CheckableList::Reload); });
     NoteFailures(*page);
   }
-  report_.written = total - PendingCount();
+  report_.written = total - PendingCount() - unwritten;
   return complete && report_.failures.empty() ? SaveResult::kDone : SaveResult::kFailed;
 }
 
@@ -162,6 +164,16 @@ bool PageSequence::SaveRowsOf(SettingsPage& page) {
   const SaveOutcome outcome = list.Sync();
   NoteFailures(page);
   return !outcome.stopped;
+}
+
+// How many options the registry refused.
+int PageSequence::NoteUnwrittenOptions() {
+  const auto& unwritten = services_.settings.UnwrittenOptions();
+  for (const std::string& name : unwritten) {
+    report_.failures.push_back(
+        {Tr("Options"), ToQString(name), Tr("The file registry.reg could not be written.")});
+  }
+  return static_cast<int>(unwritten.size());
 }
 
 void PageSequence::NoteFailures(const SettingsPage& page) {

@@ -60,6 +60,7 @@ class PageSequence {
   SaveResult SaveRows();
   void Read(const std::function<void()>& step);
   bool SaveRowsOf(SettingsPage& page);
+  int NoteUnwrittenOptions();
   void NoteFailures(const SettingsPage& page);
 
   std::vector<SettingsPage*> pages_;

@@ -1,16 +1,20 @@
 #include "dialog/page_tabs.h"
 
+#include <QEvent>
 #include <QPainter>
+#include <QStackedWidget>
 #include <QTabBar>
 
 #include "dialog/lengths.h"
+#include "dialog/page_access.h"
+#include "platform/qt/color_scheme.h"
 
 namespace quillan {
 namespace {
 
 constexpr int kDotSize = 120;  // Twips.
 
-QIcon Dot() {
+QIcon Dot(const QColor& background) {
   const int size = ToPixels(kDotSize);
   constexpr int kScale = 2;
   QPixmap picture(size * kScale, size * kScale);
@@ -19,7 +23,7 @@ QIcon Dot() {
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor(200, 0, 0));
+  painter.setBrush(Legible(QColor(200, 0, 0), background));
   painter.drawEllipse(0, 0, size, size);
   return picture;
 }
@@ -28,6 +32,9 @@ QIcon Dot() {
 
 PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) {
   setObjectName(QStringLiteral("Tabs"));
+  setAccessibleName(tr("Pages"));
+  findChild<QStackedWidget*>()->setAccessibleName(tr("Page"));
+  InstallPageAccess();
   setIconSize({ToPixels(kDotSize), ToPixels(kDotSize)});
   connect(this, &QTabWidget::currentChanged, this, &PageTabs::FocusPage);
 }
@@ -57,7 +64,18 @@ void PageTabs::SelectNext(int step) {
 
 void PageTabs::ShowPending(int tab) {
   const bool pending = static_cast<SettingsPage*>(widget(tab))->PendingCount() > 0;
-  if (tabIcon(tab).isNull() == pending) setTabIcon(tab, pending ? Dot() : QIcon());
+  if (tabIcon(tab).isNull() == pending) {
+    setTabIcon(tab, pending ? Dot(palette().color(QPalette::Window)) : QIcon());
+  }
+}
+
+void PageTabs::changeEvent(QEvent* event) {
+  QTabWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  for (int tab = 0; tab < count(); ++tab) {
+    setTabIcon(tab, {});
+    ShowPending(tab);
+  }
 }
 
 }  // namespace quillan

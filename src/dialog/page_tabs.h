@@ -21,6 +21,10 @@ class PageTabs final : public QTabWidget {
   /// Selects the next tab, or with -1 the previous one, of those that can be reached.
   void SelectNext(int step);
 
+ protected:
+  // The dot has the colours of the desktop.
+  void changeEvent(QEvent* event) override;
+
  private:
   void ShowPending(int tab);
 };

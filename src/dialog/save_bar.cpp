@@ -32,6 +32,7 @@ SaveBar::SaveBar(const Services& services, QWidget& window)
       details_(NewButton("cmdDetails", tr("Details"), this)),
       stop_(NewButton("cmdStop", tr("Stop"), this)),
       progress_(window, *status_, *stop_, services.database, services.messages, services.locale) {
+  setAccessibleName(tr("Saving"));
   // Never takes room from the buttons beside it.
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* layout = new QHBoxLayout(this);

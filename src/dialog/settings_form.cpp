@@ -5,11 +5,14 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "dialog/failures.h"
 #include "dialog/lengths.h"
+#include "dialog/list_control.h"
 #include "dialog/review_form.h"
 #include "dialog/settings_pages.h"
 #include "platform/program.h"
@@ -46,9 +49,9 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
               .database = services.database,
               .messages = services.messages,
               .progress = save_bar_->Progress(),
-              .ask_about_conflicts = [this](const auto& conflicts) {
-                return AskAboutConflicts(conflicts, this);
-              }}) {
+              .ask_about_conflicts =
+                  [this](const auto& conflicts) { return AskAboutConflicts(conflicts, this); }}),
+      view_(services.registry) {
   setObjectName(QStringLiteral("SettingsForm"));
   setWindowTitle(tr("Quillan Settings"));
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -68,6 +71,7 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
   add_key(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, [this] { tabs_->SelectNext(-1); });
   add_key(Qt::CTRL | Qt::Key_R, &SettingsForm::Review);
   connect(save_bar_, &SaveBar::ReviewRequested, this, &SettingsForm::Review);
+  RestoreColumns();
   OpenAtComfortableSize();
   Sync();
   save_bar_->ShowNote(ToQString(services_.database.ConnectionNote()));
@@ -119,7 +123,37 @@ void SettingsForm::AddButtons() {
 void SettingsForm::OpenAtComfortableSize() {
   const QSize design(ToPixels(kDesignWidth), ToPixels(kDesignHeight));
   setMinimumSize(design);
-  resize(std::max(design.width(), sizeHint().width()), design.height());
+  QSize size(sizeHint().width(), design.height());
+  if (const auto remembered = view_.WindowSize()) {
+    const QSize on_screen =
+        screen()->availableSize() -
+        QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this));
+    size =
+        QSize(ToPixels(remembered->width()), ToPixels(remembered->height())).boundedTo(on_screen);
+  }
+  opened_size_ = size.expandedTo(design);
+  resize(opened_size_);
+}
+
+void SettingsForm::RestoreColumns() {
+  for (ListControl* list : tabs_->findChildren<ListControl*>()) {
+    const std::string name = ToUtf8(list->objectName());
+    std::map<int, int> widths;
+    for (const auto& [column, twips] : view_.ColumnWidths(name)) widths[column] = ToPixels(twips);
+    GridView& table = list->Table();
+    table.SetDrawnWidths(widths);
+    connect(&table, &GridView::ColumnDrawn, this, [this, name, &table] {
+      RememberedView::Widths drawn;
+      for (const auto& [column, pixels] : table.DrawnWidths()) drawn[column] = ToTwips(pixels);
+      view_.SetColumnWidths(name, drawn);
+    });
+  }
+}
+
+void SettingsForm::RememberView() {
+  const QSize now = isMaximized() || isFullScreen() ? normalGeometry().size() : size();
+  if (now != opened_size_) view_.SetWindowSize({ToTwips(now.width()), ToTwips(now.height())});
+  view_.Write();
 }
 
 // Enter presses no button, also where the desktop's theme would have it so.
@@ -181,6 +215,7 @@ void SettingsForm::reject() {
 }
 
 void SettingsForm::Close() {
+  RememberView();
   QDialog::reject();
   const std::string& style = services_.settings.GUIStyle();
   if (style != "ADVANCED" && style != "MINIMAL") services_.end_program();

@@ -9,6 +9,7 @@
 #include "dialog/list_exporter.h"
 #include "dialog/page_sequence.h"
 #include "dialog/page_tabs.h"
+#include "dialog/remembered_view.h"
 #include "dialog/save_bar.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
@@ -22,6 +23,7 @@ namespace quillan {
 /// What the settings dialog works with; all of it outlives the dialog.
 struct SettingsFormServices {
   Settings& settings;
+  Registry& registry;
   FlowDatabase& database;
   const Files& files;
   Desktop& desktop;
@@ -52,6 +54,8 @@ class SettingsForm final : public QDialog {
  private:
   void AddButtons();
   void OpenAtComfortableSize();
+  void RestoreColumns();
+  void RememberView();
   SaveResult Save();
   void Review();
   void OnOk();
@@ -64,6 +68,8 @@ class SettingsForm final : public QDialog {
   ListExporter exporter_;
   PageSequence pages_;
   HelpButton* help_ = nullptr;
+  RememberedView view_;
+  QSize opened_size_;
 };
 
 }  // namespace quillan

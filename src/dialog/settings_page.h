@@ -25,6 +25,7 @@ class SettingsPage : public QWidget {
   SettingsPage(const char* name, const QString& caption, QWidget* parent)
       : QWidget(parent), caption_(caption) {
     setObjectName(QLatin1String(name));
+    setAccessibleName(Title());
   }
 
   const QString& Caption() const { return caption_; }

@@ -133,7 +133,7 @@ Option Settings::Read(std::string_view name, const Option& default_value) const 
 
 template <typename Option>
 void Settings::Store(std::string_view name, Option& option, const Option& value) {
-  if (option == value) return;
+  if (option == value && !unwritten_.contains(name)) return;
   option = value;
   SaveOption(name, value);
 }
@@ -147,7 +147,12 @@ OptionValue Settings::RetrieveOption(std::string_view name,
 void Settings::SaveOption(std::string_view name, const OptionValue& value) {
   const std::string text =
       std::visit([&](const auto& option) { return ToOptionText(option, locale_); }, value);
-  registry_.SaveRegistryString(kDisplayName, kSection, name, text);
+  if (registry_.SaveRegistryString(kDisplayName, kSection, name, text)) {
+    if (const auto found = unwritten_.find(name); found != unwritten_.end())
+      unwritten_.erase(found);
+  } else {
+    unwritten_.emplace(name);
+  }
   if (changed_) changed_(name, value);
 }
 
@@ -166,6 +171,7 @@ void Settings::Refresh() {
   current_period_ = Read<std::int16_t>(kCurrentPeriod, 5);
   traffic_details_split_ = Read<float>(kTrafficDetailsSplit, 6000);
   ReadWebImagesFolder();
+  unwritten_.clear();
 }
 
 void Settings::ReadWebImagesFolder() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -127,6 +128,9 @@ class Settings {
 
   /// Writes an option to the registry as a string and reports the change, even if writing fails.
   void SaveOption(std::string_view name, const OptionValue& value);
+  /// The names of the options that were set and could not be written. Setting one again, also to
+  /// the same value, tries again. What a load writes back does not count.
+  const std::set<std::string, std::less<>>& UnwrittenOptions() const { return unwritten_; }
 
   /// Resets the memory options to their defaults and reads the listening port of this computer:
   /// 2055 if the table has no row for it, 0 if the row holds Null. If the port cannot be read, it
@@ -181,6 +185,7 @@ class Settings {
   float traffic_details_split_ = 0;
   std::unique_ptr<quillan::Periods> periods_;
   std::string gui_style_;
+  std::set<std::string, std::less<>> unwritten_;
   std::int16_t sort_toggle_ = 0;
   std::string web_images_folder_;
 };

@@ -45,6 +45,7 @@ class ExecutableTest : public testing::Test {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QUILLAN_HOME"), QString::fromStdString(folder_ / "program"));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QString::fromStdString(folder_ / "user"));
     environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(QUILLAN_TEST_PLUGINS));
     environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("closewindows"));
     process.setProcessEnvironment(environment);

@@ -30,11 +30,25 @@ class DialogTest : public ProgramTest {
     settings_.reset();
     settings_ = std::make_unique<Settings>(registry_, program_.database, desktop_, clock_, locale_);
     form_ = std::make_unique<SettingsForm>(SettingsFormServices{
-        *settings_, program_.database, program_.files, desktop_, Messages(), printers_, clock_,
-        locale_, program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
+        *settings_, registry_, program_.database, program_.files, desktop_, Messages(), printers_,
+        clock_, locale_, program_.folder / "program/Help/Tarrowby.chm", [this] { ++ended_; }});
     form_->show();
     form_->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+  }
+
+  // One thing to edit on each page, and what becomes of it when each is toggled or set to 9996.
+  void FillEveryPage() {
+    program_.suite.Run(
+        "insert into ServicePorts values (80, 'http', 1, 1), (9000, 'mine', 0, 1);"
+        "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
+        "insert into Nodes values (1, 'node'); insert into Interfaces values (10, 1, 'a')");
+  }
+  void ExpectEveryPageSaved() {
+    EXPECT_THAT(program_.suite.Rows("select NetFlowPort, (select Enabled from IPAddressGroups), "
+                                    "(select Enabled from ServicePorts where Port = 80), "
+                                    "(select InterfaceID from NetFlowSources) from FlowEngines"),
+                testing::ElementsAre("9996|0|0|10"));
   }
 
   void WriteOption(const char* name, const char* value) {

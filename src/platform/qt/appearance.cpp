@@ -6,9 +6,11 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QPalette>
+#include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOption>
+
+#include "platform/qt/color_scheme.h"
 
 namespace quillan {
 namespace {
@@ -54,17 +56,39 @@ class ProgramStyle final : public QProxyStyle {
     }
   }
 
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_TabBarTabShape) DrawOutline(*option, *painter);
+  }
+
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
     if (element != PE_IndicatorCheckBox) {
       QProxyStyle::drawPrimitive(element, option, painter, widget);
+      if (element == PE_PanelButtonCommand || element == PE_PanelLineEdit || element == PE_Frame) {
+        DrawOutline(*option, *painter);
+      }
       return;
     }
     QStyleOptionButton box;
     box.QStyleOption::operator=(*option);
     // Fusion darkens it for the outline.
-    box.palette.setColor(QPalette::Window, QColor(90, 90, 90));
+    const bool dark = option->palette.color(QPalette::Base).lightness() < 128;
+    box.palette.setColor(QPalette::Window, dark ? QColor(210, 210, 210) : QColor(90, 90, 90));
     QProxyStyle::drawPrimitive(element, &box, painter, widget);
+  }
+
+ private:
+  // Fusion's outlines are darker than the window, which shows nothing on a dark one.
+  static void DrawOutline(const QStyleOption& option, QPainter& painter) {
+    if (CurrentColorScheme() == ColorScheme::kLight) return;
+    const bool focus = (option.state & State_HasFocus) != 0;
+    const QPalette palette = QApplication::palette();
+    painter.setPen(focus ? palette.color(QPalette::Highlight)
+                         : palette.color(QPalette::Disabled, QPalette::Text));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
   }
 };
 
@@ -72,20 +96,6 @@ class ProgramStyle final : public QProxyStyle {
 int FontPixels() {
   const int desktop = QFontInfo(QApplication::font()).pixelSize();
   return std::max(kFontPixels, qRound(1.0 * kFontPixels * desktop / kUsualDesktopPixels));
-}
-
-QPalette LightPalette() {
-  const QColor window(240, 240, 240);
-  QPalette palette(window, window);
-  palette.setColor(QPalette::Base, Qt::white);
-  palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 225));
-  // Strong enough for the outline that shows the focus.
-  palette.setColor(QPalette::Highlight, QColor(64, 104, 208));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(QPalette::Disabled, role, QColor(140, 140, 140));
-  }
-  return palette;
 }
 
 }  // namespace
@@ -100,8 +110,8 @@ void InstallAppearance() {
   // The application owns its style.
   // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks)
   QApplication::setStyle(new ProgramStyle);
-  QApplication::setPalette(LightPalette());
   // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
+  SetColorScheme(ColorScheme::kLight);
 }
 
 }  // namespace quillan

@@ -6,9 +6,9 @@ namespace quillan {
 /// which every caption fits its button.
 inline constexpr int kFontPixels = 11;
 
-/// Gives the application its one font, style and colours, the same on every desktop; a desktop with
-/// a larger font than the usual nine points gets a font that is larger in proportion. To be called
-/// once, before the first window.
+/// Gives the application its one font and style, the same on every desktop, and the light colours;
+/// a desktop with a larger font than the usual nine points gets a font that is larger in
+/// proportion. To be called once, before the first window.
 void InstallAppearance();
 
 }  // namespace quillan

@@ -11,15 +11,19 @@
 #include <QTextDocument>
 #include <QToolTip>
 
+#include "platform/qt/color_scheme.h"
 #include "platform/qt/text_check.h"
 
 namespace quillan {
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
-  if (index.data(Qt::ForegroundRole).isValid()) {
-    option->palette.setBrush(QPalette::HighlightedText, option->palette.brush(QPalette::Text));
-  }
+  const QVariant mark = index.data(Qt::ForegroundRole);
+  if (!mark.isValid()) return;
+  const QColor color = qvariant_cast<QBrush>(mark).color();
+  QPalette& palette = option->palette;
+  palette.setColor(QPalette::Text, Legible(color, palette.color(QPalette::Base)));
+  palette.setColor(QPalette::HighlightedText, Legible(color, palette.color(QPalette::Highlight)));
 }
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

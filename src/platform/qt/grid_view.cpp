@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
+#include "platform/qt/grid_access.h"
 #include "platform/qt/grid_delegate.h"
 #include "platform/qt/grid_model.h"
 #include "platform/qt/qt_text.h"
@@ -34,14 +35,10 @@ GridView::GridView(Grid& grid, QWidget* parent)
       model_(new GridModel(grid, this)),
       delegate_(new GridDelegate(this)) {
   setObjectName(QStringLiteral("Table"));
+  GridAccess::Install();
   QFont own = font();
   own.setFamily(QStringLiteral("Tahoma"));
   setFont(own);
-  // Dark enough that red, which is given, has a contrast of 4.5 : 1 on it, and grey a higher one.
-  QPalette dark = palette();
-  dark.setColor(QPalette::Highlight, QColor(0, 16, 64));
-  dark.setColor(QPalette::HighlightedText, Qt::white);
-  setPalette(dark);
   setModel(model_);
   setItemDelegate(delegate_);
   setSelectionBehavior(SelectRows);
@@ -311,6 +308,12 @@ void GridView::LayOutColumns() {
 void GridView::OnColumnDrawn(int column, int width) {
   if (laying_out_) return;
   drawn_widths_[column] = width;
+  LayOutColumns();
+  emit ColumnDrawn();
+}
+
+void GridView::SetDrawnWidths(const std::map<int, int>& widths) {
+  drawn_widths_ = widths;
   LayOutColumns();
 }
 

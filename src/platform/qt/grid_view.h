@@ -29,6 +29,14 @@ class GridView final : public QTableView, private GridObserver {
   void SetCheck(std::function<std::string(int column, std::string_view text)> check);
   /// The width that shows every column as it is laid out, in pixels.
   int ColumnsWidth() const;
+  /// The widths of the columns that the user has sized, in pixels, by column.
+  const std::map<int, int>& DrawnWidths() const { return drawn_widths_; }
+  /// Lays the columns out as if the user had sized them.
+  void SetDrawnWidths(const std::map<int, int>& widths);
+
+ signals:
+  /// The user has sized a column.
+  void ColumnDrawn();
 
  protected:
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
@@ -65,9 +73,9 @@ class GridView final : public QTableView, private GridObserver {
   Grid& grid_;
   GridModel* model_;
   GridDelegate* delegate_;
-  std::map<int, int> drawn_widths_;  // Of the columns that the user has sized.
-  bool laying_out_ = false;          // The view itself sizes columns.
-  bool following_ = false;           // While the view follows the grid, nothing is told back to it.
+  std::map<int, int> drawn_widths_;
+  bool laying_out_ = false;  // The view itself sizes columns.
+  bool following_ = false;   // While the view follows the grid, nothing is told back to it.
 };
 
 }  // namespace quillan
