@@ -25,6 +25,7 @@
 #include <QTableWidget>
 #include <QTimer>
 
+#include "app/start_up.h"
 #include "dialog/filter_bar.h"
 #include "dialog/find_replace_form.h"
 #include "dialog/save_bar.h"
@@ -52,8 +53,9 @@ QString PictureName(int tab, const QString& caption) {
 
 class Photographer {
  public:
-  Photographer(SettingsForm& form, FlowDatabase& other, std::filesystem::path folder)
-      : form_(form), other_(other), folder_(std::move(folder)) {}
+  Photographer(SettingsForm& form, FlowDatabase& other, Registry& registry,
+               std::filesystem::path folder)
+      : form_(form), other_(other), registry_(registry), folder_(std::move(folder)) {}
 
   // False when a picture could not be written.
   bool TakeAll() {
@@ -72,6 +74,9 @@ class Photographer {
     TakeProgress();
     TakeUnreadable();
     TakeFailures();
+    TakeSystemRows();
+    TakeRegrouping();
+    TakeStart();
     return good_;
   }
 
@@ -121,8 +126,9 @@ class Photographer {
   }
   // Takes the message that `action` shows and answers it, by default with the most cautious answer.
   void TakeMessage(const QString& name, const std::function<void()>& action,
-                   QMessageBox::StandardButton answer = QMessageBox::NoButton) {
-    QTimer::singleShot(0, &form_, [&] {
+                   QMessageBox::StandardButton answer = QMessageBox::NoButton,
+                   const std::function<void()>& before_the_next = {}) {
+    QTimer::singleShot(0, &form_, [this, name, answer, before_the_next] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr) {
         std::cerr << "No message for " << ToUtf8(name) << '\n';
@@ -130,6 +136,7 @@ class Photographer {
         return;
       }
       Take(*box, name);
+      if (before_the_next) before_the_next();
       if (answer == QMessageBox::NoButton) {
         box->close();
       } else {
@@ -350,6 +357,43 @@ class Photographer {
     other_.Execute("ALTER TABLE Elsewhere RENAME TO FlowEngines");
   }
 
+  void TakeSystemRows() {
+    Press("CmdApply", form_);
+    Tabs().setCurrentIndex(0);
+    auto* table = Tabs().currentWidget()->findChild<GridView*>();
+    table->setCurrentIndex(table->model()->index(0, 1));
+    const auto warning = QStringLiteral("26-system-port-stays");
+    TakeMessage(
+        QStringLiteral("26-delete-system-port"), [&] { Press("cmdDeletePort", form_); },
+        QMessageBox::Yes, [&] { TakeMessage(warning, [] {}); });
+  }
+
+  void TakeRegrouping() {
+    Toggle(1, 0, 0);
+    TakeMessage(QStringLiteral("27-regrouping"), [&] { Press("CmdApply", form_); });
+  }
+
+  // What a start shows that fails: without a wizard, and without a connection file.
+  void TakeStart() {
+    const std::filesystem::path nowhere = folder_ / "nowhere";
+    const DiskFiles files;
+    FlowDatabase database(files, nowhere, ado::InstalledDrivers(nowhere));
+    Registry empty(nowhere, nowhere, RegistryAccess::kReadOnly);
+    const SystemClock clock;
+    const auto locale = text::UserLocale::FromEnvironment();
+    QtDesktop desktop;
+    QtMessageBox messages;
+    for (Registry* registry : {&empty, &registry_}) {
+      const Settings settings(*registry, database, desktop, clock, locale);
+      TakeMessage(registry == &empty ? QStringLiteral("28-no-wizard")
+                                     : QStringLiteral("29-no-connection-file"),
+                  [&] {
+                    StartUp({nowhere, *registry, settings, database, files, desktop, messages,
+                             [](const auto&) {}, [] {}, [](std::string_view) {}});
+                  });
+    }
+  }
+
   void TakeProgress() {
     SaveProgress& progress = form_.findChild<SaveBar*>()->Progress();
     const SaveProgress::Work work(progress);
@@ -369,6 +413,7 @@ class Photographer {
 
   SettingsForm& form_;
   FlowDatabase& other_;
+  Registry& registry_;
   std::filesystem::path folder_;
   bool good_ = true;
 };
@@ -392,7 +437,7 @@ int Run(const std::filesystem::path& program_folder, const std::filesystem::path
       {settings, registry, database, files, desktop, messages, printers, clock, locale, {}, [] {}});
   form.show();
   std::filesystem::create_directories(folder);
-  return Photographer(form, other, folder).TakeAll() ? 0 : 1;
+  return Photographer(form, other, registry, folder).TakeAll() ? 0 : 1;
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <QTabBar>
 
 #include "dialog/dialog_fixture.h"
+#include "platform/qt/color_scheme.h"
 
 namespace quillan {
 namespace {
@@ -195,6 +196,25 @@ TEST_F(SettingsFormTest, EveryCaptionFitsItsButtonInEveryFont) {
     }
   }
   QApplication::setFont(usual);
+}
+
+TEST_F(SettingsFormTest, TheOpenWindowFollowsAChangeOfColors) {
+  Open();
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+  const auto dot = [&] {
+    const QImage icon = Find<QTabWidget>("Tabs")->tabIcon(4).pixmap(8).toImage();
+    return icon.pixelColor(icon.width() / 2, icon.height() / 2);
+  };
+  const auto window = [&] { return form_->grab().toImage().pixelColor(1, 1); };
+  const QColor light_dot = dot();
+  SetColorScheme(ColorScheme::kDark);
+  QApplication::processEvents();
+  EXPECT_LT(window().lightness(), 100);
+  EXPECT_GE(Contrast(dot(), window()), 4.5);
+  SetColorScheme(ColorScheme::kLight);
+  QApplication::processEvents();
+  EXPECT_GT(window().lightness(), 200);
+  EXPECT_EQ(dot(), light_dot);
 }
 
 TEST_F(SettingsFormTest, HelpNeedsToKnowItsServer) {
