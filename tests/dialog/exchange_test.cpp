@@ -158,6 +158,7 @@ TEST_F(ExchangeTest, WhatTheListShowsIsExportedAndPrinted) {
   Export("PRINTER");
   EXPECT_EQ(printers_.jobs.size(), 1U);
   EXPECT_THAT(messages_.messages.back().text, StartsWith("You do not have a Printer installed."));
+  EXPECT_EQ(messages_.messages.back().icon, MessageIcon::kCritical);
 }
 
 TEST_F(ExchangeTest, TheMenuOffersWhatIsPossible) {
