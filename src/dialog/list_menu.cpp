@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
@@ -34,6 +35,14 @@ std::string ReadTable(const QString& file) {
     reason = error.what();
   }
   throw std::runtime_error("Cannot read " + path + ": " + reason);
+}
+
+// Opens the context menu of what has the focus, as the Menu key does, which many keyboards lack.
+void OpenByKey() {
+  QWidget* focus = QApplication::focusWidget();
+  const QPoint place = focus->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, place, focus->mapToGlobal(place));
+  QApplication::sendEvent(focus, &event);
 }
 
 }  // namespace
@@ -68,6 +77,9 @@ void ListMenu::AddTo(QWidget& area) {
     const auto* scrolls = qobject_cast<QAbstractScrollArea*>(&area);
     popup((scrolls != nullptr ? scrolls->viewport() : &area)->mapToGlobal(place));
   });
+  auto* key = new QShortcut(Qt::SHIFT | Qt::Key_F10, &area);
+  key->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(key, &QShortcut::activated, this, &OpenByKey);
 }
 
 QAction* ListMenu::AddAction(const char* name, const QString& caption, void (ListMenu::*run)(),

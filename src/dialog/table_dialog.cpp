@@ -65,8 +65,9 @@ void TableDialog::SetRows(const std::vector<QStringList>& rows) {
       table_->setItem(row, column, item);
     }
   }
-  table_->resizeColumnsToContents();
-  for (int column = 0; column < table_->columnCount(); ++column) {
+  // The last column takes what the others leave.
+  for (int column = 0; column + 1 < table_->columnCount(); ++column) {
+    table_->resizeColumnToContents(column);
     table_->setColumnWidth(column, std::min(table_->columnWidth(column), ToPixels(kWidestColumn)));
   }
 }

@@ -1,7 +1,6 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QTableWidget>
 
@@ -37,10 +36,10 @@ class ExchangeTest : public test::DialogTest {
     QTest::keyClicks(Find<QLineEdit>("FilterText", list_), QLatin1String(words));
     table_->setFocus();
   }
-  // The entries of the menu that the Menu key opens, those that are grayed in brackets.
+  // The entries of the menu that a key opens, those that are grayed in brackets.
   std::vector<std::string> Entries(QWidget* focus) {
-    QContextMenuEvent key(QContextMenuEvent::Keyboard, {5, 5}, focus->mapToGlobal(QPoint(5, 5)));
-    QApplication::sendEvent(focus, &key);
+    focus->setFocus();
+    QTest::keyClick(focus, Qt::Key_F10, Qt::ShiftModifier);
     EXPECT_TRUE(menu_->isVisible());
     std::vector<std::string> entries;
     for (const QAction* action : menu_->actions()) {
@@ -159,6 +158,7 @@ TEST_F(ExchangeTest, WhatTheListShowsIsExportedAndPrinted) {
   Export("PRINTER");
   EXPECT_EQ(printers_.jobs.size(), 1U);
   EXPECT_THAT(messages_.messages.back().text, StartsWith("You do not have a Printer installed."));
+  EXPECT_EQ(messages_.messages.back().icon, MessageIcon::kCritical);
 }
 
 TEST_F(ExchangeTest, TheMenuOffersWhatIsPossible) {

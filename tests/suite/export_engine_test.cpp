@@ -216,16 +216,5 @@ TEST_F(ExportEngineTest, AnArrayKeepsItsFirstItemAsTheTemplate) {
   EXPECT_THAT(log_, testing::Not(testing::Contains("Items.Unload 1")));
 }
 
-TEST_F(ExportEngineTest, AMissingPrinterIsReportedUnderTheProgramsName) {
-  EXPECT_FALSE(export_.NoPrinters());
-  EXPECT_THAT(boxes_.messages, IsEmpty());
-  printers_.installed = false;
-  EXPECT_TRUE(export_.NoPrinters());
-  ASSERT_EQ(boxes_.messages.size(), 1U);
-  EXPECT_EQ(boxes_.messages[0].title, "Quillan");
-  EXPECT_EQ(boxes_.messages[0].icon, MessageIcon::kCritical);
-  EXPECT_THAT(boxes_.messages[0].text, testing::StartsWith("You do not have a Printer installed."));
-}
-
 }  // namespace
 }  // namespace quillan

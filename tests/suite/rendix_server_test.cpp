@@ -120,22 +120,13 @@ TEST_F(RendixServerTest, TheUserChoosesTheFileOrCancels) {
   EXPECT_TRUE(std::filesystem::exists(choice_));
 }
 
-TEST_F(RendixServerTest, PrintingPassesThePageToThePrinters) {
-  export_.Title = "Ports";
+TEST_F(RendixServerTest, MethodsAreListedByKindAndPrintAsTheOptionsSay) {
+  EXPECT_THAT(export_.ExportMethods(kTextItems), ElementsAre("TXT", "HTML", "PRINTER", "PREVIEW"));
   export_.DefaultPrinter = "laser";
   export_.Orientation = 2;
-  EXPECT_TRUE(export_.PrintTable(table_, false));
-  EXPECT_TRUE(export_.PrintText("t", true));
-  const auto& [first, second] = std::tie(printers_.jobs.at(0), printers_.jobs.at(1));
-  EXPECT_EQ(first.title, "Ports");
-  EXPECT_EQ(first.printer, "laser");
-  EXPECT_TRUE(first.landscape && !first.preview);
-  EXPECT_TRUE(second.preview && !second.landscape);
-}
-
-TEST_F(RendixServerTest, MethodsAreListedByKind) {
-  EXPECT_THAT(export_.ExportMethods(kTableItems),
-              ElementsAre("CSV", "TXT", "HTML", "PRINTER", "PREVIEW"));
+  EXPECT_TRUE(export_.PrintText("t", false));
+  EXPECT_EQ(printers_.jobs.at(0).printer, "laser");
+  EXPECT_TRUE(printers_.jobs[0].landscape && !printers_.jobs[0].preview);
 }
 
 TEST_F(RendixServerTest, WhatItCannotDoIsAnErrorThatLeavesFilesAlone) {
