@@ -153,11 +153,13 @@ class SuiteServer {
       return true;
     }
     std::vector<TdsReply::Column> described;
+    described.reserve(static_cast<size_t>(columns));
     for (int i = 0; i < columns; ++i) described.push_back(Describe(prepared, i));
     if (result == SQLITE_ROW || result == SQLITE_DONE) reply.Columns(described);
     std::uint64_t rows = 0;
     for (; result == SQLITE_ROW; result = sqlite3_step(prepared), ++rows) {
       std::vector<TdsReply::Value> values;
+      values.reserve(described.size());
       for (int i = 0; i < columns; ++i) {
         values.push_back(ValueOf(prepared, i, described[static_cast<size_t>(i)].type));
       }

@@ -269,7 +269,8 @@ class TdsServer {
           value = "N'" + text::ReplaceAll(FromUtf16(take(size)), "'", "''") + "'";
         }
       }
-      arguments += (arguments.empty() ? " " : ", ") + (name.empty() ? "" : name + "=") + value;
+      arguments += arguments.empty() ? " " : ", ";
+      arguments.append(name).append(name.empty() ? "" : "=").append(value);
     }
     if (!numbered && procedure != "sp_executesql") return "exec " + procedure + arguments;
     // The first is the statement, the second one declares the others, @P1 and so on.
