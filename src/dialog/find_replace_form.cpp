@@ -105,7 +105,7 @@ void FindReplaceForm::LayOut() {
   }
 }
 
-void FindReplaceForm::Open() {
+void FindReplaceForm::ShowWindow() {
   if (!isVisible()) {
     // In the corner over the list's buttons, where it covers few rows.
     adjustSize();
@@ -132,7 +132,7 @@ bool FindReplaceForm::eventFilter(QObject* watched, QEvent* event) {
 
 bool FindReplaceForm::Begin() {
   if (find_->text().isEmpty()) {
-    Open();
+    ShowWindow();
     return false;
   }
   table_.CommitEdit();
@@ -165,7 +165,7 @@ void FindReplaceForm::ReplaceAll() {
 
 void FindReplaceForm::ShowFound(SearchResult result, bool up) {
   // Nothing else would tell that the key did nothing.
-  if (result == SearchResult::kNotFound && !isVisible()) Open();
+  if (result == SearchResult::kNotFound && !isVisible()) ShowWindow();
   switch (result) {
     case SearchResult::kNotFound:
       return result_->setText(tr("Not found."));

@@ -22,7 +22,7 @@ class FindReplaceForm final : public QDialog {
   FindReplaceForm(CheckableList& list, GridView& table, QWidget* parent);
 
   /// Shows the window and lets the user type what to find.
-  void Open();
+  void ShowWindow();
   /// Goes to the next or the previous row that contains the text; opens the window while there is
   /// nothing to find.
   void FindNext();

@@ -78,7 +78,7 @@ void ListControl::AddSearchKeys() {
       (search_->*action)();
     });
   };
-  add_key(Qt::CTRL | Qt::Key_H, &FindReplaceForm::Open);
+  add_key(Qt::CTRL | Qt::Key_H, &FindReplaceForm::ShowWindow);
   add_key(Qt::Key_F3, &FindReplaceForm::FindNext);
   add_key(Qt::SHIFT | Qt::Key_F3, &FindReplaceForm::FindPrevious);
 }
