@@ -152,14 +152,15 @@ void FindReplaceForm::Replace() {
   if (!Begin()) return;
   const SearchResult result = search_.ReplaceNext();
   if (result == SearchResult::kNotFound) return ShowFound(result, false);
-  ShowReplaced(
-      1, result == SearchResult::kFoundFromOtherEnd ? tr("Continued at the top.") : QString());
+  ShowReplaced(search_.TooLong().empty() ? 1 : 0, result == SearchResult::kFoundFromOtherEnd
+                                                      ? tr("Continued at the top.")
+                                                      : QString());
 }
 
 void FindReplaceForm::ReplaceAll() {
   if (!Begin()) return;
   const int rows = search_.ReplaceAll();
-  if (rows == 0) return ShowFound(SearchResult::kNotFound, false);
+  if (rows == 0 && search_.TooLong().empty()) return ShowFound(SearchResult::kNotFound, false);
   ShowReplaced(rows, {});
 }
 
@@ -179,6 +180,9 @@ void FindReplaceForm::ShowFound(SearchResult result, bool up) {
 void FindReplaceForm::ShowReplaced(int rows, const QString& remark) {
   QString text = rows == 1 ? tr("Replaced 1 description.")
                            : tr("Replaced %1 descriptions.").arg(QLocale().toString(rows));
+  const QString too_long = ToQString(search_.TooLong());
+  if (rows == 0) text = tr("Replaced nothing.");
+  if (!too_long.isEmpty()) text += tr(" Others stay as they are: %1").arg(too_long);
   if (!remark.isEmpty()) text += QLatin1Char(' ') + remark;
   result_->setText(text);
 }

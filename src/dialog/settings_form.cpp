@@ -71,7 +71,7 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
   add_key(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, [this] { tabs_->SelectNext(-1); });
   add_key(Qt::CTRL | Qt::Key_R, &SettingsForm::Review);
   connect(save_bar_, &SaveBar::ReviewRequested, this, &SettingsForm::Review);
-  RestoreColumns();
+  RestoreLists();
   OpenAtComfortableSize();
   Sync();
   save_bar_->ShowNote(ToQString(services_.database.ConnectionNote()));
@@ -135,7 +135,7 @@ void SettingsForm::OpenAtComfortableSize() {
   resize(opened_size_);
 }
 
-void SettingsForm::RestoreColumns() {
+void SettingsForm::RestoreLists() {
   for (ListControl* list : tabs_->findChildren<ListControl*>()) {
     const std::string name = ToUtf8(list->objectName());
     std::map<int, int> widths;
@@ -147,6 +147,9 @@ void SettingsForm::RestoreColumns() {
       for (const auto& [column, pixels] : table.DrawnWidths()) drawn[column] = ToTwips(pixels);
       view_.SetColumnWidths(name, drawn);
     });
+    if (const auto shown = view_.StripShown()) list->ShowStrip(*shown);
+    connect(list, &ListControl::StripToggled, this,
+            [this](bool shown) { view_.SetStripShown(shown); });
   }
 }
 

@@ -54,7 +54,7 @@ class SettingsForm final : public QDialog {
  private:
   void AddButtons();
   void OpenAtComfortableSize();
-  void RestoreColumns();
+  void RestoreLists();
   void RememberView();
   SaveResult Save();
   void Review();

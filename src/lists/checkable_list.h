@@ -183,7 +183,7 @@ class CheckableList : public GridListener {
   std::string edit_start_text_;
   std::vector<std::string_view> loaded_texts_;  // Of rows whose text was edited.
   text::StringArena loaded_arena_;              // Holds them.
-  std::vector<int> max_lengths_;  // By column, once the rows have been read.
+  std::vector<int> max_lengths_;                // By column, once the rows have been read.
   std::string load_error_;
   std::string conflict_error_;
   int pending_count_ = 0;      // In the grid.

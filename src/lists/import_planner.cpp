@@ -3,7 +3,7 @@
 #include <map>
 
 #include "lists/list_changes.h"
-#include "platform/text/encoding.h"
+#include "lists/refusal.h"
 
 namespace quillan {
 namespace {
@@ -42,7 +42,8 @@ class Planner {
       line.end = record.end;
       line.name = record.name.value_or("");
       auto key = rules_.ReadKey(record, line);
-      if (record.fault.empty()) record.fault = RefuseName(record.name.value_or(""));
+      if (record.fault.empty())
+        record.fault = RefuseDescription(record.name.value_or(""), longest_name_);
       if (!record.fault.empty()) line.reason = record.fault;
       plan_.lines.push_back(std::move(line));
       candidates_.push_back({std::move(record), key});
@@ -57,16 +58,6 @@ class Planner {
   int RowOf(const ImportKey& key) const {
     const auto place = rows_.find(key);
     return place == rows_.end() ? 0 : place->second;
-  }
-
-  // Why the database cannot take the description. It counts UTF-16 units, as its columns do.
-  std::string RefuseName(std::string_view name) const {
-    const auto longest = static_cast<size_t>(longest_name_);
-    if (longest == 0 || name.size() <= longest) return {};
-    const size_t length = text::Utf8ToUtf16(name).size();
-    if (length <= longest) return {};
-    return "The description has " + std::to_string(length) + " characters; the database takes " +
-           std::to_string(longest) + ".";
   }
 
   // The row of a refused line stays: the file has it, if not in a form that can be used.

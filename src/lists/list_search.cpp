@@ -1,5 +1,9 @@
 #include "lists/list_search.h"
 
+#include <utility>
+
+#include "lists/refusal.h"
+
 namespace quillan {
 
 ListSearch::ListSearch(CheckableList& list) : list_(list) {
@@ -12,7 +16,16 @@ ListSearch::ListSearch(CheckableList& list) : list_(list) {
     return grid.RowData(row).state == static_cast<std::int8_t>(RowState::kDeleted);
   });
   context_.SetReplacedHandler(
-      [this](int row, int /*column*/, std::string_view before) { list_.MarkEdited(row, before); });
+      [this](int row, int column, std::string_view before) { OnReplaced(row, column, before); });
+}
+
+void ListSearch::OnReplaced(int row, int column, std::string_view before) {
+  Grid& grid = list_.Table();
+  std::string reason = RefuseDescription(grid.Text(row, column), list_.MaxLength(column));
+  if (reason.empty()) return list_.MarkEdited(row, before);
+  grid.SetText(row, column, before);
+  too_long_ = std::move(reason);
+  ++left_rows_;
 }
 
 void ListSearch::SetTexts(std::string_view find, std::string_view replace, bool match_case) {
@@ -36,6 +49,7 @@ SearchResult ListSearch::FindPrevious() {
 SearchResult ListSearch::ReplaceNext() {
   Grid& grid = list_.Table();
   const int done = grid.CurrentRow() == replaced_row_ ? replaced_row_ : 0;
+  too_long_.clear();
   replaced_row_ = 0;
   SearchResult result = SearchResult::kFound;
   {
@@ -54,6 +68,8 @@ SearchResult ListSearch::ReplaceNext() {
 
 int ListSearch::ReplaceAll() {
   replaced_row_ = 0;
+  left_rows_ = 0;
+  too_long_.clear();
   int rows = 0;
   {
     const CheckableList::Edit edit(list_);
@@ -61,7 +77,7 @@ int ListSearch::ReplaceAll() {
     rows = context_.ReplaceAll();
   }
   if (rows > 0) ShowCurrent();
-  return rows;
+  return rows - left_rows_;
 }
 
 SearchResult ListSearch::Find(bool up) {

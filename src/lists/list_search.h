@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "lists/checkable_list.h"
@@ -34,14 +35,20 @@ class ListSearch {
   SearchResult ReplaceNext();
   /// Replaces in every row; these become the selected ones. Returns their number.
   int ReplaceAll();
+  /// Why rows in which the last call would have replaced are as they were: the database does not
+  /// take so long a description. Empty when there are none.
+  const std::string& TooLong() const { return too_long_; }
 
  private:
   SearchResult Find(bool up);
   bool Restart(const char* direction);
   void ShowCurrent();
+  void OnReplaced(int row, int column, std::string_view before);
 
   CheckableList& list_;
   SearchContext context_;
+  std::string too_long_;
+  int left_rows_ = 0;     // For which `too_long_` holds.
   int replaced_row_ = 0;  // By the last call, if that was `ReplaceNext`.
 };
 

@@ -73,6 +73,17 @@ TEST_F(ListSearchTest, ReplacedRowsArePendingEditsThatCanBeReverted) {
   EXPECT_EQ(search_.ReplaceAll(), 0);
 }
 
+TEST_F(ListSearchTest, ADescriptionThatWouldBeTooLongForTheDatabaseStays) {
+  const std::string name = "net " + std::string(250, 'x');
+  Edit(list_, 1, kGroupNameColumn, name.c_str());
+  EXPECT_EQ(search_.ReplaceAll(), 2);
+  EXPECT_EQ(search_.TooLong(), "The description has 257 characters; the database takes 255.");
+  EXPECT_THAT(Names(), ElementsAre(name, "other", "subnet three", "net four", "subnet five"));
+  search_.SetTexts("three", "3", false);
+  EXPECT_EQ(search_.ReplaceAll(), 1);
+  EXPECT_EQ(search_.TooLong(), "");
+}
+
 TEST_F(ListSearchTest, ReplacingRowByRowTakesEachOnceThoughItStillContainsTheText) {
   using enum SearchResult;
   list_.Table().SelectOnly(2, 1);
