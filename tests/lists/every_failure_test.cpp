@@ -156,6 +156,11 @@ TEST_P(EveryFailureTest, WhatASaveCouldNotWriteIsPendingAndTheNextSaveWritesIt) 
       ASSERT_NE(place, whole.end()) << "not in its order: " << statement;
       ++place;
     }
+    for (const PendingRow& row : ports_.Pending()) {
+      if (row.name != "443" || row.row == 0 || GetParam().after_the_call) continue;
+      ASSERT_THAT(row.values, testing::SizeIs(1));
+      EXPECT_EQ(row.values[0].from + ">" + row.values[0].to, "https>tls");
+    }
     const int pending = Pending();
     const int calls = calls_;
     FailAt(0);
