@@ -9,7 +9,6 @@
 
 #include <chrono>
 #include <string>
-#include <vector>
 
 #include "registry/atomic_file.h"
 #include "support/temporary_folder.h"
@@ -111,37 +110,6 @@ TEST(RegistryStoreTest, ALockThatIsNeverReleasedDelaysAllWritesTogetherByLessTha
   }
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{2});
   EXPECT_TRUE(store.WriteString(kKey, "a", "1"));
-}
-
-TEST(RegistryStoreTest, ProgramsThatWriteAtTheSameTimeKeepEachOthersValues) {
-  const test::TemporaryFolder folder;
-  std::vector<pid_t> programs;
-  for (int program = 0; program < 100; program += 25) {
-    programs.push_back(fork());
-    ASSERT_GE(programs.back(), 0);
-    if (programs.back() != 0) continue;
-    RegistryStore store(folder / "registry.reg");
-    bool written = true;
-    for (int value = program; value < program + 25; ++value) {
-      written = store.WriteString(kKey, std::to_string(value), "1") && written;
-    }
-    _exit(written ? 0 : 1);
-  }
-  // Every reading in between finds a whole file: a value that was there does not go away.
-  const RegistryStore store(folder / "registry.reg");
-  bool seen = false;
-  for (const pid_t program : programs) {
-    int status = 0;
-    while (waitpid(program, &status, WNOHANG) == 0) {
-      const bool found = store.ReadString(kKey, "0").has_value();
-      EXPECT_TRUE(found || !seen);
-      seen = found;
-    }
-    EXPECT_EQ(status, 0);
-  }
-  for (int value = 0; value < 100; ++value) {
-    EXPECT_EQ(store.ReadString(kKey, std::to_string(value)), "1");
-  }
 }
 
 }  // namespace
