@@ -242,27 +242,43 @@ Comparison CompareReplaceAll(std::size_t size, bool match_case, Find find) {
 
 // --- Importing ---------------------------------------------------------------------------------
 
-// How many of the lines "start,end,name" have a range that is not nested with another one.
-std::size_t CountAccepted(const std::string& file) {
-  std::vector<std::pair<std::uint32_t, std::uint32_t>> ranges;
-  std::vector<std::string> names;
+// A line "start,end,name" as a preview shows it.
+struct PlainLine {
+  std::string start;
+  std::string end;
+  std::string name;
+  bool accepted = false;
+};
+
+// Accepts the lines whose range is not nested with another one.
+std::vector<PlainLine> PlanPlainly(const std::string& file) {
+  struct NumberedRange {
+    std::uint32_t start;
+    std::uint32_t end;
+    std::size_t line;
+  };
+  std::vector<PlainLine> lines;
+  std::vector<NumberedRange> ranges;
   for (std::size_t at = 0; at < file.size();) {
     const std::size_t first = file.find(',', at);
     const std::size_t second = file.find(',', first + 1);
     const std::size_t end = file.find("\r\n", second);
-    ranges.emplace_back(ParseAddress(file.substr(at, first - at)),
-                        ParseAddress(file.substr(first + 1, second - first - 1)));
-    names.push_back(file.substr(second + 1, end - second - 1));
+    PlainLine& line = lines.emplace_back();
+    line.start = file.substr(at, first - at);
+    line.end = file.substr(first + 1, second - first - 1);
+    line.name = file.substr(second + 1, end - second - 1);
+    ranges.push_back({ParseAddress(line.start), ParseAddress(line.end), ranges.size()});
     at = end + 2;
   }
-  std::sort(ranges.begin(), ranges.end());
-  std::size_t accepted = 0;
+  std::sort(ranges.begin(), ranges.end(), [](const NumberedRange& a, const NumberedRange& b) {
+    return std::pair(a.start, a.end) < std::pair(b.start, b.end);
+  });
   std::uint32_t reached = 0;
-  for (const auto& [start, end] : ranges) {
-    if (end > reached) ++accepted;
-    reached = std::max(reached, end);
+  for (const NumberedRange& range : ranges) {
+    lines[range.line].accepted = range.end > reached;
+    reached = std::max(reached, range.end);
   }
-  return accepted;
+  return lines;
 }
 
 // Plans the import of a file into an empty list. Yardstick: split, inet_pton, sort, sweep.
@@ -272,16 +288,30 @@ Comparison CompareImport(std::size_t size) {
     *file += DottedQuad(range.start) + "," + DottedQuad(range.end) + ",name\r\n";
   }
   const auto loaded = std::make_shared<LoadedList>(Groups(0), &Program::GroupList);
-  const auto ours = std::make_shared<int>();
-  const auto plain = std::make_shared<std::size_t>();
-  return {
-      {nullptr,
-       [=] {
-         auto& list = static_cast<EditableList&>(*loaded->list);
-         *ours = list.PlanImport(*file, ImportMode::kMerge).Count(ImportVerdict::kNew);
-       },
-       [=] { return std::to_string(*ours); }},
-      {nullptr, [=] { *plain = CountAccepted(*file); }, [=] { return std::to_string(*plain); }}};
+  const auto ours = std::make_shared<ImportPlan>();
+  const auto plain = std::make_shared<std::vector<PlainLine>>();
+  return {{[=] { *ours = {}; },
+           [=] {
+             auto& list = static_cast<EditableList&>(*loaded->list);
+             *ours = list.PlanImport(*file, ImportMode::kMerge);
+           },
+           [=] {
+             Checksum sum;
+             for (const ImportLine& line : ours->lines) {
+               for (const std::string& text : {line.key, line.end, line.name}) sum.Add(text);
+               sum.Add(line.verdict == ImportVerdict::kNew ? 1U : 0U);
+             }
+             return sum.Text();
+           }},
+          {[=] { plain->clear(); }, [=] { *plain = PlanPlainly(*file); },
+           [=] {
+             Checksum sum;
+             for (const PlainLine& line : *plain) {
+               for (const std::string& text : {line.start, line.end, line.name}) sum.Add(text);
+               sum.Add(line.accepted ? 1U : 0U);
+             }
+             return sum.Text();
+           }}};
 }
 
 // --- Looking for a nested range ----------------------------------------------------------------

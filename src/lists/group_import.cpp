@@ -56,16 +56,16 @@ class GroupImport final : public ImportRules {
   }
 
   std::optional<ImportKey> ReadKey(const ImportRecord& record, ImportLine& line) const override {
-    const auto parsed =
+    auto parsed =
         ParseAddressRange(record.end.empty() ? record.key : record.key + "-" + record.end);
     if (const auto* reason = std::get_if<std::string>(&parsed)) {
       line.reason = *reason;
       return std::nullopt;
     }
-    const auto& range = std::get<AddressRange>(parsed);
-    line.key = range.start;
-    line.end = range.end;
-    line.reason = range.note;
+    auto& range = std::get<AddressRange>(parsed);
+    line.key = std::move(range.start);
+    line.end = std::move(range.end);
+    line.reason = std::move(range.note);
     return ImportKey{range.start_value, range.end_value};
   }
 

@@ -1,6 +1,7 @@
 #include "lists/import_planner.h"
 
-#include <map>
+#include <functional>
+#include <unordered_map>
 
 #include "lists/list_changes.h"
 #include "lists/refusal.h"
@@ -14,8 +15,17 @@ bool IsDeleted(const Grid& grid, int row) {
 
 // One line with what is known of it while the plan is made.
 struct Candidate {
-  ImportRecord record;
   std::optional<ImportKey> key;
+  bool has_name;
+  std::optional<bool> enabled;
+  bool usable;
+};
+
+struct KeyHash {
+  size_t operator()(const ImportKey& key) const {
+    const std::hash<double> hash;
+    return hash(key.first) * 31 + hash(key.second);
+  }
 };
 
 class Planner {
@@ -35,18 +45,24 @@ class Planner {
   }
 
   ImportPlan Plan(std::vector<ImportRecord> records, ImportMode mode) {
+    plan_.lines.reserve(records.size());
+    candidates_.reserve(records.size());
+    lines_.reserve(records.size());
     for (ImportRecord& record : records) {
-      ImportLine line;
+      ImportLine& line = plan_.lines.emplace_back();
       line.line = record.line;
-      line.key = record.key;
-      line.end = record.end;
-      line.name = record.name.value_or("");
-      auto key = rules_.ReadKey(record, line);
-      if (record.fault.empty())
-        record.fault = RefuseDescription(record.name.value_or(""), longest_name_);
-      if (!record.fault.empty()) line.reason = record.fault;
-      plan_.lines.push_back(std::move(line));
-      candidates_.push_back({std::move(record), key});
+      const auto key = rules_.ReadKey(record, line);
+      if (!key) {
+        line.key = std::move(record.key);
+        line.end = std::move(record.end);
+      }
+      const bool has_name = record.name.has_value();
+      if (has_name) line.name = std::move(*record.name);
+      std::string fault = std::move(record.fault);
+      if (fault.empty()) fault = RefuseDescription(line.name, longest_name_);
+      const bool usable = key && fault.empty();
+      if (!fault.empty()) line.reason = std::move(fault);
+      candidates_.push_back({key, has_name, record.enabled, usable});
     }
     if (mode == ImportMode::kReplace) DeleteMissingRows();
     if (!PrepareRules()) return std::move(plan_);
@@ -97,7 +113,7 @@ class Planner {
   }
 
   void Judge(const Candidate& candidate, ImportLine& line) {
-    if (!candidate.key || !candidate.record.fault.empty()) return;
+    if (!candidate.usable) return;
     const auto seen = lines_.find(*candidate.key);
     if (seen != lines_.end()) {
       line.reason = "Line " + std::to_string(seen->second) + " has the same key.";
@@ -112,16 +128,16 @@ class Planner {
         return;
       }
     }
-    lines_[*candidate.key] = line.line;
+    lines_.emplace(*candidate.key, line.line);
     if (line.row == 0) {
       line.verdict = ImportVerdict::kNew;
-      line.enabled = candidate.record.enabled.value_or(true);
+      line.enabled = candidate.enabled.value_or(true);
       return;
     }
     const std::string_view name = grid_.Text(line.row, name_column_);
     const bool enabled = grid_.Check(line.row, 0) != CheckState::kUnchecked;
-    line.name = candidate.record.name.value_or(std::string(name));
-    line.enabled = candidate.record.enabled.value_or(enabled);
+    if (!candidate.has_name) line.name = name;
+    line.enabled = candidate.enabled.value_or(enabled);
     const bool same = stays && line.name == name && line.enabled == enabled;
     line.verdict = same ? ImportVerdict::kUnchanged : ImportVerdict::kChanged;
   }
@@ -132,8 +148,8 @@ class Planner {
   int longest_name_;  // 0: no limit.
   ImportPlan plan_;
   std::vector<Candidate> candidates_;
-  std::map<ImportKey, int> rows_;   // Of the list.
-  std::map<ImportKey, int> lines_;  // Accepted so far.
+  std::unordered_map<ImportKey, int, KeyHash> rows_;   // Of the list.
+  std::unordered_map<ImportKey, int, KeyHash> lines_;  // Accepted so far.
 };
 
 }  // namespace
