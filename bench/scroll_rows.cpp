@@ -68,8 +68,16 @@ class PlainModel final : public QAbstractTableModel {
   std::vector<Row> rows_;  // The header first.
 };
 
-// Scrolls a view, which shows what `keep` holds, by a page and paints it.
-Side Scrolling(const std::shared_ptr<GridView>& view, const std::shared_ptr<void>& keep) {
+// A view and what it shows, which must outlive it.
+struct ShownGrid {
+  std::shared_ptr<void> grid;
+  std::shared_ptr<GridView> view;
+};
+
+// Scrolls a view, which shows what `grid` holds, by a page and paints it.
+Side Scrolling(const std::shared_ptr<GridView>& shown_by, const std::shared_ptr<void>& grid) {
+  const auto shown = std::make_shared<ShownGrid>(ShownGrid{grid, shown_by});
+  const std::shared_ptr<GridView> view(shown, shown_by.get());
   view->resize(kViewSize);
   view->show();
   return {[=] {
@@ -83,7 +91,7 @@ Side Scrolling(const std::shared_ptr<GridView>& view, const std::shared_ptr<void
             bar.setValue(bar.value() + bar.pageStep());
             view->viewport()->repaint();
           },
-          [=, keep = keep] {
+          [=] {
             const QImage picture =
                 view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
             Checksum sum;
