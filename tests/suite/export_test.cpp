@@ -1,19 +1,25 @@
-#include "suite/export_engine.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
+#include <tuple>
 
+#include "suite/export_engine.h"
+#include "suite/grid_table.h"
+#include "suite/rendix_server.h"
 #include "support/fakes.h"
+#include "support/temporary_folder.h"
 
 namespace quillan {
 namespace {
 
 using automation::ObjectRef;
 using automation::Value;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 std::string Show(const Value& value) {
   if (const auto* truth = std::get_if<bool>(&value)) return *truth ? "yes" : "no";
@@ -109,17 +115,15 @@ TEST_F(ExportEngineTest, ExportAndSendChoosesTheFormByTheWayItIsSent) {
   const Member table = [&](const auto& to) { return export_.ExportAndSendTable(item, to); };
   const Member map = [&](const auto& to) { return export_.ExportAndSendMap(item, to); };
   const Member text = [&](const auto& to) { return export_.ExportAndSendText("t", to); };
-  struct Row {
+  const struct {
     Member send;
     const char *send_to, *file_format;          // As the caller gives them.
     const char *call, *pushed_format, *select;  // As the engine receives them.
-  };
-  for (const Row& row : {
-           Row{table, "Excel.exe", "", "ExportTable HTML object", "HTML", "yes"},
-           Row{map, "MAILCONTENT", "GIF", "ExportMap HTML object", "MHTML", "no"},
-           Row{text, "a", "", "ExportText txt t", "txt", "yes"},
-           Row{text, "x.mapimail", "html", "ExportText MHTML t", "MHTML", "yes"},
-       }) {
+  } rows[] = {{table, "Excel.exe", "", "ExportTable HTML object", "HTML", "yes"},
+              {map, "MAILCONTENT", "GIF", "ExportMap HTML object", "MHTML", "no"},
+              {text, "a", "", "ExportText txt t", "txt", "yes"},
+              {text, "x.mapimail", "html", "ExportText MHTML t", "MHTML", "yes"}};
+  for (const auto& row : rows) {
     engine_->answers = {{row.call, true}, {"SendTo", true}};
     log_.clear();
     export_.FileFormat = row.file_format;
@@ -136,6 +140,12 @@ TEST_F(ExportEngineTest, ExportAndSendChoosesTheFormByTheWayItIsSent) {
   engine_->answers = {{"ExportText", false}};
   EXPECT_FALSE(export_.ExportAndSendText("t", "a"));
   EXPECT_THAT(Calls(), ElementsAre("Engine.ExportText txt t"));
+  for (const int kind : {kTableItems, kPictureItems, kChartItems}) {
+    EXPECT_EQ(ExportEngine::BestExportMethod(kind, "MailContent"), "HTML") << kind;
+    EXPECT_EQ(ExportEngine::BestExportMethod(kind, "C:\\x.MapiMail"), "MHTML") << kind;
+  }
+  EXPECT_EQ(ExportEngine::BestExportMethod(kTextItems, "x.mapimail"), "TXT");
+  EXPECT_EQ(ExportEngine::BestExportMethod(4, ""), "");
 }
 
 TEST_F(ExportEngineTest, WithoutAnEngineOnlyTheCallsThatPrintExportOrSendComplain) {
@@ -153,19 +163,6 @@ TEST_F(ExportEngineTest, WithoutAnEngineOnlyTheCallsThatPrintExportOrSendComplai
   EXPECT_THAT(boxes_.messages[0].text, testing::EndsWith("Error= 429"));
 }
 
-TEST_F(ExportEngineTest, TheBestMethodDependsOnTheItemAndOnMail) {
-  const std::map<int, std::pair<std::string, std::string>> methods = {
-      {kTableItems, {"HTML", "MHTML"}},
-      {kTextItems, {"TXT", "TXT"}},
-      {kPictureItems, {"HTML", "MHTML"}},
-      {kChartItems, {"HTML", "MHTML"}},
-      {4, {"", ""}}};
-  for (const auto& [kind, best] : methods) {
-    EXPECT_EQ(ExportEngine::BestExportMethod(kind, "MailContent"), best.first) << kind;
-    EXPECT_EQ(ExportEngine::BestExportMethod(kind, "C:\\x.MapiMail"), best.second) << kind;
-  }
-}
-
 TEST_F(ExportEngineTest, AToolbarsMenuGetsAButtonForEachMethod) {
   const auto methods = engine_->Child("SentToMethods", "Methods");
   engine_->answers["ExportMethods"] = methods;
@@ -181,25 +178,22 @@ TEST_F(ExportEngineTest, AToolbarsMenuGetsAButtonForEachMethod) {
   popup->Child("CommandBar", "Bar")->Child("Controls", "Controls")->Child("Add", "Entry");
   const auto tool = std::make_shared<Recorder>(log_, "ISSTool");
   tool->Child("Menu", "Menu")->Child("Tools", "Tools")->Child("Add", "Entry");
-  struct Row {
-    ObjectRef menu;
-    const char *sends, *exports;  // How the entries are added.
-  };
-  for (const Row& row : {Row{popup, "Controls.Add SendTo:b", "Controls.Add Export:b"},
-                         Row{tool, "Tools.Add button", "Tools.Add button"}}) {
+  // How the entries are added.
+  for (const auto& [menu, sends, exports] :
+       {std::tuple(popup, "Controls.Add SendTo:b", "Controls.Add Export:b"),
+        {tool, "Tools.Add button", "Tools.Add button"}}) {
     log_.clear();
-    export_.LoadSendToMenu(row.menu, toolbar);
+    export_.LoadSendToMenu(menu, toolbar);
     EXPECT_THAT(log_, testing::IsSupersetOf({"Commands.AddToolButton SendTo:MailContent Mail text",
-                                             "Button.Tag=MailContent", row.sends,
+                                             "Button.Tag=MailContent", sends,
                                              "Images.Item SendTo:Excel", "Button.Image=picture"}));
     EXPECT_THAT(log_, testing::Contains("Entry.BeginGroup=yes").Times(2));  // The last two.
     EXPECT_EQ(log_.back(), "Methods.RemoveAll");
     log_.clear();
-    export_.LoadExportsMenu(row.menu, toolbar);
-    EXPECT_THAT(log_,
-                testing::IsSupersetOf({"Commands.AddToolButton Export:b Web page", row.exports,
-                                       "Images.Item Export:b", "Button.Image=image"}));
-    EXPECT_THAT(log_, testing::Not(testing::Contains("Entry.BeginGroup=yes")));
+    export_.LoadExportsMenu(menu, toolbar);
+    EXPECT_THAT(log_, testing::IsSupersetOf({"Commands.AddToolButton Export:b Web page", exports,
+                                             "Images.Item Export:b", "Button.Image=image"}));
+    EXPECT_THAT(log_, Not(testing::Contains("Entry.BeginGroup=yes")));
   }
 }
 
@@ -213,7 +207,111 @@ TEST_F(ExportEngineTest, AnArrayKeepsItsFirstItemAsTheTemplate) {
   EXPECT_THAT(log_, testing::IsSupersetOf({"Items.Unload 2", "Items.Load 2", "Items.Item 2",
                                            "Entry.Caption=Web page", "Entry.Tag=HTML",
                                            "Entry.Visible=yes", "Entry.Enabled=yes"}));
-  EXPECT_THAT(log_, testing::Not(testing::Contains("Items.Unload 1")));
+  EXPECT_THAT(log_, Not(testing::Contains("Items.Unload 1")));
+}
+
+std::string_view CheckWord(CheckState state) {
+  return state == CheckState::kChecked ? "yes" : "no";
+}
+
+// The client over the real engine, which exports a grid with a hidden column and a hidden row.
+class RendixServerTest : public testing::Test {
+ protected:
+  RendixServerTest() {
+    grid_.Reset(4, {{""}, {""}, {"", Alignment::kLeft, true}, {""}});
+    const char* texts[4][4] = {{"Enabled", "Port  ", "Id", "Description"},
+                               {"", "80", "1", "<b>Web</b>, \"http\""},
+                               {"", "81", "3", "hidden"},
+                               {"", "443", "2", "Züri\r\nhttps"}};
+    for (int row = 0; row < 4; ++row) {
+      for (int column = 0; column < 4; ++column) grid_.SetText(row, column, texts[row][column]);
+    }
+    grid_.SetCheck(1, 0, CheckState::kChecked);
+    grid_.SetCheck(3, 0, CheckState::kUnchecked);
+    grid_.SetFilter([](int row) { return row != 2; });
+    table_ = std::make_shared<GridTable>(grid_, &CheckWord);
+  }
+
+  // Exports the grid without asking for a file; the file's content.
+  std::string ExportGrid(const std::string& method, const std::string& target) {
+    export_.TargetFilename = (folder_ / target).string();
+    export_.SkipFilenameSelection = true;
+    EXPECT_TRUE(export_.ExportTable(table_, method));
+    return folder_.Read(std::filesystem::path(export_.TargetFilename).filename().string());
+  }
+
+  test::TemporaryFolder folder_;
+  Grid grid_;
+  std::shared_ptr<GridTable> table_;
+  std::filesystem::path suggestion_, choice_;
+  test::FakePrinters printers_;
+  RendixServer server_{printers_, [this](const std::filesystem::path& suggestion) {
+                         suggestion_ = suggestion;
+                         return choice_;
+                       }};
+  test::ScriptedMessageBox boxes_;
+  ExportEngine export_{server_, printers_, boxes_, {"Quillan", 1, 0, 0, folder_ / "program"}};
+};
+
+TEST_F(RendixServerTest, ATableBecomesTextOrOneSelfContainedPage) {
+  const std::string rows = "yes,80,\"<b>Web</b>, \"\"http\"\"\"\r\nno,443,\"Züri\r\nhttps\"\r\n";
+  EXPECT_EQ(ExportGrid("csv", "ports"),
+            "\xEF\xBB\xBF"
+            "Enabled,Port,Description\r\n" +
+                rows);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "ports.csv.part"));
+  EXPECT_THAT(ExportGrid("TXT", "ports"), HasSubstr("Enabled\tPort\tDescription\r\nyes\t80\t"));
+  export_.ColumnList = "description , PORT";
+  EXPECT_EQ(ExportGrid("CSV", "some.txt").substr(3, 18), "Port,Description\r\n");
+  export_.Title = "Ports & more";
+  export_.Footer = "end";
+  EXPECT_THAT(ExportGrid("HTML", "page.htm"),
+              AllOf(HasSubstr("<title>Ports &amp; more</title>"), HasSubstr("utf-8"),
+                    HasSubstr("<th>Enabled</th><th>Port</th><th>Description</th>"),
+                    HasSubstr("<td>80</td><td>&lt;b&gt;Web&lt;/b&gt;, &quot;http&quot;</td>"),
+                    HasSubstr("<footer>end</footer>"), Not(HasSubstr("<h2>")),
+                    Not(HasSubstr("http:")), Not(HasSubstr("https:"))));
+}
+
+TEST_F(RendixServerTest, TextIsExportedAsItIsOrAsAPageOrPrinted) {
+  folder_.Write("in.txt", "Z\xFCri <x>");  // Windows-1252.
+  export_.InitDir = folder_.path().string();
+  export_.TargetFilename = "ports";
+  EXPECT_FALSE(export_.ExportText("t", "TXT")) << "no file was chosen";
+  EXPECT_EQ(suggestion_, folder_ / "ports.txt");
+  choice_ = folder_ / "chosen.txt";
+  export_.InitDir = folder_.path().string();
+  export_.TargetFilename = "";
+  export_.Title = "a/b 1.5";
+  EXPECT_TRUE(export_.ExportTextFile((folder_ / "in.txt").string(), "TXT"));
+  EXPECT_EQ(suggestion_, folder_ / "a_b 1.5.txt");
+  EXPECT_EQ(export_.TargetFilename, choice_.string());
+  EXPECT_EQ(folder_.Read("chosen.txt"), "Züri <x>");
+  export_.FileFormat = "html";
+  export_.TargetFilename = (folder_ / "t").string();
+  export_.SkipFilenameSelection = true;
+  EXPECT_TRUE(export_.ExportText("1 < 2", ""));
+  EXPECT_THAT(folder_.Read("t.html"), HasSubstr("<pre>1 &lt; 2</pre>"));
+
+  EXPECT_THAT(export_.ExportMethods(kTextItems), ElementsAre("TXT", "HTML", "PRINTER", "PREVIEW"));
+  export_.DefaultPrinter = "laser";
+  export_.Orientation = 2;
+  EXPECT_TRUE(export_.PrintText("t", false));
+  EXPECT_EQ(printers_.jobs.at(0).printer, "laser");
+  EXPECT_TRUE(printers_.jobs[0].landscape && !printers_.jobs[0].preview);
+}
+
+TEST_F(RendixServerTest, WhatItCannotDoIsAnErrorThatLeavesFilesAlone) {
+  EXPECT_THROW(server_.CreateObject("Other.Engine"), automation::Error);
+  EXPECT_THROW(export_.ExportChart(table_, "HTML"), automation::Error);
+  EXPECT_THROW(export_.ExportTable(nullptr, "HTML"), automation::Error);
+  export_.SkipFilenameSelection = true;
+  EXPECT_THROW(export_.ExportText("t", "CSV"), automation::Error);
+  EXPECT_THROW(export_.ExportTextFile((folder_ / "missing").string(), "TXT"), automation::Error);
+  folder_.Write("full.csv/kept", "a folder of that name");
+  export_.TargetFilename = (folder_ / "full.csv").string();
+  EXPECT_THROW(export_.ExportTable(table_, "CSV"), automation::Error);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "full.csv.part"));
 }
 
 }  // namespace
