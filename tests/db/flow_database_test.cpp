@@ -125,25 +125,6 @@ TEST_F(FlowDatabaseTest, AReportHasTheOutcomeOfEveryStatementInOrder) {
   EXPECT_EQ(database_.Report().statements, 0U);
 }
 
-TEST_F(FlowDatabaseTest, ComesBackOnceTheDatabaseIsBack) {
-  ASSERT_TRUE(database_.OpenDatabase());
-  std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
-  database_.BeginReport();
-  while (database_.Connected()) database_.Execute("Delete From Nodes");
-  database_.Execute("Delete From Nodes");  // Does not open the session, but tells why it closed.
-  const std::string batch[] = {"Delete From Nodes"};
-  database_.ExecuteBatch(batch);
-  const StatementReport report = database_.EndReport();
-  ASSERT_GE(report.failures.size(), 3U);
-  for (const StatementFailure& failure : std::span(report.failures).last(3)) {
-    EXPECT_THAT(failure.error.what(), EndsWith("suite.db was moved or deleted."));
-  }
-  EXPECT_EQ(database_.OpenRecordset("Select * From Nodes"), nullptr);
-  EXPECT_THAT(database_.LastError(), StartsWith("Cannot connect to SQL database."));
-  std::filesystem::rename(program_.folder / "away.db", program_.suite.path());
-  EXPECT_NE(database_.OpenRecordset("Select * From Nodes"), nullptr);
-}
-
 TEST_F(FlowDatabaseTest, DescribesTheDatabase) {
   EXPECT_EQ(database_.GetFieldList("ServicePorts", ", "), "Port, ServiceName, System, Enabled");
   EXPECT_TRUE(database_.TableExists("Nodes"));
