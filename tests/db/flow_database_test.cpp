@@ -5,9 +5,9 @@
 
 #include <chrono>
 
+#include "db/connection_file.h"
 #include "platform/ado/error.h"
 #include "support/program_folder.h"
-#include "support/scripted_driver.h"
 
 namespace quillan {
 namespace {
@@ -18,23 +18,15 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class FlowDatabaseTest : public testing::Test {
+class FlowDatabaseTest : public test::ProgramTest {
  protected:
-  FlowDatabaseTest()
-      : program_([this](ado::DriverFactory drivers) { return script_.Wrap(std::move(drivers)); }) {}
-
-  test::DriverScript script_;
-  test::ProgramFolder program_;
   FlowDatabase& database_ = program_.database;
 };
 
 TEST_F(FlowDatabaseTest, FindsTheConnectionFileByNameBeforePlace) {
-  const std::filesystem::path own = program_.folder / "program";
-  std::filesystem::remove(own / "TBKelvora.DB");
+  std::filesystem::remove(program_.folder / "program/TBKelvora.DB");
   EXPECT_FALSE(database_.OpenDatabase());
-  EXPECT_EQ(database_.LastError(),
-            "Cannot find TBKelvora.DB or QuillanGUI.DB.\r\nPlease re-run the Installation Wizard.");
-
+  EXPECT_THAT(database_.LastError(), StartsWith("Cannot find TBKelvora.DB or QuillanGUI.DB.\r\n"));
   // From the last place to the first, each wins over those before.
   for (const char* name :
        {"QuillanGUI.DB", "program/QuillanGUI.DB", "TBKelvora.DB", "program/TBKelvora.DB"}) {
@@ -94,25 +86,16 @@ TEST_F(FlowDatabaseTest, TriesAFailedQueryOnceMoreOverAFreshSession) {
   EXPECT_EQ(script_.sessions, 3);
 }
 
-TEST_F(FlowDatabaseTest, ExecuteReportsNothingAndOpensNothing) {
-  database_.Execute("Delete From Nodes");
-  EXPECT_FALSE(database_.Connected());
-  EXPECT_THROW(database_.ExecuteChecked("Delete From Nodes"), ado::Error);
-  ASSERT_TRUE(database_.OpenDatabase());
-  database_.Execute("no statement");
-  EXPECT_EQ(database_.LastError(), "");
-  EXPECT_THROW(database_.ExecuteChecked("no statement"), ado::Error);
-  // An open session is not opened again, whatever became of its file.
-  std::filesystem::remove(program_.folder / "program/TBKelvora.DB");
-  EXPECT_TRUE(database_.OpenDatabase());
-}
-
 TEST_F(FlowDatabaseTest, AReportHasTheOutcomeOfEveryStatementInOrder) {
   script_.before = [](const std::string& text) {
     if (text == "slow") throw ado::Error(ado::kTimeoutExpired, "HYT00", "too slow");
   };
+  database_.Execute("Delete From Nodes");
+  EXPECT_FALSE(database_.Connected()) << "a statement opens nothing";
+  EXPECT_THROW(database_.ExecuteChecked("Delete From Nodes"), ado::Error);
   ASSERT_TRUE(database_.OpenDatabase());
   database_.Execute("not reported");
+  EXPECT_EQ(database_.LastError(), "");
   database_.BeginReport();
   database_.Execute("Delete From Nodes");
   database_.Execute("slow");
@@ -142,25 +125,6 @@ TEST_F(FlowDatabaseTest, AReportHasTheOutcomeOfEveryStatementInOrder) {
   EXPECT_EQ(database_.Report().statements, 0U);
 }
 
-TEST_F(FlowDatabaseTest, ComesBackOnceTheDatabaseIsBack) {
-  ASSERT_TRUE(database_.OpenDatabase());
-  std::filesystem::rename(program_.suite.path(), program_.folder / "away.db");
-  database_.BeginReport();
-  while (database_.Connected()) database_.Execute("Delete From Nodes");
-  database_.Execute("Delete From Nodes");  // Does not open the session, but tells why it closed.
-  const std::string batch[] = {"Delete From Nodes"};
-  database_.ExecuteBatch(batch);
-  const StatementReport report = database_.EndReport();
-  ASSERT_GE(report.failures.size(), 3U);
-  for (const StatementFailure& failure : std::span(report.failures).last(3)) {
-    EXPECT_THAT(failure.error.what(), EndsWith("suite.db was moved or deleted."));
-  }
-  EXPECT_EQ(database_.OpenRecordset("Select * From Nodes"), nullptr);
-  EXPECT_THAT(database_.LastError(), StartsWith("Cannot connect to SQL database."));
-  std::filesystem::rename(program_.folder / "away.db", program_.suite.path());
-  EXPECT_NE(database_.OpenRecordset("Select * From Nodes"), nullptr);
-}
-
 TEST_F(FlowDatabaseTest, DescribesTheDatabase) {
   EXPECT_EQ(database_.GetFieldList("ServicePorts", ", "), "Port, ServiceName, System, Enabled");
   EXPECT_TRUE(database_.TableExists("Nodes"));
@@ -170,6 +134,38 @@ TEST_F(FlowDatabaseTest, DescribesTheDatabase) {
   // Date-times are days since 1900; this is noon.
   const std::chrono::local_days day{std::chrono::year{2007} / std::chrono::June / 1};
   EXPECT_EQ(FlowDatabase::DateTimeToDBFormat(day + std::chrono::hours{12}), "39232.5");
+  // An open session is not opened again, whatever became of its file.
+  std::filesystem::remove(program_.folder / "program/TBKelvora.DB");
+  EXPECT_TRUE(database_.OpenDatabase());
+}
+
+TEST(ConnectionFileTest, ReadsTheKeysItKnows) {
+  struct Case {
+    const char *what, *text, *connection_string;
+    int connection_timeout = 120, command_timeout = 120;
+  };
+  const Case cases[] = {
+      {"blanks and case", "  connection  =  a = b  \r\n", "a = b"},
+      {"the first of a key", "CONNECTION=one\rCONNECTION=two\r", "one"},
+      {"comments", "#CONNECTION=1\r\n'x=1\r\n//CONNECTION=2\r\n\\\\CONNECTION=3\r\nCONNECTION=4",
+       "4"},
+      {"LF alone does not end a line", "CONNECTION=a\nTIMEOUT=5\n", "aTIMEOUT=5"},
+      {"numbers are read from their start", "TIMEOUT=30 seconds\rCOMMANDTIMEOUT=2.5\rCONNECTION=x",
+       "x", 30, 2},
+      {"letters are no number", "TIMEOUT=soon\rCOMMANDTIMEOUT=-3.5e0\rCONNECTION=x", "x", 0, -4},
+      {"tabs are no blanks", "CONNECTION=\tx\t", "\tx\t"},
+      {"other lines", "no entry\r\nOTHER=1\r\n=5\r\n\r\n", "before"},
+  };
+  for (const Case& test : cases) {
+    ConnectionValues values{"before", 120, 120};
+    ReadConnectionFile(test.text, values);
+    EXPECT_EQ(values.connection_string, test.connection_string) << test.what;
+    EXPECT_EQ(values.connection_timeout, test.connection_timeout) << test.what;
+    EXPECT_EQ(values.command_timeout, test.command_timeout) << test.what;
+  }
+  ConnectionValues values;
+  EXPECT_THROW(ReadConnectionFile("TIMEOUT=2147483648", values), ConnectionFileError);
+  EXPECT_THROW(ReadConnectionFile("COMMANDTIMEOUT=1e400", values), ConnectionFileError);
 }
 
 }  // namespace

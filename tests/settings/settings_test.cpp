@@ -3,9 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "platform/text/case_fold.h"
+#include "settings/periods.h"
 #include "support/program_folder.h"
 
 namespace quillan {
@@ -35,57 +39,52 @@ class SettingsTest : public test::ProgramTest {
   std::vector<std::string> changed_;
 };
 
+std::string Text(bool on) { return on ? "True" : "False"; }
+std::string Text(std::string_view text) { return std::string(text); }
+std::string Text(float number) { return std::to_string(number); }
+std::string Text(std::int32_t number) { return std::to_string(number); }
+
 TEST_F(SettingsTest, EveryRegistryOptionHasADefaultIsReadAndIsStoredWhereItsSetterSaysSo) {
   using S = Settings;
-  const auto word = [](bool on) { return on ? "True" : "False"; };
-  struct Row {
-    const char* name;
-    std::function<std::string(const S&)> get;
-    const char *default_value, *stored, *loaded;
-    std::function<void(S&)> set;
-    const char *value, *stored_again;
-  } const rows[] = {
-      {"Current Status Columns", [](const S& s) { return s.CurrentStatusColumns(); },
-       "InterfaceTypeIcon,InterfaceSpeed,OutBps,InBps", "OutBps", "OutBps",
-       [](S& s) { s.SetCurrentStatusColumns("outbps"); }, "outbps", "outbps"},
-      {"Retain Data", [](const S& s) { return std::to_string(s.RetainDays()); }, "21", "40", "40",
-       [](S& s) { s.SetRetainDays(30); }, "30", "40"},
-      {"Max Events", [](const S& s) { return std::to_string(s.MaxEvents()); }, "250", "300", "300",
-       [](S& s) { s.SetMaxEvents(9); }, "10", "10"},
-      {"GUI Style", [](const S& s) { return s.GUIStyle(); }, "DIALOG", "advanced", "ADVANCED",
-       [](S& s) { s.SetGUIStyle("minimal"); }, "MINIMAL", "advanced"},
-      {"Auto Refresh Status", [&](const S& s) { return word(s.AutoRefreshStatus()); }, "False",
-       "True", "True", [](S& s) { s.SetAutoRefreshStatus(false); }, "False", "False"},
-      {"Auto Refresh Events", [&](const S& s) { return word(s.AutoRefreshEvents()); }, "False",
-       "-1", "True", [](S& s) { s.SetAutoRefreshEvents(false); }, "False", "False"},
-      {"Auto Refresh Details", [&](const S& s) { return word(s.AutoRefreshDetails()); }, "False",
-       " tRUE ", "True", [](S& s) { s.SetAutoRefreshDetails(false); }, "False", "False"},
-      {"Refresh Interval", [](const S& s) { return std::to_string(s.RefreshInterval()); }, "10",
-       "60", "60", [](S& s) { s.SetRefreshInterval(0); }, "1", "1"},
-      {"Include DNS", [&](const S& s) { return word(s.IncludeDNS()); }, "True", "0.0", "False",
-       [](S& s) { s.SetIncludeDNS(true); }, "True", "True"},
-      {"Current Traffic Period", [](const S& s) { return std::to_string(s.CurrentPeriod()); }, "5",
-       "61", "61", [](S& s) { s.SetCurrentPeriod(61); }, "60", "60"},
-      {"Traffic Details Split", [](const S& s) { return std::to_string(s.TrafficDetailsSplit()); },
-       "6000.000000", "-2.5", "-2.500000", [](S& s) { s.SetTrafficDetailsSplit(-0.5F); },
-       "0.000000", "0"},
-  };
-  Settings defaults = Load();
+  const Settings defaults = Load();
   EXPECT_THAT(changed_, ElementsAre("Max Events=250", "Refresh Interval=10"));
-  for (const Row& row : rows) {
-    EXPECT_EQ(row.get(defaults), row.default_value) << row.name;
-    Put(row.name, row.stored);
+  struct Texts {
+    const char *default_value, *stored, *loaded;  // Before the setter is called,
+    const char *value, *stored_again;             // and after it.
+  };
+  const auto expect = [&](const char* name, auto get, auto set, auto value, const Texts& texts) {
+    EXPECT_EQ(Text((defaults.*get)()), texts.default_value) << name;
+    Put(name, texts.stored);
     Settings settings = Load();
-    EXPECT_EQ(row.get(settings), row.loaded) << row.name;
-    for (int twice = 0; twice < 2; ++twice) row.set(settings);
-    EXPECT_EQ(row.get(settings), row.value) << row.name;
-    EXPECT_EQ(Get(row.name), row.stored_again) << row.name;
-    const int reports = row.stored_again == std::string(row.stored) ? 0 : 1;
+    EXPECT_EQ(Text((settings.*get)()), texts.loaded) << name;
+    for (int twice = 0; twice < 2; ++twice) (settings.*set)(value);
+    EXPECT_EQ(Text((settings.*get)()), texts.value) << name;
+    EXPECT_EQ(Get(name), texts.stored_again) << name;
     EXPECT_EQ(std::count(changed_.begin() + 2, changed_.end(),
-                         std::string(row.name) + "=" + row.stored_again),
-              reports)
-        << row.name;
-  }
+                         std::string(name) + "=" + texts.stored_again),
+              texts.stored_again == std::string(texts.stored) ? 0 : 1)
+        << name;
+  };
+  expect("Current Status Columns", &S::CurrentStatusColumns, &S::SetCurrentStatusColumns, "outbps",
+         {"InterfaceTypeIcon,InterfaceSpeed,OutBps,InBps", "OutBps", "OutBps", "outbps", "outbps"});
+  expect("Retain Data", &S::RetainDays, &S::SetRetainDays, 30, {"21", "40", "40", "30", "40"});
+  expect("Max Events", &S::MaxEvents, &S::SetMaxEvents, 9, {"250", "300", "300", "10", "10"});
+  expect("GUI Style", &S::GUIStyle, &S::SetGUIStyle, "minimal",
+         {"DIALOG", "advanced", "ADVANCED", "MINIMAL", "advanced"});
+  expect("Auto Refresh Status", &S::AutoRefreshStatus, &S::SetAutoRefreshStatus, false,
+         {"False", "True", "True", "False", "False"});
+  expect("Auto Refresh Events", &S::AutoRefreshEvents, &S::SetAutoRefreshEvents, false,
+         {"False", "-1", "True", "False", "False"});
+  expect("Auto Refresh Details", &S::AutoRefreshDetails, &S::SetAutoRefreshDetails, false,
+         {"False", " tRUE ", "True", "False", "False"});
+  expect("Refresh Interval", &S::RefreshInterval, &S::SetRefreshInterval, 0,
+         {"10", "60", "60", "1", "1"});
+  expect("Include DNS", &S::IncludeDNS, &S::SetIncludeDNS, true,
+         {"True", "0.0", "False", "True", "True"});
+  expect("Current Traffic Period", &S::CurrentPeriod, &S::SetCurrentPeriod, std::int16_t{61},
+         {"5", "61", "61", "60", "60"});
+  expect("Traffic Details Split", &S::TrafficDetailsSplit, &S::SetTrafficDetailsSplit, -0.5F,
+         {"6000.000000", "-2.5", "-2.500000", "0.000000", "0"});
 }
 
 TEST_F(SettingsTest, StoredNumbersAreClampedOrCountAsTheirDefaults) {
@@ -121,14 +120,11 @@ TEST_F(SettingsTest, OptionsInMemoryHaveTheirDefaultsAfterARefreshFromTheDatabas
   settings.RefreshDatabaseSettings();
   EXPECT_EQ(settings.RetainDays(), 21);
   EXPECT_EQ(settings.PortList(), "1-1024,8080,2055,9100");
-  struct Row {
-    int level, trigger, interval;
-  };
   // A level outside 1..3 means the nearest.
-  for (const Row& row : {Row{-9, 1, 15}, Row{2, 24, 60}, Row{99, 7, 24}}) {
-    EXPECT_EQ(settings.CollapseTrigger(row.level), row.trigger) << row.level;
-    EXPECT_EQ(settings.CollapseInterval(row.level), row.interval) << row.level;
-    EXPECT_TRUE(settings.CollapseEnable(row.level)) << row.level;
+  for (const auto& [level, trigger, interval] : {std::tuple(-9, 1, 15), {2, 24, 60}, {99, 7, 24}}) {
+    EXPECT_EQ(settings.CollapseTrigger(level), trigger) << level;
+    EXPECT_EQ(settings.CollapseInterval(level), interval) << level;
+    EXPECT_TRUE(settings.CollapseEnable(level)) << level;
   }
   settings.SetCollapseTrigger(0, 0);
   settings.SetCollapseInterval(7, -1);
@@ -166,14 +162,13 @@ TEST_F(SettingsTest, DecimalsFollowTheUsersLocale) {
 
 TEST_F(SettingsTest, TheListeningPortIsThisComputersRow) {
   Settings settings = Load();
+  settings.SaveDatabaseSettings();  // Never read: nothing to store.
+  EXPECT_THAT(Engines(), testing::IsEmpty());
   program_.suite.Run("Insert Into FlowEngines Values ('another',9)");
   settings.RefreshDatabaseSettings();
-  for (const int port : {2055, -7}) {
-    settings.SetListenPort(port);
-    settings.SaveDatabaseSettings();
-    EXPECT_THAT(Engines(),
-                ElementsAre("another|9", "collector|" + std::to_string(std::max(port, 1))));
-  }
+  settings.SetListenPort(-7);
+  settings.SaveDatabaseSettings();
+  EXPECT_THAT(Engines(), ElementsAre("another|9", "collector|1"));
   const std::string rows[][2] = {{"NULL", "0"}, {"2056.5", "2056"}, {"-1", "-1"}};
   for (const auto& [stored, loaded] : rows) {
     program_.suite.Run("Update FlowEngines Set ServerName=upper(ServerName), NetFlowPort=" +
@@ -182,6 +177,8 @@ TEST_F(SettingsTest, TheListeningPortIsThisComputersRow) {
     EXPECT_EQ(std::to_string(settings.ListenPort()), loaded) << stored;
     EXPECT_EQ(settings.ListenPortError(), "") << stored;
   }
+  script_.before = [](const std::string&) { throw ado::Error(547, "", "refused"); };
+  EXPECT_THROW(settings.SaveDatabaseSettings(), ado::Error);
 }
 
 TEST_F(SettingsTest, AListeningPortThatCouldNotBeReadIsStoredOnlyOnceItIsSet) {
@@ -217,18 +214,98 @@ TEST_F(SettingsTest, AListeningPortThatCouldNotBeReadIsStoredOnlyOnceItIsSet) {
   }
 }
 
-TEST_F(SettingsTest, AListeningPortThatCannotBeStoredIsAnError) {
-  Settings settings = Load();
-  settings.SaveDatabaseSettings();  // Never read: nothing to store.
-  EXPECT_THAT(Engines(), testing::IsEmpty());
-  program_.suite.Run("Insert Into FlowEngines Values ('collector',9995)");
-  settings.RefreshDatabaseSettings();
-  settings.SetListenPort(9996);
-  program_.suite.Run(
-      "Create Trigger Refuse Before Update On FlowEngines Begin Select Raise(Abort,'refused'); "
-      "End");
-  program_.database.CloseMainDatabase();
-  EXPECT_THROW(settings.SaveDatabaseSettings(), ado::Error);
+class PeriodsTest : public testing::Test {
+ protected:
+  PeriodsTest() { clock_.now = At("2007-05-31T13:20:30"); }
+
+  text::DateTime At(const char* iso) const { return locale_.ReadDateTime(iso).value(); }
+
+  void ExpectRange(std::string text, const char* start, const char* end, int sample_minutes,
+                   std::string_view sample_size) const {
+    const PeriodRange range = periods_.Parse(text);
+    EXPECT_EQ(range.start, At(start)) << text;
+    EXPECT_EQ(range.end, At(end)) << text;
+    EXPECT_EQ(range.sample_minutes, sample_minutes) << text;
+    EXPECT_EQ(range.sample_size, sample_size) << text;
+  }
+
+  text::UserLocale locale_{"C"};
+  test::FixedClock clock_;
+  Periods periods_{clock_, locale_};
+};
+
+TEST_F(PeriodsTest, PeriodsAreFoundByPositionNameAndAlias) {
+  EXPECT_EQ(periods_.Item("last 2 hours"), periods_.Item(2));
+  EXPECT_EQ(periods_.GetPeriod("Past 2 Hours"), periods_.Item(2));
+  for (const char* text : {"Last  Hour", "", "TODAY,YESTERDAY", ","}) {
+    EXPECT_EQ(periods_.GetPeriod(text), nullptr) << text;
+  }
+  periods_.Remove("Today");
+  EXPECT_EQ(periods_.Count(), 12);
+  periods_.Refresh();
+  EXPECT_EQ(periods_.Count(), 13);
+  EXPECT_EQ(periods_.Item(14), nullptr);
+}
+
+TEST_F(PeriodsTest, EveryBuiltInPeriodHasItsRangeUnderEveryAlias) {
+  struct Row {
+    const char *name, *start, *end;
+    int minutes;
+    const char* sample_size;
+  } const rows[] = {
+      {"Last Hour", "2007-05-31 12:20:30", "2007-05-31 13:21:30", 10, "10M"},
+      {"Last 2 Hours", "2007-05-31 11:20:30", "2007-05-31 13:21:30", 10, "10M"},
+      {"Last 24 Hours", "2007-05-30 13:20:30", "2007-05-31 13:21:30", 30, "30M"},
+      {"Today", "2007-05-31", "2007-06-01", 30, "30M"},
+      {"Yesterday", "2007-05-30", "2007-05-30 23:59:59", 30, "30M"},
+      {"Last 7 Days", "2007-05-24", "2007-05-31 14:00:00", 60, "1H"},
+      {"This Month", "2007-05-01", "2007-06-01", 60, "1H"},
+      {"Last Month", "2007-04-01", "2007-04-30 23:59:59", 1440, "1D"},
+      {"Last 30 Days", "2007-05-01", "2007-06-01", 1440, "1D"},
+      {"Last 3 Months", "2007-02-28", "2007-06-01", 1440, "1D"},
+      {"This Year", "2007-01-01", "2007-06-01", 1440, "1D"},
+      {"Last 12 Months", "2006-05-31", "2007-06-01", 1440, "1D"},
+  };
+  int position = 0;
+  for (const Row& row : rows) {
+    const Period* period = periods_.Item(++position);
+    EXPECT_EQ(period->Name(), row.name);
+    ExpectRange(row.name, row.start, row.end, row.minutes, row.sample_size);
+    std::istringstream aliases{std::string(period->Aliases())};
+    for (std::string alias; std::getline(aliases, alias, ',');) {
+      ExpectRange(" " + text::FoldCase(alias), row.start, row.end, row.minutes, row.sample_size);
+    }
+  }
+  clock_.now = At("2008-01-15T23:30:00");
+  ExpectRange("last month", "2007-12-01 00:00:00", "2007-12-31 23:59:59", 1440, "1D");
+  ExpectRange("this week", "2008-01-08 00:00:00", "2008-01-16 00:00:00", 60, "1H");
+}
+
+TEST_F(PeriodsTest, CustomRangesAreReadFromOneOrTwoExpressions) {
+  std::string text = "  ";
+  EXPECT_EQ(periods_.Parse(text).start, At("2007-05-31"));
+  EXPECT_EQ(text, "Today");
+  ExpectRange("-2 H~now", "2007-05-31 11:20:30", "2007-05-31 13:20:30", 60, "1H");
+  ExpectRange("5/1/2007~5/2/2007 6:30 PM", "2007-05-01 00:00:00", "2007-05-02 18:30:00", 60, "1H");
+  ExpectRange("custom~-1", "1899-12-30 00:00:00", "2007-05-30 13:20:30", 60, "1H");
+}
+
+TEST_F(PeriodsTest, DateExpressionsAreReadOrGiveTheZeroDate) {
+  const std::pair<const char*, const char*> rows[] = {
+      {" NOW ", "2007-05-31T13:20:30"},  {"-30 M", "2007-05-31T12:50:30"},
+      {"-1 n", "2007-05-31T13:19:30"},   {"-30 seconds", "2007-05-31T13:20:00"},
+      {"-1 d", "2007-05-30T13:20:30"},   {"-7 W", "2007-05-24T13:20:30"},
+      {"-365 Y", "2006-05-31T13:20:30"}, {"-1 q", "2007-02-28T13:20:30"},
+      {"-.5 D", "2007-05-31T13:20:30"},  {"-1.5 H", "2007-05-31T11:20:30"},
+      {"-1.5", "2007-05-29T13:20:30"},   {"6/1/2007", "2007-06-01"},
+  };
+  for (const auto& [text, value] : rows) {
+    EXPECT_EQ(periods_.Period2DateTime(text), At(value)) << text;
+  }
+  for (const char* text :
+       {"", "-1 X", "-2  H", "-9e999", "-800000", "-2000000000 Q", "2/30/2007", "-", "--5"}) {
+    EXPECT_EQ(periods_.Period2DateTime(text), text::kZeroDate) << text;
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "suite/color_distribution.h"
 #include "support/program_folder.h"
 
 namespace quillan {
@@ -33,6 +34,14 @@ TEST(ApplicationTest, LooksUpTheHostNameOfAnEndpoint) {
   EXPECT_EQ(application.LookupEndpointName("it's"), "it's");
   program.suite.Run("drop table FlowCorrelation");
   EXPECT_EQ(application.LookupEndpointName("10.0.0.1"), "10.0.0.1");
+}
+
+TEST(ColorDistributionTest, ColorsRepeatAfterFifteenAndANegativeIndexBecomesZero) {
+  std::int16_t index = -3;
+  EXPECT_EQ(ColorDistribution().LookupColor(index), Rgb(255, 0, 0));
+  EXPECT_EQ(index, 0);
+  index = 29;
+  EXPECT_EQ(ColorDistribution().LookupColor(index), Rgb(102, 102, 0));
 }
 
 }  // namespace

@@ -48,6 +48,13 @@ TEST_F(SearchContextTest, DirectionAndColumnsBoundTheSearch) {
   EXPECT_THAT(FindAll(), ElementsAre("4,2", "5,2"));
   search_.SetAllColumns(true);
   EXPECT_THAT(FindAll(), ElementsAre("5,0", "5,2"));
+  search_.SetReplaceString("sub");
+  grid_.SelectOnly(4, 0);
+  EXPECT_EQ(search_.ReplaceAll(), 4);
+  EXPECT_EQ(grid_.Text(5, 2), "intersub");
+  EXPECT_EQ(grid_.Text(5, 1), "internet") << "a hidden column";
+  EXPECT_THAT(grid_.SelectedRows(), ElementsAre(4, 5));
+  search_.SetSearchString("inter");
   search_.SetColumnIndex(3);  // There is none.
   search_.SetAllColumns(false);
   EXPECT_THAT(FindAll(), ElementsAre());
@@ -76,63 +83,28 @@ TEST_F(SearchContextTest, ReplacesBeyondAsciiWhereFoldedLettersHaveOtherLengths)
   }
 }
 
-TEST_F(SearchContextTest, ReplaceAllTakesEveryCellOnceAndReportsAndSelectsItsRows) {
-  for (const int row : {2, 5}) grid_.SetText(row, 0, "net, NET");
-  grid_.SetText(3, 1, "net in a hidden column");
-  std::vector<std::string> replaced;
-  search_.SetReplacedHandler([&](int row, int column, std::string_view before) {
-    replaced.push_back(std::to_string(row) + "," + std::to_string(column) + " " +
-                       std::string(before));
-  });
-  search_.SetReplaceString("subnet");
-  grid_.SelectOnly(4, 0);
-  EXPECT_TRUE(search_.FindNext());
-  EXPECT_EQ(search_.ReplaceAll(), 2);
-  EXPECT_THAT(replaced, ElementsAre("2,0 net, NET", "5,0 net, NET"));
-  EXPECT_EQ(grid_.Text(5, 0), "subnet, subnet");
-  EXPECT_THAT(grid_.SelectedRows(), ElementsAre(2, 5));
-  EXPECT_EQ(grid_.CurrentRow(), 2);
-  EXPECT_TRUE(search_.Reset());
-  grid_.SetFilter([](int row) { return row != 2; });
-  search_.SetReplaceString("x");
-  EXPECT_EQ(search_.ReplaceAll(), 1) << "row 2 is hidden";
-  EXPECT_EQ(grid_.Text(2, 0), "subnet, subnet");
-}
-
-TEST_F(SearchContextTest, ReplacesInTheCellThatWasFoundAndTheGridMayLoseItsRows) {
-  grid_.SetText(1, 0, "net");
-  EXPECT_TRUE(search_.FindNext());
-  EXPECT_TRUE(search_.ReplaceNext());
-  EXPECT_EQ(grid_.Text(1, 0), "");
-  grid_.Reset(0, {});
-  EXPECT_FALSE(search_.ReplaceNext());
-  search_.SetGrid(nullptr);
-  EXPECT_EQ(search_.ReplaceAll(), 0);
-}
-
 TEST_F(SearchContextTest, ChangingAnOptionRestartsTheSearchButTheCaseRuleDoesNot) {
-  struct Row {
-    const char* option;
+  struct {
     std::function<void()> change;
     bool restarts;
+  } const rows[] = {
+      {[&] { search_.SetSearchString("net"); }, false},  // As it was.
+      {[&] { search_.SetSearchString("NET"); }, true},
+      {[&] { search_.SetReplaceString(""); }, false},
+      {[&] { search_.SetReplaceString("x"); }, true},
+      {[&] { search_.SetDirection("Down"); }, true},
+      {[&] { search_.SetAllColumns(true); }, true},
+      {[&] { search_.SetColumnIndex(0); }, true},
+      {[&] { search_.SetSearchColumn("Name"); }, false},
+      {[&] { search_.SetMatchCase(false); }, false},
+      {[&] { search_.SetGrid(&grid_); }, true},
   };
-  for (const Row& row : {
-           Row{"the same SearchString", [&] { search_.SetSearchString("net"); }, false},
-           Row{"SearchString", [&] { search_.SetSearchString("NET"); }, true},
-           Row{"the same ReplaceString", [&] { search_.SetReplaceString(""); }, false},
-           Row{"ReplaceString", [&] { search_.SetReplaceString("x"); }, true},
-           Row{"Direction", [&] { search_.SetDirection("Down"); }, true},
-           Row{"AllColumns", [&] { search_.SetAllColumns(true); }, true},
-           Row{"ColumnIndex", [&] { search_.SetColumnIndex(0); }, true},
-           Row{"SearchColumn", [&] { search_.SetSearchColumn("Name"); }, false},
-           Row{"MatchCase", [&] { search_.SetMatchCase(false); }, false},
-           Row{"Grid", [&] { search_.SetGrid(&grid_); }, true},
-       }) {
+  for (const auto& row : rows) {
     grid_.SetText(2, 0, "net");
     search_.SetReset(true);
     EXPECT_TRUE(search_.FindNext());
     row.change();
-    EXPECT_EQ(search_.Reset(), row.restarts) << row.option;
+    EXPECT_EQ(search_.Reset(), row.restarts) << &row - rows;
   }
   search_.SetSearchString("net");
   grid_.SetText(3, 0, "NET");
@@ -140,6 +112,11 @@ TEST_F(SearchContextTest, ChangingAnOptionRestartsTheSearchButTheCaseRuleDoesNot
   EXPECT_TRUE(search_.FindNext());
   search_.SetMatchCase(true);
   EXPECT_THAT(FindAll(), ElementsAre("4,0"));
+  EXPECT_TRUE(search_.FindNext());
+  grid_.Reset(0, {});  // The grid may lose its rows.
+  EXPECT_FALSE(search_.ReplaceNext());
+  search_.SetGrid(nullptr);
+  EXPECT_EQ(search_.ReplaceAll(), 0);
 }
 
 }  // namespace

@@ -15,24 +15,6 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
-/// Writes down what a view is told.
-class Observer final : public GridObserver {
- public:
-  void OnRowsReset() override { told += "reset; "; }
-  void OnRowsAppended(int first, int last) override { Tell("appended", first, last); }
-  void OnCellsChanged(int first, int last) override { Tell("changed", first, last); }
-  void OnSelectionSet() override { told += "selection; "; }
-  void OnTopRowSet() override { told += "top; "; }
-  void OnShowCell(int row, int column) override { Tell("show", row, column); }
-
-  std::string told;
-
- private:
-  void Tell(const std::string& what, int first, int second) {
-    told += what + " " + std::to_string(first) + " " + std::to_string(second) + "; ";
-  }
-};
-
 class GridTest : public testing::Test {
  protected:
   GridTest() { grid_.Reset(Grid::kFixedRows, {{"XX"}, {"XX"}, {"XX"}}); }
@@ -143,34 +125,12 @@ TEST_F(GridTest, AFilterHidesAndDeselectsRowsInTheirPlaces) {
   grid_.RemoveRows({grid_.SelectedRows()[0]});
   EXPECT_EQ(grid_.ShownRows(), 2);
   {
-    // A reload is filtered too, a row that is added is not.
+    // A reload is filtered too.
     const Grid::Batch batch(grid_);
     grid_.Reset(Grid::kFixedRows, {{"X"}, {"X"}, {"X"}});
     Fill(all);
   }
   EXPECT_EQ(grid_.ShownRows(), 3);
-  grid_.AppendRow();
-  EXPECT_EQ(grid_.ShownRows(), 4);
-}
-
-TEST_F(GridTest, ABatchOfManyRowsIsReportedOnce) {
-  Observer observer;
-  grid_.SetObserver(&observer);
-  {
-    const Grid::Batch batch(grid_);
-    for (int i = 0; i < 200000; ++i) grid_.SetText(grid_.AppendRow(), 1, "text");
-    EXPECT_EQ(observer.told, "");
-  }
-  {
-    const Grid::Batch batch(grid_);
-    grid_.SetCheck(9, 0, CheckState::kChecked);
-    grid_.SetBold(4, 1, true);
-    grid_.SelectOnly(4, 1);
-  }
-  grid_.SetText(2, 1, "alone");
-  grid_.Sort(1, SortDirection::kAscending);
-  EXPECT_EQ(observer.told,
-            "appended 1 200000; changed 4 9; selection; changed 2 2; reset; selection; ");
 }
 
 }  // namespace

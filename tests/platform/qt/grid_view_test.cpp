@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -133,21 +134,6 @@ TEST_F(GridViewTest, KeysReachTheFirstTheLastAndTheNearestRow) {
   EXPECT_EQ(grid_.SelectedRows().size(), kRows);
 }
 
-TEST_F(GridViewTest, F2EditsTheEditableCellWhicheverIsCurrent) {
-  for (int column = 0; column < grid_.Columns(); ++column) {
-    Click(3, column);
-    QTest::keyClick(&view_, Qt::Key_F2);
-    ASSERT_NE(Editor(), nullptr) << column;
-    EXPECT_EQ(view_.currentIndex(), Index(3, kEditable));
-    EXPECT_THAT(grid_.SelectedRows(), ElementsAre(3));
-    QTest::keyClicks(Editor(), QStringLiteral("dropped"));
-    QTest::keyClick(Editor(), Qt::Key_Escape);
-    EXPECT_TRUE(window_.isVisible());
-    EXPECT_EQ(grid_.Text(3, kEditable), "text");
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-}
-
 TEST_F(GridViewTest, EveryOneOfFastClicksOnACheckBoxCounts) {
   const QPoint box = Center(2, 0);
   QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, box);
@@ -183,13 +169,11 @@ TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
   EXPECT_EQ(grid_.Check(20, 0), CheckState::kChecked);
   QTest::keyClick(&view_, Qt::Key_Down, Qt::ShiftModifier);
   EXPECT_THAT(grid_.SelectedRows(), ElementsAre(20, 30));
-  Click(3, kEditable);
   QTest::keyClick(&view_, Qt::Key_F2);
   ASSERT_NE(Editor(), nullptr);
   Editor()->setText(QStringLiteral("edited"));
   view_.CommitEdit();
   EXPECT_EQ(grid_.Text(30, kEditable), "edited");
-
   const int added = grid_.AppendRow();
   grid_.SelectOnly(added, 1);
   EXPECT_EQ(view_.currentIndex(), Index(11, 1));
@@ -198,6 +182,35 @@ TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
   EXPECT_EQ(view_.model()->rowCount(), kRows + 1);
   EXPECT_EQ(view_.currentIndex(), Index(30, 1));
   EXPECT_TRUE(view_.selectionModel()->isRowSelected(29));
+}
+
+TEST_F(GridViewTest, ABatchOfManyRowsIsReportedOnce) {
+  QSignalSpy appended(view_.model(), &QAbstractItemModel::rowsInserted);
+  QSignalSpy changed(view_.model(), &QAbstractItemModel::dataChanged);
+  {
+    const Grid::Batch batch(grid_);
+    for (int i = 0; i < 200000; ++i) grid_.SetText(grid_.AppendRow(), 1, "text");
+    EXPECT_TRUE(appended.isEmpty());
+  }
+  ASSERT_EQ(appended.size(), 1);
+  EXPECT_EQ(appended[0][1].toInt(), kRows);
+  EXPECT_EQ(appended[0][2].toInt(), kRows + 199999);
+  EXPECT_TRUE(changed.isEmpty());
+  {
+    const Grid::Batch batch(grid_);
+    grid_.SetCheck(9, 0, CheckState::kChecked);
+    grid_.SetBold(4, 1, true);
+    grid_.SelectOnly(4, 1);
+  }
+  grid_.SetText(2, 1, "alone");
+  ASSERT_EQ(changed.size(), 2);
+  EXPECT_EQ(changed[0][0].toModelIndex().row(), 3);
+  EXPECT_EQ(changed[0][1].toModelIndex().row(), 8);
+  EXPECT_EQ(changed[1][0].toModelIndex().row(), 1);
+  EXPECT_EQ(view_.currentIndex(), Index(4, 1));
+  QSignalSpy sorted(view_.model(), &QAbstractItemModel::layoutChanged);
+  grid_.Sort(1, SortDirection::kAscending);
+  EXPECT_EQ(sorted.size(), 1);
 }
 
 TEST_F(GridViewTest, AHugeTextIsPaintedByItsBeginningAndEditedAsAWhole) {

@@ -15,40 +15,18 @@
 namespace quillan {
 namespace {
 
-// Runs "wait" until it is let go; anything else fails.
-class WaitingDriver final : public ado::Driver {
- public:
-  explicit WaitingDriver(std::shared_future<void> gate) : gate_(std::move(gate)) {}
-  void Execute(std::string_view statement) override {
-    if (statement != "wait") throw ado::Error(7, "", "failed on purpose");
-    thread = std::this_thread::get_id();
-    gate_.wait();
-  }
-  std::vector<ado::Outcome> ExecuteBatch(std::span<const std::string> statements,
-                                         ado::BatchMode mode) override {
-    return ado::ExecuteOneByOne(*this, statements, mode);
-  }
-  ado::RowStore Query(std::string_view query) override {
-    throw ado::Error(8, "", std::string(query));
-  }
-  void ReadUncommitted() override {}
-  std::vector<std::string> PrimaryKey(std::string_view /*table*/) override { return {}; }
-  void ChangeOneRow(std::string_view /*statement*/,
-                    std::span<const ado::Value> /*values*/) override {}
-  std::string Property(std::string_view name) override { return std::string(name); }
-  void Cancel() override {}
-
-  static inline std::thread::id thread;
-
- private:
-  std::shared_future<void> gate_;
-};
-
 TEST(WorkerDriverTest, RunsCallsOnAnotherThreadWhileTheWindowPaintsAndDropsInput) {
   std::promise<void> gate;
   const std::shared_future<void> opened = gate.get_future().share();
-  const auto driver = OnWorkerThread(
-      [&](const ado::ConnectOptions&) { return std::make_unique<WaitingDriver>(opened); })({});
+  std::thread::id thread;
+  test::DriverScript script;
+  test::ProgramFolder program(
+      [&](ado::DriverFactory drivers) { return OnWorkerThread(script.Wrap(std::move(drivers))); });
+  ASSERT_TRUE(program.database.OpenDatabase());
+  script.before = [&](const std::string&) {
+    thread = std::this_thread::get_id();
+    opened.wait();
+  };
   QPushButton button;
   button.show();
   int clicks = 0;
@@ -58,13 +36,14 @@ TEST(WorkerDriverTest, RunsCallsOnAnotherThreadWhileTheWindowPaintsAndDropsInput
     QTest::mouseClick(&button, Qt::LeftButton);
     gate.set_value();
   });
-  driver->Execute("wait");
+  program.database.ExecuteChecked("Delete From Nodes");
   EXPECT_EQ(clicks, 0);
-  EXPECT_NE(WaitingDriver::thread, std::this_thread::get_id());
+  EXPECT_NE(thread, std::this_thread::get_id());
   QTest::mouseClick(&button, Qt::LeftButton);
   EXPECT_EQ(clicks, 1);
-  EXPECT_EQ(driver->Property("x"), "x");
-  EXPECT_THROW(driver->Execute("fail"), ado::Error);
+  EXPECT_EQ(program.database.DatabaseEngine(), "SQLite");
+  script.before = [](const std::string&) { throw ado::Error(7, "", "failed on purpose"); };
+  EXPECT_THROW(program.database.ExecuteChecked("Delete From Nodes"), ado::Error);
 }
 
 TEST(WorkerDriverTest, AListIsLoadedAndSavedOnItAndALongQueryCancelled) {
