@@ -144,7 +144,7 @@ class CommandLine {
   void AddSources() {
     CLI::App* sources = AddParent("sources", "Interfaces whose NetFlow exports are accepted");
     AddListing(Add(*sources, "list", "Print the interfaces", ListSources));
-    const auto add = [&](const char* name, const char* description, Command run) {
+    const auto add = [&](const char* name, const char* description, const Command& run) {
       CLI::App* app = AddWriting(Add(*sources, name, description, run));
       auto* which = app->add_option_group("interfaces")->require_option(1);
       which->add_option("id", options_.keys, "The identifiers of interfaces")->type_name("ID");
