@@ -1,5 +1,6 @@
 #include "dialog/dialog_fixture.h"
 
+#include <QTableWidget>
 #include <QTimer>
 
 namespace quillan::test {
@@ -20,6 +21,19 @@ void DialogTest::InNextDialog(std::function<void(QDialog*)> act) {
 QWidget* DialogTest::Edit(GridView* table) {
   QTest::keyClick(table, Qt::Key_F2);
   return table->findChild<QWidget*>(QStringLiteral("CellEditor"));
+}
+
+std::vector<std::string> DialogTest::Lines(QWidget* window) {
+  auto* table = window->findChild<QTableWidget*>();
+  std::vector<std::string> lines;
+  for (int row = 0; row < table->rowCount(); ++row) {
+    QStringList cells;
+    for (int column = 0; column < table->columnCount(); ++column) {
+      cells += table->item(row, column)->text();
+    }
+    lines.push_back(cells.join(QLatin1Char('|')).toStdString());
+  }
+  return lines;
 }
 
 }  // namespace quillan::test

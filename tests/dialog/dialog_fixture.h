@@ -94,6 +94,17 @@ class DialogTest : public ProgramTest {
     QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
                       table->visualRect(index).center());
   }
+  // The rows of a window's table, their columns joined by "|".
+  static std::vector<std::string> Lines(QWidget* window);
+  std::vector<std::string> StoredPorts() {
+    return program_.suite.Rows("select Port, ServiceName, Enabled from ServicePorts order by Port");
+  }
+  std::string Status() {
+    auto* status = Find<QAbstractButton>("SaveStatus");
+    EXPECT_EQ(status->accessibleName(), status->text());
+    EXPECT_EQ(status->isVisible(), form_->isVisible() && !status->text().isEmpty());
+    return status->text().toStdString();
+  }
   // Does `act` in the modal dialog that the next click opens, which must leave it closed.
   void InNextDialog(std::function<void(QDialog*)> act);
   // Opens the editor of the current cell with F2; null when the edit is refused.

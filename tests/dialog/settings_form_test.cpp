@@ -1,8 +1,11 @@
 #include "dialog/settings_form.h"
 
+#include <QCheckBox>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTabBar>
 
 #include "dialog/dialog_fixture.h"
@@ -14,25 +17,39 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 using SettingsFormTest = test::DialogTest;
 
-TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"20 55", "2055"}, {"abc", "1"}, {"70000", "70000"}, {"80.5", "80"}};
+TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputerAndPointsOutAnUnusualOne) {
+  struct Case {
+    const char* typed;
+    const char* stored;
+    const char* note;
+  };
+  const Case cases[] = {
+      {"20 55", "2055", "It will be saved as 2055."},
+      {"abc", "1", "Not a number from 1 to 65535. It will be saved as 1."},
+      {"70000", "70000", "Not a number from 1 to 65535."},
+      {"80.5", "80", "It will be saved as 80."},
+      {" 080 ", "80", ""},
+  };
   program_.suite.Run("insert into FlowEngines values ('other', 7)");
-  for (const auto& [typed, stored] : cases) {
+  for (const auto& [typed, stored, note] : cases) {
     Open();
     auto* port = Find<QLineEdit>("ListenPort");
     port->selectAll();
     QTest::keyClick(port, Qt::Key_Delete);
     QTest::keyClicks(port, QLatin1String(typed));
+    EXPECT_THAT(Find<QLabel>("ListenPortNote")->text().toStdString(), StartsWith(note)) << typed;
     Click("CmdApply");
     EXPECT_EQ(port->text(), QLatin1String(stored)) << typed;
     EXPECT_THAT(program_.suite.Rows("select * from FlowEngines order by ServerName"),
                 ElementsAre(std::string("collector|") + stored, "other|7"));
     EXPECT_TRUE(form_->isVisible());
   }
+  Find<QLineEdit>("ListenPort")->setText(QString(40000, QLatin1Char('9')));
+  EXPECT_EQ(Find<QLabel>("ListenPortNote")->text().toStdString(), "Not a number from 1 to 65535.");
   SelectPage(1);
   for (const char* typed : {"99999999999", "-99999999999"}) {
     Find<QLineEdit>("ListenPort")->setText(QLatin1String(typed));
@@ -45,20 +62,10 @@ TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
               ElementsAre("80", "7"));
 }
 
-TEST_F(SettingsFormTest, PointsOutAnUnusualListeningPort) {
-  Open();
-  const auto note = [&] { return Find<QLabel>("ListenPortNote")->text().toStdString(); };
-  const std::pair<QString, const char*> cases[] = {
-      {QStringLiteral(" 080 "), ""},
-      {QStringLiteral("20 55"), "It will be saved as 2055."},
-      {QStringLiteral("abc"), "Not a number from 1 to 65535. It will be saved as 1."},
-      {QString(40000, QLatin1Char('9')), "Not a number from 1 to 65535."}};
-  for (const auto& [typed, shown] : cases) {
-    Find<QLineEdit>("ListenPort")->setText(typed);
-    EXPECT_EQ(note(), shown);
-  }
+TEST_F(SettingsFormTest, AListeningPortThatCouldNotBeReadIsPointedOut) {
   program_.suite.Run("alter table FlowEngines rename to Elsewhere");
   Open();
+  const auto note = [&] { return Find<QLabel>("ListenPortNote")->text().toStdString(); };
   EXPECT_THAT(note(), HasSubstr("could not be read"));
   QTest::keyClick(Find<QLineEdit>("ListenPort"), '9');
   EXPECT_EQ(note(), "");
@@ -256,6 +263,50 @@ TEST_F(SettingsFormTest, DropsWhatIsClickedDuringASave) {
   QApplication::processEvents();
   EXPECT_TRUE(form_->isVisible());
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("1234"));
+}
+
+TEST_F(SettingsFormTest, TextsOfDataCollapsingFollowTheControlsAndTheDefaultsComeBack) {
+  Open();
+  for (const auto& [level, value, text, fallback] :
+       {std::tuple('1', 3, "3 hours into 15 minute intervals", 1),
+        {'2', 26, "1 days, 2 hours into 60 minute intervals", 24},
+        {'3', 5, "5 days into 24 hour intervals", 7}}) {
+    const std::string suffix = {'(', level, ')'};
+    auto* scroll = Find<QScrollBar>(("CollapseInterval_Scroll" + suffix).c_str());
+    scroll->setValue(value);
+    EXPECT_EQ(Find<QLabel>(("CollapseLevel" + suffix).c_str())->text().toStdString(),
+              std::string("Collapse statistics older than ") + text);
+    Click("cmdRestoreCollapseDefaults");
+    EXPECT_EQ(scroll->value(), fallback);
+  }
+}
+
+TEST_F(SettingsFormTest, SwitchingALevelOffIsRefusedOrConfirmedByTheSave) {
+  const auto enable = [&](int level) {
+    return Find<QCheckBox>(("CollapseEnable(" + std::to_string(level) + ")").c_str());
+  };
+  Open();
+  enable(1)->click();
+  EXPECT_TRUE(enable(1)->isChecked());
+  EXPECT_THAT(messages_.messages.back().text,
+              StartsWith("Level 1 data collapsing cannot be disabled."));
+  for (const int level : {2, 3}) enable(level)->click();
+  EXPECT_FALSE(Find<QFrame>("CollapseFrame(3)")->isEnabled());
+  Find<QScrollBar>("RetainData_Scroll")->setValue(99);
+  messages_.messages.clear();
+  messages_.answers = {MessageAnswer::kCancel, MessageAnswer::kYes};
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(settings_->RetainDays(), 99);
+  EXPECT_TRUE(settings_->CollapseEnable(2));
+  // Of several levels, one save asks about the first alone.
+  Click("cmdOK");
+  ASSERT_EQ(messages_.messages.size(), 2U);
+  EXPECT_THAT(messages_.messages[1].text,
+              StartsWith("You have disabled Data Collapse Level 2\r\n"));
+  EXPECT_EQ(messages_.messages[1].buttons, MessageButtons::kYesNoCancel);
+  EXPECT_TRUE(settings_->CollapseEnable(2));
+  EXPECT_FALSE(settings_->CollapseEnable(3));
 }
 
 }  // namespace

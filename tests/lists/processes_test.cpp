@@ -75,9 +75,8 @@ class ProcessesTest : public testing::Test {
   struct Program {
     explicit Program(const std::filesystem::path& folder)
         : database(files, folder, ado::InstalledDrivers(folder)),
-          ports({database, host, messages, clock, locale}, [] {
-            return NewPort{1000, "ours"};
-          }) {
+          ports({database, host, messages, clock, locale},
+                [] { return std::optional<NewPort>(); }) {
       if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
     }
 
@@ -196,59 +195,6 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
     EXPECT_EQ(Enabled(), expected);
     for (int value = 0; value < 10; ++value) {
       EXPECT_EQ(RegistryStore(file).ReadString(kKey, std::to_string(value)), std::to_string(round));
-    }
-  }
-}
-
-TEST_F(ProcessesTest, WhatAnotherProgramStoresMeanwhileIsAConflictToBeAnswered) {
-  const std::string other = "QUILLAN_HOME=" + folder_.path().string() + " " QUILLAN_CTL " ports ";
-  const std::vector<std::string> theirs = {"1|theirs|0", "2|theirs|0", "1000|theirs|1"};
-  const std::pair<ConflictAnswer, std::vector<std::string>> answers[] = {
-      {ConflictAnswer::kOverwrite, {"1|ours|0", "3|p|1", "1000|ours|1"}},
-      {ConflictAnswer::kKeepTheirs, theirs},
-      {ConflictAnswer::kCancel, theirs}};
-  for (const auto& [answer, stored] : answers) {
-    Program program(folder_.path());
-    PortList& ports = program.ports;
-    const auto press = [&](const char* name) {
-      for (const ListCommand& command : ports.Commands()) {
-        if (command.name == name) command.run();
-      }
-    };
-    ports.EditText(1, "ours");
-    ports.Table().SelectOnly(2, 1);
-    press("cmdDeletePort");
-    ports.OnClick(3, 0);
-    press("cmdAddPort");
-    std::vector<Conflict> conflicts;
-    EXPECT_TRUE(ports.FindConflicts(conflicts));
-    EXPECT_TRUE(conflicts.empty());
-    for (const char* command :
-         {"rename 1 theirs", "rename 2 theirs", "delete 3 --yes", "add 1000 theirs"}) {
-      ASSERT_EQ(std::system((other + command + " >/dev/null 2>&1").c_str()), 0) << command;
-    }
-    EXPECT_TRUE(ports.FindConflicts(conflicts));
-    std::string found;
-    for (const Conflict& conflict : conflicts) {
-      found += std::to_string(static_cast<int>(conflict.kind)) + " " + conflict.name + ": " +
-               conflict.loaded + " / " + conflict.theirs + " / " + conflict.ours + "\n";
-    }
-    EXPECT_EQ(found,
-              "0 1: no, p / no, theirs / no, ours\n"
-              "0 2: no, p / no, theirs / to be deleted\n"
-              "1 3: no, p /  / yes, p\n"
-              "2 1000:  / yes, theirs / yes, ours\n");
-    ports.Resolve(conflicts, answer);
-    EXPECT_EQ(ports.PendingCount(), answer == ConflictAnswer::kKeepTheirs ? 0 : 4);
-    if (answer != ConflictAnswer::kCancel) ports.Sync();
-    EXPECT_EQ(Query("Select Port || '|' || ServiceName || '|' || Enabled As Line From ServicePorts "
-                    "Where Port In (1, 2, 3, 1000) Order By Port",
-                    "Line"),
-              stored);
-    program.database.Execute("Delete From ServicePorts Where Port In (1, 2, 3, 1000)");
-    for (const char* port : {"1", "2", "3"}) {
-      program.database.Execute("Insert Into ServicePorts Values (" + std::string(port) +
-                               ", 'p', 0, 0)");
     }
   }
 }

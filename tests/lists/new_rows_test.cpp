@@ -1,8 +1,8 @@
-#include "lists/new_group.h"
-
 #include <string>
 
 #include "lists/list_fixture.h"
+#include "lists/new_group.h"
+#include "lists/new_port.h"
 
 namespace quillan {
 namespace {
@@ -74,6 +74,49 @@ TEST_F(NewGroupTest, ADatabaseThatCannotBeAskedRefuses) {
   TakeDatabaseAway();
   EXPECT_THAT(Refused("9.0.0.0", "9.0.0.1"),
               testing::AllOf(testing::StartsWith("StartIPAddress: Could not check whether"),
+                             testing::HasSubstr("suite.db")));
+}
+
+class NewPortTest : public test::ListTest {
+ protected:
+  /// The port that the text names; else the refusal, with "*" where the text is to be selected.
+  std::string Validated(std::string_view text, std::string_view description = " It's ") {
+    const auto result = ValidateNewPort(text, description, program_.database);
+    if (const auto* port = std::get_if<NewPort>(&result)) {
+      return std::to_string(port->number) + port->description;
+    }
+    const auto& refusal = std::get<Refusal>(result);
+    EXPECT_EQ(refusal.field,
+              refusal.message.starts_with("The desc") ? "Description" : "PortNumber");
+    return refusal.message + (refusal.select_text ? "*" : "");
+  }
+};
+
+TEST_F(NewPortTest, ThePortIsTheNumberAtTheStartOfItsText) {
+  for (const char* text : {"65537", "0", "-5", "", "port 80", "0.5", "4294967376", "65536.6"}) {
+    EXPECT_EQ(Validated(text), "Please enter a Port Number from 1 to 65536.") << text;
+  }
+  for (const auto& [text, number] : {std::pair("1", "1"),
+                                     {"  80abc", "80"},
+                                     {"81.5", "82"},
+                                     {"8 0", "80"},
+                                     {"1e3", "1000"},
+                                     {"65536.5", "65536"}}) {
+    EXPECT_EQ(Validated(text), number + std::string(" It's ")) << text;
+  }
+}
+
+TEST_F(NewPortTest, APortIsRefusedThatTheTableHasOrDoesNotTakeOrThatCannotBeLookedUp) {
+  program_.suite.Run("Insert Into ServicePorts Values (80,'wéb',1,0)");
+  EXPECT_EQ(Validated("80x"), "Port number 80 already exists as wéb*");
+  // The column takes 255 UTF-16 units.
+  const std::string text(254, 'x');
+  EXPECT_EQ(Validated("81", text + "é"), "81" + text + "é");
+  EXPECT_EQ(Validated("81", text + "\U0001F600"),
+            "The description has 256 characters; the database takes 255.");
+  TakeDatabaseAway();
+  EXPECT_THAT(Validated("81"),
+              testing::AllOf(testing::StartsWith("Could not check whether port 81 already exists."),
                              testing::HasSubstr("suite.db")));
 }
 
