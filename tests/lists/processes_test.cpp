@@ -32,11 +32,8 @@ class ProcessesTest : public testing::Test {
  protected:
   ProcessesTest() {
     folder_.Write("TBKelvora.DB", "CONNECTION=Provider=SQLite;Data Source=suite.db\r\n");
-    // Closed before any process starts: SQLite's locks do not survive a fork.
-    test::SqliteFile suite(folder_ / "suite.db");
-    suite.Run(
-        "with recursive n(port) as (values (1) union all select port + 1 from n where port < " +
-        std::to_string(kPorts) + ") insert into ServicePorts select port, 'p', 0, 0 from n");
+    Rows("with recursive n(port) as (values (1) union all select port + 1 from n where port < " +
+         std::to_string(kPorts) + ") insert into ServicePorts select port, 'p', 0, 0 from n");
   }
 
   // Runs `work` in a process of its own, which tells with `ready()` that it begins; returns then.
@@ -97,26 +94,12 @@ class ProcessesTest : public testing::Test {
     ready();
     if (program.ports.Sync().failed > 0) throw std::runtime_error("rows were not written");
   }
-  // A column of a query, read by a program of its own.
-  std::vector<std::string> Query(std::string_view query, std::string_view column) const {
-    DiskFiles files;
-    FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
-    const auto rows = database.OpenRecordset(query);
-    if (!rows) throw std::runtime_error(database.LastError());
-    std::vector<std::string> values;
-    for (; !rows->Eof(); rows->MoveNext()) {
-      values.push_back(ado::ToText(rows->Fields(column).Value()));
-    }
-    return values;
+  // The rows of a query. No connection stays open: SQLite's locks do not survive a fork.
+  std::vector<std::string> Rows(std::string_view query) const {
+    return test::SqliteFile(folder_ / "suite.db").Rows(query);
   }
-  // Whether each port is enabled, in their order.
-  std::vector<bool> Enabled() const {
-    std::vector<bool> enabled;
-    for (const std::string& value :
-         Query("Select Enabled+0 As Checked From ServicePorts Order By Port", "Checked")) {
-      enabled.push_back(value == "1");
-    }
-    return enabled;
+  std::vector<std::string> Enabled() const {
+    return Rows("Select Enabled From ServicePorts Order By Port");
   }
 
   test::TemporaryFolder folder_;
@@ -125,12 +108,12 @@ class ProcessesTest : public testing::Test {
 
 TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
   const auto save = [this](const auto& ready) { Toggle(1, 0, ready); };
-  std::vector<bool> before = Enabled();
+  std::vector<std::string> before = Enabled();
   std::chrono::microseconds longest{10000};  // Becomes about twice the time of a save.
   int cut_short = 0;
   for (int round = 0; round < kKills; ++round) {
     KillWithin(Start(save), longest);
-    const std::vector<bool> after = Enabled();
+    const std::vector<std::string> after = Enabled();
     ASSERT_EQ(after.size(), before.size());
     std::size_t written = 0;
     while (written < after.size() && after[written] != before[written]) ++written;
@@ -142,7 +125,7 @@ TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
     before = after;
   }
   EXPECT_GT(cut_short, 0) << "no kill came in the middle of a save";
-  EXPECT_EQ(Query("pragma integrity_check", "integrity_check").at(0), "ok");
+  EXPECT_EQ(Rows("pragma integrity_check").at(0), "ok");
 }
 
 TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
@@ -172,7 +155,7 @@ TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
 TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
   const std::filesystem::path file = folder_ / "registry.reg";
   for (int round = 0; round < 50; ++round) {
-    const std::vector<bool> before = Enabled();
+    const auto expected = Rows("Select 1-Enabled From ServicePorts Order By Port");
     std::vector<pid_t> processes;
     for (int number = 0; number < 2; ++number) {
       processes.push_back(Start([&](const auto& ready) {
@@ -190,8 +173,6 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
     for (const pid_t process : processes) waitpid(process, nullptr, WUNTRACED);
     for (const pid_t process : processes) kill(process, SIGCONT);
     for (const pid_t process : processes) ASSERT_EQ(End(process), 0);
-    std::vector<bool> expected = before;
-    expected.flip();
     EXPECT_EQ(Enabled(), expected);
     for (int value = 0; value < 10; ++value) {
       EXPECT_EQ(RegistryStore(file).ReadString(kKey, std::to_string(value)), std::to_string(round));

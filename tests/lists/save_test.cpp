@@ -1,4 +1,5 @@
-// Saves and loads in which any one call of the database fails, in every way in which it can.
+// Saves and loads of all lists, over the embedded engine and over a SQL Server, by the driver that
+// is installed.
 
 #include <algorithm>
 #include <new>
@@ -17,10 +18,46 @@ namespace {
 
 using test::SuiteServer;
 using test::TdsServer;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
+class SaveTest : public test::GroupListTest {
+ protected:
+  void UseServer() {
+    server_.emplace(program_.suite.path());
+    program_.folder.Write("program/TBKelvora.DB",
+                          "CONNECTION=" + server_->ConnectionString() + "\r\n");
+    script_.keep_batches = true;
+  }
+  void Seed() {
+    program_.suite.Run(
+        "Begin; Delete From ServicePorts; Delete From IPAddressGroups; Delete From FlowCorrelation;"
+        "Delete From NetFlowSources; Delete From GlobalSettings; Delete From sqlite_sequence;"
+        "Insert Into ServicePorts Values (80,'http',1,0), (443,'https',1,1), (9000,'mine',0,1);"
+        "Insert Into IPAddressGroups Values (1,10000000000,10000000089,'a',0,1),"
+        " (2,10000000050,10000000149,'b',0,1), (3,10000001000,10000001255,'c',0,1),"
+        " (4,10000002000,10000002255,'d',0,0);"
+        "Insert Into FlowCorrelation Values ('',10000000020,NULL,1), ('',10000000070,NULL,1),"
+        " ('',10000000120,NULL,2), ('',10000001005,NULL,3), ('',10000002005,NULL,0),"
+        " ('',10000003005,NULL,0);"
+        "Insert Or Ignore Into Nodes Values (1,'core');"
+        "Insert Or Ignore Into Interfaces Values (1,1,'eth0'), (2,1,'eth1'), (3,1,'eth2');"
+        "Insert Into NetFlowSources Values (1); Commit");
+  }
+  // Toggles every row and saves it.
+  static SaveOutcome SaveToggled(CheckableList& list) {
+    for (int row = 1; row < list.Table().Rows(); ++row) list.OnClick(row, 0);
+    return list.Sync();
+  }
+
+  PortList ports_{Services(), [] { return NewPort{8080, "proxy"}; }};
+  InterfacesList sources_{Services()};
+  std::optional<SuiteServer> server_;
+};
+
+/// A way in which a call fails.
 struct Fault {
   const char* name;
   void (*happen)();  // In the place of a call of the driver; none: in the server.
@@ -43,36 +80,14 @@ const Fault kFaults[] = {
     {"ServerReset", nullptr, "connection to the server was lost", false, false, TdsServer::Reset{}},
 };
 
-/// The three lists over an embedded database whose driver fails, or over a SQL Server that does, by
-/// the driver that is installed.
-class EveryFailureTest : public test::GroupListTest, public testing::WithParamInterface<Fault> {
+/// Any one call of the database fails, in every way in which it can.
+class EveryFailureTest : public SaveTest, public testing::WithParamInterface<Fault> {
  protected:
   EveryFailureTest() {
     if (GetParam().happen == nullptr) UseServer();
     Seed();
   }
 
-  void UseServer() {
-    server_.emplace(program_.suite.path());
-    program_.folder.Write("program/TBKelvora.DB",
-                          "CONNECTION=" + server_->ConnectionString() + "\r\n");
-    script_.keep_batches = true;
-  }
-  void Seed() {
-    program_.suite.Run(
-        "Begin; Delete From ServicePorts; Delete From IPAddressGroups; Delete From FlowCorrelation;"
-        "Delete From NetFlowSources; Delete From GlobalSettings; Delete From sqlite_sequence;"
-        "Insert Into ServicePorts Values (80,'http',1,0), (443,'https',1,1), (9000,'mine',0,1);"
-        "Insert Into IPAddressGroups Values (1,10000000000,10000000089,'a',0,1),"
-        " (2,10000000050,10000000149,'b',0,1), (3,10000001000,10000001255,'c',0,1),"
-        " (4,10000002000,10000002255,'d',0,0);"
-        "Insert Into FlowCorrelation Values ('',10000000020,NULL,1), ('',10000000070,NULL,1),"
-        " ('',10000000120,NULL,2), ('',10000001005,NULL,3), ('',10000002005,NULL,0),"
-        " ('',10000003005,NULL,0);"
-        "Insert Or Ignore Into Nodes Values (1,'core');"
-        "Insert Or Ignore Into Interfaces Values (1,1,'eth0'), (2,1,'eth1'), (3,1,'eth2');"
-        "Insert Into NetFlowSources Values (1); Commit");
-  }
   // Changes, adds and deletes rows of every list.
   void EditAll() {
     Seed();
@@ -172,10 +187,7 @@ class EveryFailureTest : public test::GroupListTest, public testing::WithParamIn
     };
   }
 
-  PortList ports_{Services(), [] { return NewPort{8080, "proxy"}; }};
-  InterfacesList sources_{Services()};
   const std::vector<CheckableList*> lists_{&ports_, &list_, &sources_};
-  std::optional<SuiteServer> server_;
   std::vector<std::string> ran_;
   int calls_ = 0;
 };
@@ -252,6 +264,64 @@ TEST_P(EveryFailureTest, ALoadThatFailsShowsNoRowAndTheNextOneShowsAll) {
 
 INSTANTIATE_TEST_SUITE_P(Faults, EveryFailureTest, testing::ValuesIn(kFaults),
                          testing::PrintToStringParamName());
+
+class ServerSaveTest : public SaveTest {
+ protected:
+  ServerSaveTest() {
+    UseServer();
+    Seed();
+  }
+};
+
+TEST_F(ServerSaveTest, ARefusalIsReportedWithTheServersMessage) {
+  const char* const refusal = "The permission was denied on the object.";
+  for (const auto& [start, failures] : {std::pair("Update ServicePorts", 3U), {"exec tbsp_", 1U}}) {
+    server_->Before({});
+    ASSERT_TRUE(ports_.Refresh());
+    server_->Before([&](const std::string& statement) -> SuiteServer::Fault {
+      if (!statement.starts_with(start)) return {};
+      return std::pair(229, refusal);
+    });
+    SaveToggled(ports_);
+    ASSERT_EQ(ports_.Failures().size(), failures);
+    EXPECT_EQ(ports_.Failures()[0].message, refusal);
+    // The time of the last change is written though the rows are not.
+    EXPECT_EQ(program_.suite.Rows("select * from GlobalSettings").size(), failures == 3 ? 1U : 0U);
+    program_.suite.Run("delete from GlobalSettings");
+  }
+  server_->Before({});
+  ASSERT_TRUE(sources_.Refresh());
+  sources_.Table().Sort(3, SortDirection::kDescending);
+  server_->Before([&](const std::string& statement) -> SuiteServer::Fault {
+    if (!statement.starts_with("if not exists")) return {};
+    return std::pair(229, refusal);
+  });
+  EXPECT_THROW(SaveToggled(sources_), ado::Error) << "the first one ends the save";
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("1"));
+}
+
+TEST_F(ServerSaveTest, ATextThatIsLongerThanItsColumnStaysInItsRow) {
+  ASSERT_TRUE(ports_.Refresh());
+  EXPECT_EQ(ports_.MaxLength(kPortDescriptionColumn), 255);
+  ports_.EditText(2, std::string(300, 'x'));
+  ports_.OnClick(3, 0);
+  EXPECT_EQ(ports_.Sync().written, 1);
+  EXPECT_THAT(ports_.Failures().at(0).message, testing::HasSubstr("longer than 255 characters"));
+  ASSERT_TRUE(ports_.Reload());
+  ASSERT_EQ(ports_.PendingCount(), 1);
+  EXPECT_EQ(ports_.Table().Text(2, kPortDescriptionColumn), std::string(300, 'x'));
+}
+
+TEST_F(ServerSaveTest, ALongWayToTheServerIsGoneOncePerHundredRows) {
+  program_.suite.Run(
+      "with recursive n(i) as (select 10001 union all select i + 1 from n where i < 10997) "
+      "insert into ServicePorts select i, 'port', 1, 1 from n");
+  ASSERT_TRUE(ports_.Refresh());
+  const std::vector<std::string> loading = server_->tds().statements();
+  EXPECT_EQ(std::ranges::count(loading, std::string(ports_.Description().query)), 1);
+  EXPECT_EQ(SaveToggled(ports_).written, 1000);
+  EXPECT_EQ(server_->tds().statements().size() - loading.size(), 1000 / 100 + 1);
+}
 
 }  // namespace
 }  // namespace quillan
