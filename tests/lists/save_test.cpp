@@ -300,18 +300,6 @@ TEST_F(ServerSaveTest, ARefusalIsReportedWithTheServersMessage) {
   EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("1"));
 }
 
-TEST_F(ServerSaveTest, ATextThatIsLongerThanItsColumnStaysInItsRow) {
-  ASSERT_TRUE(ports_.Refresh());
-  EXPECT_EQ(ports_.MaxLength(kPortDescriptionColumn), 255);
-  ports_.EditText(2, std::string(300, 'x'));
-  ports_.OnClick(3, 0);
-  EXPECT_EQ(ports_.Sync().written, 1);
-  EXPECT_THAT(ports_.Failures().at(0).message, testing::HasSubstr("longer than 255 characters"));
-  ASSERT_TRUE(ports_.Reload());
-  ASSERT_EQ(ports_.PendingCount(), 1);
-  EXPECT_EQ(ports_.Table().Text(2, kPortDescriptionColumn), std::string(300, 'x'));
-}
-
 TEST_F(ServerSaveTest, ALongWayToTheServerIsGoneOncePerHundredRows) {
   program_.suite.Run(
       "with recursive n(i) as (select 10001 union all select i + 1 from n where i < 10997) "

@@ -31,6 +31,7 @@ class SqliteFile {
   SqliteFile& operator=(const SqliteFile&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
+  sqlite3* handle() const { return database_; }
   std::string ConnectionString() const { return "Provider=SQLite;Data Source=" + path_.string(); }
 
   /// Runs one or more statements; throws std::runtime_error with the engine's text.
