@@ -3,9 +3,9 @@
 #include <memory>
 #include <stdexcept>
 
+#include "bench/delaying_proxy.h"
 #include "bench/harness.h"
 #include "bench/suite.h"
-#include "support/delaying_proxy.h"
 #include "support/suite_server.h"
 
 namespace quillan::bench {
@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds kRoundTrip(20);
 double SaveFarAway(std::size_t ports) {
   const auto folder = std::make_shared<const SuiteFolder>(Ports(ports));
   test::SuiteServer server(folder->database());
-  const test::DelayingProxy proxy(server.tds().port(), kRoundTrip);
+  const DelayingProxy proxy(server.tds().port(), kRoundTrip);
   std::ofstream(folder->program() / "TBKelvora.DB")
       << "CONNECTION=" << test::SuiteServer::ConnectionStringOf(proxy.port()) << "\r\n";
   Program program(folder);

@@ -8,7 +8,9 @@
 
 #include <QApplication>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 
 #include "dialog/list_control.h"
 #include "dialog/settings_form.h"
@@ -94,10 +96,46 @@ class DialogTest : public ProgramTest {
     QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
                       table->visualRect(index).center());
   }
+  // The rows of a window's table, their columns joined by "|".
+  static std::vector<std::string> Lines(QWidget* window) {
+    auto* table = window->findChild<QTableWidget*>();
+    std::vector<std::string> lines;
+    for (int row = 0; row < table->rowCount(); ++row) {
+      QStringList cells;
+      for (int column = 0; column < table->columnCount(); ++column) {
+        cells += table->item(row, column)->text();
+      }
+      lines.push_back(cells.join(QLatin1Char('|')).toStdString());
+    }
+    return lines;
+  }
+  std::vector<std::string> StoredPorts() {
+    return program_.suite.Rows("select Port, ServiceName, Enabled from ServicePorts order by Port");
+  }
+  std::string Status() {
+    auto* status = Find<QAbstractButton>("SaveStatus");
+    EXPECT_EQ(status->accessibleName(), status->text());
+    EXPECT_EQ(status->isVisible(), form_->isVisible() && !status->text().isEmpty());
+    return status->text().toStdString();
+  }
   // Does `act` in the modal dialog that the next click opens, which must leave it closed.
-  void InNextDialog(std::function<void(QDialog*)> act);
+  void InNextDialog(std::function<void(QDialog*)> act) {
+    QTimer::singleShot(0, form_.get(), [act = std::move(act)] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->isActiveWindow(); }));
+      act(dialog);
+      if (dialog->isVisible()) {
+        ADD_FAILURE() << "the dialog was left open";
+        dialog->reject();
+      }
+    });
+  }
   // Opens the editor of the current cell with F2; null when the edit is refused.
-  static QWidget* Edit(GridView* table);
+  static QWidget* Edit(GridView* table) {
+    QTest::keyClick(table, Qt::Key_F2);
+    return table->findChild<QWidget*>(QStringLiteral("CellEditor"));
+  }
 
   FakePrinters printers_;
   std::unique_ptr<Settings> settings_;

@@ -2,7 +2,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QLineEdit>
-#include <QTableWidget>
 
 #include "dialog/dialog_fixture.h"
 #include "platform/files.h"
@@ -71,21 +70,10 @@ class ExchangeTest : public test::DialogTest {
     InNextDialog(act);
     QTest::keyClick(table_, Qt::Key_V, Qt::ControlModifier);
   }
-  // The rows of the preview: line, verdict, row, description, check state, reason.
-  static std::vector<std::string> Lines(QWidget* preview) {
-    std::vector<std::string> lines;
-    auto* rows = preview->findChild<QTableWidget*>();
-    for (int row = 0; row < rows->rowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < 6; ++column) cells += rows->item(row, column)->text();
-      lines.push_back(cells.join(QLatin1Char('|')).toStdString());
-    }
-    return lines;
-  }
   // The rows of the database after Apply.
   std::vector<std::string> Saved() {
     Click("CmdApply");
-    return program_.suite.Rows("select Port, ServiceName, Enabled from ServicePorts order by Port");
+    return StoredPorts();
   }
 
   ListControl* list_ = nullptr;

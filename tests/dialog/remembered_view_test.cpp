@@ -92,7 +92,7 @@ TEST_F(RememberedViewTest, AnOptionThatTheUserCouldNotSaveKeepsTheDialogOpen) {
   Find<QLineEdit>("ListenPort")->setText(QStringLiteral("9996"));
   Click("cmdOK");
   EXPECT_TRUE(form_->isVisible());
-  EXPECT_THAT(Find<QAbstractButton>("SaveStatus")->text().toStdString(), HasSubstr("1 of 2"));
+  EXPECT_THAT(Status(), HasSubstr("1 of 2"));
   EXPECT_TRUE(Find<QPushButton>("cmdDetails")->isVisible());
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("9996"));
   std::filesystem::remove(lock);

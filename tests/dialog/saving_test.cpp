@@ -4,19 +4,23 @@
 #include <array>
 #include <csignal>
 #include <functional>
+#include <set>
 #include <utility>
 
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableWidget>
+#include <QToolTip>
 
 #include "dialog/dialog_fixture.h"
 #include "platform/ado/error.h"
+#include "support/suite_server.h"
 
 namespace quillan {
 namespace {
 
+using test::SuiteServer;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -33,30 +37,7 @@ class SavingTest : public test::DialogTest {
     SelectPage(1);
     table_ = Table("PortList");
   }
-  std::string Status() {
-    auto* status = Find<QAbstractButton>("SaveStatus");
-    EXPECT_EQ(status->accessibleName(), status->text());
-    EXPECT_EQ(status->isVisible(), !status->text().isEmpty());
-    return status->text().toStdString();
-  }
-  // The rows of a window's table, columns joined by "|".
-  static std::vector<std::string> Lines(QDialog* dialog) {
-    auto* table = dialog->findChild<QTableWidget*>();
-    std::vector<std::string> lines;
-    for (int row = 0; row < table->rowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < table->columnCount(); ++column) {
-        cells += table->item(row, column)->text();
-      }
-      lines.push_back(cells.join(QLatin1Char('|')).toStdString());
-    }
-    return lines;
-  }
   bool IsRed(int row) { return TextColor(table_, row, 1) == Qt::red; }
-  std::vector<std::string> StoredPorts() {
-    return program_.suite.Rows("select Port, ServiceName, Enabled from ServicePorts order by Port");
-  }
-
   // Lets no file of this process grow beyond `size` bytes.
   static void LimitFiles(rlim_t size) {
     rlimit limit{};
@@ -113,26 +94,6 @@ TEST_F(SavingTest, TellsWhatIsNotSavedAndReverts) {
   EXPECT_TRUE(tabs->tabIcon(4).isNull());
 }
 
-TEST_F(SavingTest, KeepsTheRowsThatCouldNotBeSavedAndReportsThem) {
-  program_.suite.Run(
-      "create trigger Refuse before update on ServicePorts when new.Port = 22 "
-      "begin select raise(abort, 'not this one'); end");
-  ClickCell(table_, 1, 0);
-  ClickCell(table_, 2, 0);
-  Click("cmdOK");
-  EXPECT_TRUE(form_->isVisible());
-  EXPECT_THAT(Status(), HasSubstr("1 of 2"));
-  EXPECT_FALSE(IsRed(1));
-  EXPECT_TRUE(IsRed(2));
-  EXPECT_EQ(Check(table_, 2), Qt::Unchecked);
-  EXPECT_NE(form_->cursor().shape(), Qt::WaitCursor);
-  InNextDialog([&](QDialog* details) {
-    EXPECT_THAT(Lines(details), ElementsAre(HasSubstr("Ports|22|not this one")));
-    Click("cmdClose", details);
-  });
-  Click("cmdDetails");
-}
-
 TEST_F(SavingTest, AsksWhenSomebodyElseHasChangedARow) {
   ClickCell(table_, 1, 0);
   ClickCell(table_, 2, 0);
@@ -153,12 +114,6 @@ TEST_F(SavingTest, AsksWhenSomebodyElseHasChangedARow) {
   answer("cmdKeepTheirs");
   EXPECT_THAT(StoredPorts(), ElementsAre("21|theirs|1", "22|ssh|0", "23|telnet|1"));
   EXPECT_EQ(Cell(table_, 1, 2), QStringLiteral("theirs"));
-
-  ClickCell(table_, 3, 0);
-  program_.suite.Run("delete from ServicePorts where Port = 23");
-  InNextDialog([&](QDialog* dialog) { Click("cmdOverwrite", dialog); });
-  Click("CmdApply");
-  EXPECT_THAT(StoredPorts(), ElementsAre("21|theirs|1", "22|ssh|0", "23|telnet|0"));
 }
 
 TEST_F(SavingTest, AListThatCouldNotBeReadSaysSo) {
@@ -227,6 +182,8 @@ TEST_F(SavingTest, WhateverFailsTheRestIsStillThereAndTheNextSaveWritesIt) {
   };
   const auto lose = [] { throw ado::Error(0, "08S01", "connection reset"); };
   const std::string file = "program/suite.db";
+  const auto another_column = run("alter table ServicePorts rename column ServiceName to Title");
+  const auto the_column = run("alter table ServicePorts rename column Title to ServiceName");
   const Fault faults[] = {
       {"locked",
        [&] {
@@ -246,14 +203,15 @@ TEST_F(SavingTest, WhateverFailsTheRestIsStillThereAndTheNextSaveWritesIt) {
        [] { LimitFiles(RLIM_INFINITY); }, "disk I/O error"},
       {"write-protected", in_session("pragma query_only = 1"), in_session("pragma query_only = 0"),
        "attempt to write a readonly database"},
+      {"refused",
+       run("create trigger Refuse before update on ServicePorts when new.Port = 22 "
+           "begin select raise(abort, 'not this one'); end"),
+       run("drop trigger Refuse"), "1 of 5"},
       {"without the table", run("alter table ServicePorts rename to Elsewhere"),
        run("alter table Elsewhere rename to ServicePorts"), "no such table: ServicePorts"},
-      {"another column", run("alter table ServicePorts rename column ServiceName to Title"),
-       run("alter table ServicePorts rename column Title to ServiceName"), "\"ServiceName\""},
-      {"another column in the middle",
-       before("Update ServicePorts",
-              run("alter table ServicePorts rename column ServiceName to Title")),
-       run("alter table ServicePorts rename column Title to ServiceName"), "2 of 5"},
+      {"another column", another_column, the_column, "\"ServiceName\""},
+      {"another column in the middle", before("Update ServicePorts", another_column), the_column,
+       "2 of 5"},
       {"lost while idle", before("", lose), [] {}, "Saved 5 changes"},
       {"lost in the middle", before("Update ServicePorts", lose), [] {}, "2 of 5"},
       {"lost before the last list", before("delete from NetFlowSources", lose), [] {},
@@ -313,6 +271,7 @@ TEST_F(SavingTest, WhateverFailsTheRestIsStillThereAndTheNextSaveWritesIt) {
       EXPECT_EQ(TextColor(table, row, 1) == Qt::red, written[i] == '-') << edits[i][0];
     }
     EXPECT_EQ(listen->text(), QStringLiteral("20556"));
+    EXPECT_NE(form_->cursor().shape(), Qt::WaitCursor);
 
     script_.statements.clear();
     Click("CmdApply");
@@ -328,6 +287,115 @@ TEST_F(SavingTest, WhateverFailsTheRestIsStillThereAndTheNextSaveWritesIt) {
     }
     EXPECT_THAT(Status(), testing::AnyOf("", testing::StartsWith("Saved ")));
   }
+}
+
+/// The dialog over a SQL Server, by the driver that is installed.
+class ServerSavingTest : public SavingTest {
+ protected:
+  void SetUp() override {
+    WriteConnection("");
+    script_.keep_batches = true;
+    SavingTest::SetUp();
+  }
+  std::filesystem::path WriteConnection(const std::string& more) {
+    return program_.folder.Write("program/TBKelvora.DB",
+                                 "CONNECTION=" + server_.ConnectionString() + "\r\n" + more);
+  }
+
+  SuiteServer server_{program_.suite.path()};
+};
+
+TEST_F(ServerSavingTest, LoadsWithEachQueryOnceAndSavesOverASessionThatWasLostWhileIdle) {
+  std::set<std::string> queries;
+  for (const std::string& text : server_.tds().statements()) {
+    EXPECT_TRUE(text.starts_with("SET ") || queries.insert(text).second) << text;
+  }
+  EXPECT_GE(queries.size(), 4U);
+  ClickCell(table_, 1, 0);
+  server_.tds().EndConnection();
+  Click("cmdOK");
+  EXPECT_FALSE(form_->isVisible()) << Status();
+  EXPECT_THAT(messages_.messages, testing::IsEmpty());
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|ftp|0", "22|ssh|1", "23|telnet|1"));
+}
+
+TEST_F(ServerSavingTest, ASessionLostInTheMiddleOfASaveIsReportedAndTheRestSavedByTheNext) {
+  for (const int row : {1, 2, 3}) ClickCell(table_, row, 0);
+  int updates = 0;
+  server_.Before([&](const std::string& statement) -> SuiteServer::Fault {
+    if (!statement.starts_with("Update ServicePorts") || ++updates != 2) return {};
+    return test::TdsServer::Reset{};
+  });
+  program_.suite.Run("update ServicePorts set ServiceName = 'theirs' where Port = 23");
+  InNextDialog([&](QDialog* dialog) { Click("cmdOverwrite", dialog); });
+  Click("CmdApply");
+  EXPECT_THAT(Status(), HasSubstr("2 of 3"));
+  EXPECT_FALSE(IsRed(1));
+  EXPECT_TRUE(IsRed(2));
+  InNextDialog([&](QDialog* details) {
+    const auto lost = testing::EndsWith("|The connection to the server was lost.");
+    // Two ports and the setting that tells of the last change.
+    EXPECT_THAT(Lines(details),
+                ElementsAre(testing::AllOf(HasSubstr("Ports|22|"), lost), lost, lost));
+    Click("cmdClose", details);
+  });
+  Click("cmdDetails");
+  Click("CmdApply");
+  EXPECT_THAT(Status(), HasSubstr("Saved 2 changes"));
+  EXPECT_EQ(updates, 4);
+  EXPECT_THAT(StoredPorts(), ElementsAre("21|ftp|0", "22|ssh|0", "23|telnet|0"));
+  EXPECT_EQ(program_.suite.Rows("select * from GlobalSettings").size(), 1U);
+}
+
+TEST_F(ServerSavingTest, ASilentNetworkCostsOneTimeOutAndOneQuestion) {
+  program_.database.CloseMainDatabase();
+  WriteConnection("TIMEOUT=1\r\nCOMMANDTIMEOUT=1\r\n");
+  ASSERT_TRUE(program_.database.OpenDatabase());
+  server_.Before([](const std::string&) { return test::TdsServer::Mute{}; });
+  ClickCell(table_, 1, 0);
+  script_.statements.clear();
+  Click("CmdApply");
+  EXPECT_EQ(script_.statements.size(), 1U);
+  EXPECT_TRUE(IsRed(1));
+  script_.sessions = 0;
+  messages_.messages.clear();
+  messages_.answers = {MessageAnswer::kNo};
+  Open();
+  EXPECT_EQ(script_.sessions, 1);
+  ASSERT_EQ(messages_.messages.size(), 1U);
+  EXPECT_THAT(messages_.messages[0].text, HasSubstr("did not answer in time"));
+}
+
+TEST_F(ServerSavingTest, ADescriptionLongerThanItsColumnIsRefusedAsAWhole) {
+  QApplication::clipboard()->setText(QString(300, QLatin1Char('x')));
+  const std::string reason = "The description has 300 characters; the database takes 255.";
+  ClickCell(table_, 1, 2);
+  auto* editor = qobject_cast<QLineEdit*>(Edit(table_));
+  ASSERT_NE(editor, nullptr);
+  editor->paste();
+  EXPECT_EQ(editor->text(), QStringLiteral("ftp"));
+  EXPECT_EQ(QToolTip::text().toStdString(), reason);
+  QTest::keyClicks(editor, QStringLiteral("s"));
+  table_->CommitEdit();
+  EXPECT_EQ(Cell(table_, 1, 2), QStringLiteral("s"));
+}
+
+TEST_F(ServerSavingTest, TheStatusLinePointsOutAPasswordThatEverybodyCanRead) {
+  const std::filesystem::path file = WriteConnection("");
+  std::filesystem::permissions(file, std::filesystem::perms(0640));
+  Open();
+  EXPECT_EQ(Status(), "");
+  std::filesystem::permissions(file, std::filesystem::perms(0644));
+  Open();
+  const std::string warning = Status();
+  EXPECT_THAT(warning, HasSubstr("can read the password"));
+  EXPECT_THAT(warning, testing::EndsWith("TBKelvora.DB."));
+  SelectPage(1);
+  table_ = Table("PortList");
+  ClickCell(table_, 1, 0);
+  EXPECT_EQ(Status(), "1 change not saved");
+  QTest::keyClick(table_, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Status(), "");
 }
 
 }  // namespace

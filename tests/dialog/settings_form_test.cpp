@@ -1,8 +1,11 @@
 #include "dialog/settings_form.h"
 
+#include <QCheckBox>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTabBar>
 
 #include "dialog/dialog_fixture.h"
@@ -14,25 +17,39 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 using SettingsFormTest = test::DialogTest;
 
-TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"20 55", "2055"}, {"abc", "1"}, {"70000", "70000"}, {"80.5", "80"}};
+TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputerAndPointsOutAnUnusualOne) {
+  struct Case {
+    const char* typed;
+    const char* stored;
+    const char* note;
+  };
+  const Case cases[] = {
+      {"20 55", "2055", "It will be saved as 2055."},
+      {"abc", "1", "Not a number from 1 to 65535. It will be saved as 1."},
+      {"70000", "70000", "Not a number from 1 to 65535."},
+      {"80.5", "80", "It will be saved as 80."},
+      {" 080 ", "80", ""},
+  };
   program_.suite.Run("insert into FlowEngines values ('other', 7)");
-  for (const auto& [typed, stored] : cases) {
+  for (const auto& [typed, stored, note] : cases) {
     Open();
     auto* port = Find<QLineEdit>("ListenPort");
     port->selectAll();
     QTest::keyClick(port, Qt::Key_Delete);
     QTest::keyClicks(port, QLatin1String(typed));
+    EXPECT_THAT(Find<QLabel>("ListenPortNote")->text().toStdString(), StartsWith(note)) << typed;
     Click("CmdApply");
     EXPECT_EQ(port->text(), QLatin1String(stored)) << typed;
     EXPECT_THAT(program_.suite.Rows("select * from FlowEngines order by ServerName"),
                 ElementsAre(std::string("collector|") + stored, "other|7"));
     EXPECT_TRUE(form_->isVisible());
   }
+  Find<QLineEdit>("ListenPort")->setText(QString(40000, QLatin1Char('9')));
+  EXPECT_EQ(Find<QLabel>("ListenPortNote")->text().toStdString(), "Not a number from 1 to 65535.");
   SelectPage(1);
   for (const char* typed : {"99999999999", "-99999999999"}) {
     Find<QLineEdit>("ListenPort")->setText(QLatin1String(typed));
@@ -45,33 +62,20 @@ TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputer) {
               ElementsAre("80", "7"));
 }
 
-TEST_F(SettingsFormTest, PointsOutAnUnusualListeningPort) {
-  Open();
-  const auto note = [&] { return Find<QLabel>("ListenPortNote")->text().toStdString(); };
-  const std::pair<QString, const char*> cases[] = {
-      {QStringLiteral(" 080 "), ""},
-      {QStringLiteral("20 55"), "It will be saved as 2055."},
-      {QStringLiteral("abc"), "Not a number from 1 to 65535. It will be saved as 1."},
-      {QString(40000, QLatin1Char('9')), "Not a number from 1 to 65535."}};
-  for (const auto& [typed, shown] : cases) {
-    Find<QLineEdit>("ListenPort")->setText(typed);
-    EXPECT_EQ(note(), shown);
-  }
+TEST_F(SettingsFormTest, AListeningPortThatCouldNotBeReadIsPointedOut) {
   program_.suite.Run("alter table FlowEngines rename to Elsewhere");
   Open();
+  const auto note = [&] { return Find<QLabel>("ListenPortNote")->text().toStdString(); };
   EXPECT_THAT(note(), HasSubstr("could not be read"));
   QTest::keyClick(Find<QLineEdit>("ListenPort"), '9');
   EXPECT_EQ(note(), "");
 }
 
 TEST_F(SettingsFormTest, EscAndTheCloseBoxAskBeforeChangesAreLostAndCancelDoesNot) {
-  struct Way {
-    std::function<void()> leave;
-    bool asks;
-  };
-  const Way ways[] = {{[&] { Click("cmdCancel"); }, false},
-                      {[&] { QTest::keyClick(form_.get(), Qt::Key_Escape); }, true},
-                      {[&] { form_->close(); }, true}};
+  const std::pair<std::function<void()>, bool> ways[] = {
+      {[&] { Click("cmdCancel"); }, false},
+      {[&] { QTest::keyClick(form_.get(), Qt::Key_Escape); }, true},
+      {[&] { form_->close(); }, true}};
   for (const auto& [leave, asks] : ways) {
     Open();
     leave();
@@ -94,11 +98,7 @@ TEST_F(SettingsFormTest, EscAndTheCloseBoxAskBeforeChangesAreLostAndCancelDoesNo
 }
 
 TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
-  program_.suite.Run(
-      "insert into ServicePorts values (80, 'http', 1, 1);"
-      "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
-      "insert into Nodes values (1, 'node'); insert into Interfaces values (10, 1, 'a');"
-      "insert into FlowEngines values ('collector', 9996)");
+  FillEveryPage();
   Open();
   EXPECT_THAT(script_.statements,
               ElementsAre(testing::_,  // The isolation level.
@@ -106,7 +106,7 @@ TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
                           "Select * From ServicePorts Order By Port",
                           "Select * From IPAddressGroups Order By IPRangeStart",
                           HasSubstr("FROM Interfaces i")));
-  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("1234"));
+  Find<QLineEdit>("ListenPort")->setText(QStringLiteral("9996"));
   for (const auto& [page, list] :
        {std::pair{6, "InterfacesList"}, {2, "AddressGroupList"}, {1, "PortList"}}) {
     SelectPage(page);
@@ -114,15 +114,11 @@ TEST_F(SettingsFormTest, LoadsAndSavesInOneFixedOrder) {
   }
   script_.statements.clear();
   Click("CmdApply");
-  std::vector<std::string> written;
-  for (const std::string& statement : script_.statements) {
-    for (const char* table : {"Update ServicePorts", "Update IPAddressGroups",
-                              "into NetFlowSources", "update FlowEngines"}) {
-      if (statement.find(table) != std::string::npos) written.emplace_back(table);
-    }
-  }
-  EXPECT_THAT(written, ElementsAre("Update ServicePorts", "Update IPAddressGroups",
-                                   "into NetFlowSources", "update FlowEngines"));
+  std::string written;
+  for (const std::string& statement : script_.statements) written += statement;
+  EXPECT_THAT(written, testing::ContainsRegex("Update ServicePorts.*Update IPAddressGroups.*"
+                                              "into NetFlowSources.*into FlowEngines"));
+  ExpectEveryPageSaved();
 }
 
 TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl) {
@@ -147,34 +143,27 @@ TEST_F(SettingsFormTest, KeepsTwoPagesOutOfReachAndFocusesEachPagesFirstControl)
   EXPECT_TRUE(form_->isVisible());
 }
 
-// Checks a place, given in twips, to within a pixel of rounding.
-void ExpectPlace(const QWidget* control, double left, double top, double width, double height) {
-  const QRect place = control->geometry();
-  const std::string name = control->objectName().toStdString();
-  EXPECT_NEAR(place.left(), left / 15, 1) << name;
-  EXPECT_NEAR(place.top(), top / 15, 1) << name;
-  EXPECT_NEAR(place.left() + place.width(), (left + width) / 15, 1) << name;
-  EXPECT_NEAR(place.top() + place.height(), (top + height) / 15, 1) << name;
-}
-
 TEST_F(SettingsFormTest, PlacesItsControlsAtAnySize) {
+  // Places within the parents are given in twips, and met to within a pixel of rounding.
+  const auto expect = [&](const char* name, double left, double top, double width, double height) {
+    const QRect place = Find<QWidget>(name)->geometry();
+    EXPECT_NEAR(place.left(), left / 15, 1) << name;
+    EXPECT_NEAR(place.top(), top / 15, 1) << name;
+    EXPECT_NEAR(place.left() + place.width(), (left + width) / 15, 1) << name;
+    EXPECT_NEAR(place.top() + place.height(), (top + height) / 15, 1) << name;
+  };
   Open();
   SelectPage(1);
   for (const auto& [width, height] : {std::pair{7735, 6475}, {12240, 7980}}) {
     form_->resize(qRound(width / 15.0), qRound(height / 15.0));
     QApplication::processEvents();
-    ExpectPlace(Find<QTabWidget>("Tabs"), 100, 100, width - 200, height - 675);
-    ExpectPlace(Find<QPushButton>("cmdOK"), width - 4795, height - 475, 1095, 375);
-    ExpectPlace(Find<QPushButton>("CmdHelp"), width - 1195, height - 475, 1095, 375);
-
-    const QSize page = Find<QWidget>("PortListFrame")->size() * 15;
-    const double list_width = page.width() - 200;
-    const double list_height = page.height() - 200;
-    ExpectPlace(Find<QWidget>("PortList"), 100, 100, list_width, list_height);
-    ExpectPlace(Table("PortList"), 0, 0, list_width - 2315, list_height);
-    const double left = list_width - 2215;
-    ExpectPlace(Find<QPushButton>("cmdToggle", Find<QWidget>("PortList")), left, 950, 2115, 375);
-    ExpectPlace(Find<QPushButton>("cmdDeletePort"), left, list_height - 375, 2115, 375);
+    const QSize list = Find<QWidget>("PortListFrame")->size() * 15 - QSize(200, 200);
+    expect("Tabs", 100, 100, width - 200, height - 675);
+    expect("cmdOK", width - 4795, height - 475, 1095, 375);
+    expect("CmdHelp", width - 1195, height - 475, 1095, 375);
+    expect("PortList", 100, 100, list.width(), list.height());
+    expect("cmdDeletePort", list.width() - 2215, list.height() - 375, 2115, 375);
+    EXPECT_NEAR(Table("PortList")->width(), (list.width() - 2315) / 15, 1);
   }
 }
 
@@ -256,6 +245,44 @@ TEST_F(SettingsFormTest, DropsWhatIsClickedDuringASave) {
   QApplication::processEvents();
   EXPECT_TRUE(form_->isVisible());
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("1234"));
+}
+
+TEST_F(SettingsFormTest, DataCollapsingSaysWhatItDoesAndGoesBackToItsDefaults) {
+  Open();
+  auto* interval = Find<QScrollBar>("CollapseInterval_Scroll(2)");
+  interval->setValue(26);
+  EXPECT_EQ(Find<QLabel>("CollapseLevel(2)")->text().toStdString(),
+            "Collapse statistics older than 1 days, 2 hours into 60 minute intervals");
+  Click("cmdRestoreCollapseDefaults");
+  EXPECT_EQ(interval->value(), 24);
+}
+
+TEST_F(SettingsFormTest, SwitchingALevelOffIsRefusedOrConfirmedByTheSave) {
+  const auto enable = [&](int level) {
+    return Find<QCheckBox>(("CollapseEnable(" + std::to_string(level) + ")").c_str());
+  };
+  Open();
+  enable(1)->click();
+  EXPECT_TRUE(enable(1)->isChecked());
+  EXPECT_THAT(messages_.messages.back().text,
+              StartsWith("Level 1 data collapsing cannot be disabled."));
+  for (const int level : {2, 3}) enable(level)->click();
+  EXPECT_FALSE(Find<QFrame>("CollapseFrame(3)")->isEnabled());
+  Find<QScrollBar>("RetainData_Scroll")->setValue(99);
+  messages_.messages.clear();
+  messages_.answers = {MessageAnswer::kCancel, MessageAnswer::kYes};
+  Click("cmdOK");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(settings_->RetainDays(), 99);
+  EXPECT_TRUE(settings_->CollapseEnable(2));
+  // Of several levels, one save asks about the first alone.
+  Click("cmdOK");
+  ASSERT_EQ(messages_.messages.size(), 2U);
+  EXPECT_THAT(messages_.messages[1].text,
+              StartsWith("You have disabled Data Collapse Level 2\r\n"));
+  EXPECT_EQ(messages_.messages[1].buttons, MessageButtons::kYesNoCancel);
+  EXPECT_TRUE(settings_->CollapseEnable(2));
+  EXPECT_FALSE(settings_->CollapseEnable(3));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lists/list_fixture.h"
+#include "lists/new_group.h"
 
 namespace quillan {
 namespace {
@@ -13,6 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
+using testing::SizeIs;
 
 constexpr const char* kLastUpdate =
     "exec tbsp_netflowSetGlobalSetting 'LastIPAddressGroupUpdate', '6/1/2007 1:05:09 PM'";
@@ -112,6 +114,82 @@ TEST_F(AddressGroupListTest, GroupsWithoutARangeAreKeptAndReassignNothing) {
   EXPECT_THAT(Groups(), IsEmpty());
   EXPECT_THAT(program_.suite.Rows("Select IPAddressGroupID From FlowCorrelation"),
               ElementsAre("2"));
+}
+
+TEST_F(AddressGroupListTest, AGroupNestedWithSomebodyElsesIsNeverWritten) {
+  for (const auto answer : {ConflictAnswer::kOverwrite, ConflictAnswer::kKeepTheirs}) {
+    list_.Refresh();
+    Add("10.0.2.0", "10.0.2.255", "ours");
+    program_.suite.Run(
+        "Insert Into IPAddressGroups Values (NULL,10000002000,10000003255,'theirs',0,1)");
+    std::vector<Conflict> conflicts;
+    EXPECT_TRUE(list_.FindConflicts(conflicts));
+    ASSERT_THAT(conflicts, SizeIs(1));
+    EXPECT_EQ(conflicts[0].kind, ConflictKind::kNested);
+    EXPECT_EQ(conflicts[0].theirs, "yes, theirs (10.0.2.0 - 10.0.3.255)");
+    list_.Resolve(conflicts, answer);
+    EXPECT_EQ(list_.Sync().failed, answer == ConflictAnswer::kOverwrite ? 1 : 0);
+    EXPECT_THAT(program_.suite.Rows("Select * From IPAddressGroups"), SizeIs(1));
+    program_.suite.Run("Delete From IPAddressGroups");
+  }
+}
+
+class NewGroupTest : public test::GroupListTest {
+ protected:
+  // Two rows that are listed only, and two groups that are stored only.
+  NewGroupTest() {
+    for (const auto& group : {NewGroup{"10.0.0.128", "10.0.1.127", "listed"},
+                              NewGroup{"10.0.8.0", "10.0.8.255", "deleted"}}) {
+      entered_ = group;
+      Press(list_, "cmdAddGroup");
+    }
+    Press(list_, "cmdDeleteGroup");
+    program_.suite.Run(
+        "Insert Into IPAddressGroups Values (1,20000000000,20000000255,'stored',0,0), "
+        "(2,21000000000,NULL,'endless',0,1)");
+  }
+  /// Why the range is refused, with the field to mend and "*" where it is to be selected.
+  std::string Refused(std::string_view start, std::string_view end) {
+    const auto refusal = RefuseNewGroup(start, end, &list_.Table(), program_.database);
+    if (!refusal) return "";
+    return refusal->field + (refusal->select_text ? "*: " : ": ") + refusal->message;
+  }
+};
+
+TEST_F(NewGroupTest, AnEntryIsRefusedForItsFirstFault) {
+  const std::string start = "StartIPAddress: Please enter a valid starting IP Address.";
+  const std::string end = "EndIPAddress: Please enter a valid ending IP Address.";
+  const std::string reversed = "EndIPAddress: The ENDING IP Address cannot be less than";
+  const std::string listed = "StartIPAddress: .*nested.*\\(listed\\) already exists in your list";
+  const std::string deleted = "StartIPAddress: .*nested.*\\(deleted\\) already exists in your";
+  const std::string stored = "StartIPAddress\\*: .*nested.*\\(stored\\) already exists that";
+  const std::string entries[][3] = {
+      {"256.0.0.1", "x", start},
+      {"1e1.0.0.0", "10.0.0.1", start},
+      {"10.0.0.1", "10.0.0", end},
+      {"10.0.0.5", "10.0.0.1", reversed},
+      {"9.0.0.5", "9.0.0.5", ""},
+      {"10.0.0.0", "10.0.0.255", ""},
+      {"10.0.1.127", "10.0.1.128", ""},
+      {"10.0.0.128", "10.0.1.127", listed},
+      {"10.0.0.128", "10.0.1.128", listed},
+      {"10.0.8.1", "10.0.8.2", deleted},
+      {"19.0.0.0", "20.0.0.255", stored},
+      {"20.0.0.1", "20.0.1.0", ""},
+      {"21.0.0.0", "21.0.0.1", ""},
+  };
+  for (const auto& [first, last, refusal] : entries) {
+    const std::string expected = refusal.empty() ? "" : refusal + ".*";
+    EXPECT_THAT(Refused(first, last), testing::MatchesRegex(expected)) << first << " to " << last;
+  }
+  EXPECT_FALSE(RefuseNewGroup("10.0.8.1", "10.0.8.2", nullptr, program_.database));
+}
+
+TEST_F(NewGroupTest, ADatabaseThatCannotBeAskedRefuses) {
+  TakeDatabaseAway();
+  EXPECT_THAT(Refused("9.0.0.0", "9.0.0.1"),
+              testing::AllOf(testing::StartsWith("StartIPAddress: Could not check whether"),
+                             testing::HasSubstr("suite.db")));
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "lists/group_edits.h"
+#include "lists/list_fixture.h"
 
 namespace quillan {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <random>
 
-#include "lists/group_edits.h"
+#include "lists/list_fixture.h"
 #include "lists/port_list.h"
 
 namespace quillan {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lists/list_fixture.h"
+#include "lists/new_port.h"
 
 namespace quillan {
 namespace {
@@ -18,11 +19,23 @@ constexpr const char* kLastUpdate =
 class PortListTest : public test::ListTest {
  protected:
   // Rows 1 and 2 are the system's.
-  PortListTest() {
+  PortListTest() { Fill(); }
+
+  void Fill() {
     program_.suite.Run(
+        "Delete From ServicePorts;"
         "Insert Into ServicePorts Values (443,'https',1,1), (80,'http',1,0), (8080,'proxy',0,1), "
         "(5000,NULL,0,0)");
     list_.Refresh();
+  }
+  // A changed box and text, a deletion and a new row.
+  void EditRows() {
+    list_.OnClick(1, 0);
+    EXPECT_TRUE(Edit(list_, 2, 2, "It's séc"));
+    Select(list_, {4});
+    Press(list_, "cmdDeletePort");
+    entered_ = NewPort{50, "o'new"};
+    Press(list_, "cmdAddPort");
   }
 
   std::optional<NewPort> entered_;
@@ -34,7 +47,6 @@ TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed
               ElementsAre("-|80|http|0", "x|443|https|0", "-|5000||0", "x|8080|proxy|0"));
   EXPECT_FALSE(list_.Table().Bold(1, 1)) << "a system port";
   EXPECT_TRUE(list_.Table().Bold(3, 1)) << "a port of the user's";
-  EXPECT_EQ(list_.MaxLength(2), 255);
   EXPECT_EQ(list_.MaxLength(1), 0) << "a number has no limit";
   EXPECT_FALSE(Edit(list_, 1, 1, "81")) << "the number cannot be edited";
   EXPECT_TRUE(Edit(list_, 1, 2, "http"));  // Changed, but not red.
@@ -42,18 +54,10 @@ TEST_F(PortListTest, ServicePortsAreListedInPortOrderAndOnlyAChangedNameTurnsRed
   EXPECT_EQ(list_.Table().RowData(1).state, 1);
   EXPECT_EQ(list_.Table().ForeColor(1, 2), 0U);
   EXPECT_EQ(list_.Table().ForeColor(2, 2), Rgb(255, 0, 0));
-  TakeDatabaseAway();
-  list_.Refresh();
-  EXPECT_EQ(list_.Table().Rows(), 1);
 }
 
 TEST_F(PortListTest, ASaveWritesChangedRowsAsTheyAreDisplayed) {
-  list_.OnClick(1, 0);
-  EXPECT_TRUE(Edit(list_, 2, 2, "It's séc"));
-  Select(list_, {4});
-  Press(list_, "cmdDeletePort");
-  entered_ = NewPort{50, "o'new"};
-  Press(list_, "cmdAddPort");
+  EditRows();
   list_.OnKeyPress('-');
   EXPECT_THAT(Rows(list_), ElementsAre("-|50|o'new|2", "x|80|http|1", "x|443|It's séc|1",
                                        "-|5000||0", "|8080|proxy|-1"));
@@ -72,6 +76,94 @@ TEST_F(PortListTest, ASaveWritesChangedRowsAsTheyAreDisplayed) {
   EXPECT_FALSE(host_.busy);
   list_.Refresh();
   EXPECT_THAT(Saved(list_), IsEmpty());
+}
+
+TEST_F(PortListTest, EveryEditIsListedWithItsValuesAndCanBeReverted) {
+  int reported = -1;
+  list_.OnPendingChanged([&] { reported = list_.PendingCount(); });
+  const auto loaded = Rows(list_);
+  EditRows();
+  std::vector<std::string> pending;
+  for (const PendingRow& row : list_.Pending()) {
+    std::string text = row.name + " " + std::to_string(static_cast<int>(row.state));
+    for (const auto& [column, from, to] : row.values) {
+      text += ", " + column + " " + from + ">" + to;
+    }
+    pending.push_back(text);
+  }
+  EXPECT_THAT(pending, ElementsAre("50 2, Monitored >yes, Port >50, Description >o'new",
+                                   "80 1, Monitored no>yes", "443 1, Description https>It's séc",
+                                   "8080 -1, Monitored yes>, Port 8080>, Description proxy>"));
+  EXPECT_EQ(reported, 4);
+  list_.Table().Sort(2, SortDirection::kDescending);
+  list_.Revert({1, 2, 3, 4, 5});
+  list_.Table().Sort(1, SortDirection::kAscending);
+  EXPECT_EQ(Rows(list_), loaded);
+  EXPECT_EQ(list_.Table().ForeColor(2, 2), 0U);
+  EXPECT_EQ(reported, 0);
+  EXPECT_THAT(Saved(list_), IsEmpty());
+}
+
+TEST_F(PortListTest, ALoadThatEndsHalfwayShowsNoRowAndKeepsTheEdits) {
+  program_.suite.Run(
+      "With n(i) As (Select 10000 Union All Select i+1 From n Where i<20000) "
+      "Insert Into ServicePorts Select i,'',0,1 From n");
+  list_.Refresh();
+  EditRows();
+  const auto edited = Rows(list_);
+  const std::pair<bool (*)(), const char*> ends[] = {
+      {[] { return false; }, "The rows were not read: loading was stopped."},
+      {[]() -> bool { throw std::bad_alloc(); }, "std::bad_alloc"}};
+  for (const auto& [end, reason] : ends) {
+    std::vector<Conflict> conflicts;
+    host_.goes_on_reading = end;
+    EXPECT_FALSE(list_.FindConflicts(conflicts));
+    EXPECT_EQ(list_.ConflictError(), reason);
+    EXPECT_FALSE(list_.Reload());
+    EXPECT_EQ(list_.LoadError(), reason);
+    EXPECT_THAT(Rows(list_), IsEmpty());
+    EXPECT_EQ(list_.PendingCount(), 4);
+    host_.goes_on_reading = [] { return true; };
+    EXPECT_TRUE(list_.FindConflicts(conflicts)) << "it loads the rows first";
+    list_.Table().Sort(1, SortDirection::kAscending);  // The new row came last.
+    EXPECT_EQ(Rows(list_), edited);
+  }
+}
+
+TEST_F(PortListTest, WhatAnotherProgramStoresMeanwhileIsAConflictToBeAnswered) {
+  const std::vector<std::string> others = {"50|theirs|0|1", "80|theirs|1|0", "5000|NULL|0|0",
+                                           "8080|theirs|0|1"};
+  const std::pair<ConflictAnswer, std::vector<std::string>> answers[] = {
+      {ConflictAnswer::kOverwrite,
+       {"50|o'new|0|1", "80|http|1|1", "443|It's séc|0|1", "5000|NULL|0|0"}},
+      {ConflictAnswer::kKeepTheirs, others},
+      {ConflictAnswer::kCancel, others}};
+  for (const auto& [answer, stored] : answers) {
+    Fill();
+    EditRows();
+    std::vector<Conflict> conflicts;
+    EXPECT_TRUE(list_.FindConflicts(conflicts));
+    EXPECT_THAT(conflicts, IsEmpty());
+    program_.suite.Run(
+        "Update ServicePorts Set ServiceName='theirs' Where Port In (80, 8080);"
+        "Delete From ServicePorts Where Port=443;"
+        "Insert Into ServicePorts Values (50,'theirs',0,1)");
+    EXPECT_TRUE(list_.FindConflicts(conflicts));
+    std::string found;
+    for (const Conflict& conflict : conflicts) {
+      found += std::to_string(static_cast<int>(conflict.kind)) + " " + conflict.name + ": " +
+               conflict.loaded + " / " + conflict.theirs + " / " + conflict.ours + "\n";
+    }
+    EXPECT_EQ(found,
+              "2 50:  / yes, theirs / yes, o'new\n"
+              "0 80: no, http / no, theirs / yes, http\n"
+              "1 443: yes, https /  / yes, It's séc\n"
+              "0 8080: yes, proxy / yes, theirs / to be deleted\n");
+    list_.Resolve(conflicts, answer);
+    EXPECT_EQ(list_.PendingCount(), answer == ConflictAnswer::kKeepTheirs ? 0 : 4);
+    if (answer != ConflictAnswer::kCancel) list_.Sync();
+    EXPECT_EQ(program_.suite.Rows("Select * From ServicePorts"), stored);
+  }
 }
 
 TEST_F(PortListTest, SystemPortsAreNeverDeleted) {
@@ -137,19 +229,63 @@ TEST_F(PortListTest, KeysAndButtonsActOnEverySelectedRowAndClicksOnTheirOwn) {
     return states;
   };
   Select(list_, {1, 2});  // Row 1 is unchecked, row 2 checked, row 3 unchecked, row 4 checked.
-  for (const auto& [key, states] : std::initializer_list<std::pair<char32_t, const char*>>{
-           {U' ', "x--x"}, {U'=', "xx-x"}, {U'_', "---x"}, {U'+', "xx-x"}}) {
-    EXPECT_TRUE(list_.OnKeyPress(key));
-    EXPECT_EQ(boxes(), states) << "key " << static_cast<char>(key);
-  }
   EXPECT_FALSE(list_.OnKeyPress('x'));
-  for (const auto& [button, states] : std::initializer_list<std::pair<const char*, const char*>>{
-           {"cmdToggle", "---x"}, {"cmdCheck", "xx-x"}, {"cmdUncheck", "---x"}}) {
-    Press(list_, button);
-    EXPECT_EQ(boxes(), states) << button;
+  for (const auto& [key, button, states] : {std::tuple(U' ', "", "x--x"),
+                                            {U'=', "", "xx-x"},
+                                            {U'_', "", "---x"},
+                                            {U'+', "", "xx-x"},
+                                            {U'\0', "cmdToggle", "---x"},
+                                            {U'\0', "cmdCheck", "xx-x"},
+                                            {U'\0', "cmdUncheck", "---x"}}) {
+    if (key == U'\0') Press(list_, button);
+    EXPECT_EQ(list_.OnKeyPress(key), key != U'\0');
+    EXPECT_EQ(boxes(), states) << button << static_cast<char>(key);
   }
   list_.OnClick(3, 0);
   EXPECT_EQ(boxes(), "--xx");
+}
+
+class NewPortTest : public test::ListTest {
+ protected:
+  /// The port that the text names; else the refusal, with "*" where the text is to be selected.
+  std::string Validated(std::string_view text, std::string_view description = " It's ") {
+    const auto result = ValidateNewPort(text, description, program_.database);
+    if (const auto* port = std::get_if<NewPort>(&result)) {
+      return std::to_string(port->number) + port->description;
+    }
+    const auto& refusal = std::get<Refusal>(result);
+    EXPECT_EQ(refusal.field,
+              refusal.message.starts_with("The desc") ? "Description" : "PortNumber");
+    return refusal.message + (refusal.select_text ? "*" : "");
+  }
+};
+
+TEST_F(NewPortTest, ThePortIsTheNumberAtTheStartOfItsText) {
+  for (const char* text : {"65537", "0", "-5", "", "port 80", "0.5", "4294967376", "65536.6"}) {
+    EXPECT_EQ(Validated(text), "Please enter a Port Number from 1 to 65536.") << text;
+  }
+  for (const auto& [text, number] : {std::pair("1", "1"),
+                                     {"  80abc", "80"},
+                                     {"81.5", "82"},
+                                     {"8 0", "80"},
+                                     {"1e3", "1000"},
+                                     {"65536.5", "65536"}}) {
+    EXPECT_EQ(Validated(text), number + std::string(" It's ")) << text;
+  }
+}
+
+TEST_F(NewPortTest, APortIsRefusedThatTheTableHasOrDoesNotTakeOrThatCannotBeLookedUp) {
+  program_.suite.Run("Insert Into ServicePorts Values (80,'wéb',1,0)");
+  EXPECT_EQ(Validated("80x"), "Port number 80 already exists as wéb*");
+  // The column takes 255 UTF-16 units.
+  const std::string text(254, 'x');
+  EXPECT_EQ(Validated("81", text + "é"), "81" + text + "é");
+  EXPECT_EQ(Validated("81", text + "\U0001F600"),
+            "The description has 256 characters; the database takes 255.");
+  TakeDatabaseAway();
+  EXPECT_THAT(Validated("81"),
+              testing::AllOf(testing::StartsWith("Could not check whether port 81 already exists."),
+                             testing::HasSubstr("suite.db")));
 }
 
 }  // namespace

@@ -32,11 +32,8 @@ class ProcessesTest : public testing::Test {
  protected:
   ProcessesTest() {
     folder_.Write("TBKelvora.DB", "CONNECTION=Provider=SQLite;Data Source=suite.db\r\n");
-    // Closed before any process starts: SQLite's locks do not survive a fork.
-    test::SqliteFile suite(folder_ / "suite.db");
-    suite.Run(
-        "with recursive n(port) as (values (1) union all select port + 1 from n where port < " +
-        std::to_string(kPorts) + ") insert into ServicePorts select port, 'p', 0, 0 from n");
+    Rows("with recursive n(port) as (values (1) union all select port + 1 from n where port < " +
+         std::to_string(kPorts) + ") insert into ServicePorts select port, 'p', 0, 0 from n");
   }
 
   // Runs `work` in a process of its own, which tells with `ready()` that it begins; returns then.
@@ -75,9 +72,8 @@ class ProcessesTest : public testing::Test {
   struct Program {
     explicit Program(const std::filesystem::path& folder)
         : database(files, folder, ado::InstalledDrivers(folder)),
-          ports({database, host, messages, clock, locale}, [] {
-            return NewPort{1000, "ours"};
-          }) {
+          ports({database, host, messages, clock, locale},
+                [] { return std::optional<NewPort>(); }) {
       if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
     }
 
@@ -98,26 +94,12 @@ class ProcessesTest : public testing::Test {
     ready();
     if (program.ports.Sync().failed > 0) throw std::runtime_error("rows were not written");
   }
-  // A column of a query, read by a program of its own.
-  std::vector<std::string> Query(std::string_view query, std::string_view column) const {
-    DiskFiles files;
-    FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
-    const auto rows = database.OpenRecordset(query);
-    if (!rows) throw std::runtime_error(database.LastError());
-    std::vector<std::string> values;
-    for (; !rows->Eof(); rows->MoveNext()) {
-      values.push_back(ado::ToText(rows->Fields(column).Value()));
-    }
-    return values;
+  // The rows of a query. No connection stays open: SQLite's locks do not survive a fork.
+  std::vector<std::string> Rows(std::string_view query) const {
+    return test::SqliteFile(folder_ / "suite.db").Rows(query);
   }
-  // Whether each port is enabled, in their order.
-  std::vector<bool> Enabled() const {
-    std::vector<bool> enabled;
-    for (const std::string& value :
-         Query("Select Enabled+0 As Checked From ServicePorts Order By Port", "Checked")) {
-      enabled.push_back(value == "1");
-    }
-    return enabled;
+  std::vector<std::string> Enabled() const {
+    return Rows("Select Enabled From ServicePorts Order By Port");
   }
 
   test::TemporaryFolder folder_;
@@ -126,12 +108,12 @@ class ProcessesTest : public testing::Test {
 
 TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
   const auto save = [this](const auto& ready) { Toggle(1, 0, ready); };
-  std::vector<bool> before = Enabled();
+  std::vector<std::string> before = Enabled();
   std::chrono::microseconds longest{10000};  // Becomes about twice the time of a save.
   int cut_short = 0;
   for (int round = 0; round < kKills; ++round) {
     KillWithin(Start(save), longest);
-    const std::vector<bool> after = Enabled();
+    const std::vector<std::string> after = Enabled();
     ASSERT_EQ(after.size(), before.size());
     std::size_t written = 0;
     while (written < after.size() && after[written] != before[written]) ++written;
@@ -143,7 +125,7 @@ TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
     before = after;
   }
   EXPECT_GT(cut_short, 0) << "no kill came in the middle of a save";
-  EXPECT_EQ(Query("pragma integrity_check", "integrity_check").at(0), "ok");
+  EXPECT_EQ(Rows("pragma integrity_check").at(0), "ok");
 }
 
 TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
@@ -173,7 +155,7 @@ TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
 TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
   const std::filesystem::path file = folder_ / "registry.reg";
   for (int round = 0; round < 50; ++round) {
-    const std::vector<bool> before = Enabled();
+    const auto expected = Rows("Select 1-Enabled From ServicePorts Order By Port");
     std::vector<pid_t> processes;
     for (int number = 0; number < 2; ++number) {
       processes.push_back(Start([&](const auto& ready) {
@@ -191,64 +173,9 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
     for (const pid_t process : processes) waitpid(process, nullptr, WUNTRACED);
     for (const pid_t process : processes) kill(process, SIGCONT);
     for (const pid_t process : processes) ASSERT_EQ(End(process), 0);
-    std::vector<bool> expected = before;
-    expected.flip();
     EXPECT_EQ(Enabled(), expected);
     for (int value = 0; value < 10; ++value) {
       EXPECT_EQ(RegistryStore(file).ReadString(kKey, std::to_string(value)), std::to_string(round));
-    }
-  }
-}
-
-TEST_F(ProcessesTest, WhatAnotherProgramStoresMeanwhileIsAConflictToBeAnswered) {
-  const std::string other = "QUILLAN_HOME=" + folder_.path().string() + " " QUILLAN_CTL " ports ";
-  const std::vector<std::string> theirs = {"1|theirs|0", "2|theirs|0", "1000|theirs|1"};
-  const std::pair<ConflictAnswer, std::vector<std::string>> answers[] = {
-      {ConflictAnswer::kOverwrite, {"1|ours|0", "3|p|1", "1000|ours|1"}},
-      {ConflictAnswer::kKeepTheirs, theirs},
-      {ConflictAnswer::kCancel, theirs}};
-  for (const auto& [answer, stored] : answers) {
-    Program program(folder_.path());
-    PortList& ports = program.ports;
-    const auto press = [&](const char* name) {
-      for (const ListCommand& command : ports.Commands()) {
-        if (command.name == name) command.run();
-      }
-    };
-    ports.EditText(1, "ours");
-    ports.Table().SelectOnly(2, 1);
-    press("cmdDeletePort");
-    ports.OnClick(3, 0);
-    press("cmdAddPort");
-    std::vector<Conflict> conflicts;
-    EXPECT_TRUE(ports.FindConflicts(conflicts));
-    EXPECT_TRUE(conflicts.empty());
-    for (const char* command :
-         {"rename 1 theirs", "rename 2 theirs", "delete 3 --yes", "add 1000 theirs"}) {
-      ASSERT_EQ(std::system((other + command + " >/dev/null 2>&1").c_str()), 0) << command;
-    }
-    EXPECT_TRUE(ports.FindConflicts(conflicts));
-    std::string found;
-    for (const Conflict& conflict : conflicts) {
-      found += std::to_string(static_cast<int>(conflict.kind)) + " " + conflict.name + ": " +
-               conflict.loaded + " / " + conflict.theirs + " / " + conflict.ours + "\n";
-    }
-    EXPECT_EQ(found,
-              "0 1: no, p / no, theirs / no, ours\n"
-              "0 2: no, p / no, theirs / to be deleted\n"
-              "1 3: no, p /  / yes, p\n"
-              "2 1000:  / yes, theirs / yes, ours\n");
-    ports.Resolve(conflicts, answer);
-    EXPECT_EQ(ports.PendingCount(), answer == ConflictAnswer::kKeepTheirs ? 0 : 4);
-    if (answer != ConflictAnswer::kCancel) ports.Sync();
-    EXPECT_EQ(Query("Select Port || '|' || ServiceName || '|' || Enabled As Line From ServicePorts "
-                    "Where Port In (1, 2, 3, 1000) Order By Port",
-                    "Line"),
-              stored);
-    program.database.Execute("Delete From ServicePorts Where Port In (1, 2, 3, 1000)");
-    for (const char* port : {"1", "2", "3"}) {
-      program.database.Execute("Insert Into ServicePorts Values (" + std::string(port) +
-                               ", 'p', 0, 0)");
     }
   }
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -85,9 +86,9 @@ class FakeListHost final : public ListHost {
  public:
   void ShowBusyPointer() override { ++busy_shown, busy = true; }
   void ShowDefaultPointer() override { busy = false; }
-  bool OnRowsRead(size_t /*done*/, size_t /*total*/) override { return !stops_reading; }
+  bool OnRowsRead(size_t /*done*/, size_t /*total*/) override { return goes_on_reading(); }
 
-  bool stops_reading = false;
+  std::function<bool()> goes_on_reading = [] { return true; };
   int busy_shown = 0;
   bool busy = false;
 };

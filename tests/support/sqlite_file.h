@@ -16,13 +16,14 @@ namespace quillan::test {
 /// here.
 class SqliteFile {
  public:
-  /// Creates `path` with the tables of data/sqlite/schema.sql.
+  /// Opens `path`, which gets the tables of data/sqlite/schema.sql if it is new.
   explicit SqliteFile(const std::filesystem::path& path) : path_(path) {
     std::filesystem::create_directories(path.parent_path());
+    const bool exists = std::filesystem::exists(path);
     if (sqlite3_open(path.c_str(), &database_) != SQLITE_OK) throw std::runtime_error("no file");
     sqlite3_busy_timeout(database_, 10000);
     std::ostringstream schema;
-    schema << std::ifstream(QUILLAN_SOURCE_DIR "/data/sqlite/schema.sql").rdbuf();
+    if (!exists) schema << std::ifstream(QUILLAN_SOURCE_DIR "/data/sqlite/schema.sql").rdbuf();
     Run(schema.str() + "; pragma synchronous = off");
   }
   ~SqliteFile() { sqlite3_close(database_); }
@@ -30,6 +31,7 @@ class SqliteFile {
   SqliteFile& operator=(const SqliteFile&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
+  sqlite3* handle() const { return database_; }
   std::string ConnectionString() const { return "Provider=SQLite;Data Source=" + path_.string(); }
 
   /// Runs one or more statements; throws std::runtime_error with the engine's text.

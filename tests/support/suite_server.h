@@ -6,15 +6,13 @@
 #include <mutex>
 #include <optional>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <variant>
 #include <vector>
 
-#include <sqlite3.h>
-
 #include "platform/ado/sqlite_dialect.h"
 #include "platform/text/ascii.h"
+#include "support/sqlite_file.h"
 #include "support/tds_server.h"
 
 namespace quillan::test {
@@ -30,7 +28,7 @@ class SuiteServer {
       std::variant<std::monostate, Failure, TdsServer::Silence, TdsServer::Mute, TdsServer::Reset>;
 
   explicit SuiteServer(const std::filesystem::path& file)
-      : database_(Open(file)), server_([this](const std::string& batch) { return Run(batch); }) {}
+      : database_(file), server_([this](const std::string& batch) { return Run(batch); }) {}
 
   const TdsServer& tds() const { return server_; }
   std::string ConnectionString() const { return ConnectionStringOf(server_.port()); }
@@ -43,23 +41,9 @@ class SuiteServer {
     const std::lock_guard lock(mutex_);
     before_ = std::move(before);
   }
-  /// The statements that were run, without faults, in their order.
-  std::vector<std::string> Ran() const {
-    const std::lock_guard lock(mutex_);
-    return ran_;
-  }
 
  private:
-  using Database = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
   using Statement = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
-
-  static Database Open(const std::filesystem::path& file) {
-    sqlite3* database = nullptr;
-    if (sqlite3_open(file.c_str(), &database) != SQLITE_OK) throw std::runtime_error("no file");
-    sqlite3_busy_timeout(database, 10000);
-    sqlite3_exec(database, "pragma synchronous = off", nullptr, nullptr, nullptr);
-    return {database, &sqlite3_close};
-  }
 
   // The statements between the driver's marks; what has none is one statement.
   TdsServer::Answer Run(const std::string& batch) {
@@ -94,25 +78,22 @@ class SuiteServer {
   // Returns what happened to the connection, if anything did.
   std::optional<TdsServer::Answer> Run(const std::string& statement, TdsReply& reply,
                                        bool& failed) {
-    std::optional<Failure> failure;
-    {
-      std::unique_lock lock(mutex_);
-      const auto before = before_;
-      lock.unlock();
-      const Fault fault = before ? before(statement) : Fault();
-      if (std::holds_alternative<TdsServer::Silence>(fault)) return TdsServer::Silence{};
-      if (std::holds_alternative<TdsServer::Mute>(fault)) return TdsServer::Mute{};
-      if (std::holds_alternative<TdsServer::Reset>(fault)) return TdsServer::Reset{};
-      if (const auto* error = std::get_if<Failure>(&fault)) failure = *error;
-    }
-    if (!failure) failure = RunOnDatabase(statement, reply);
+    std::unique_lock lock(mutex_);
+    const auto before = before_;
+    lock.unlock();
+    const Fault fault = before ? before(statement) : Fault();
+    if (std::holds_alternative<TdsServer::Silence>(fault)) return TdsServer::Silence{};
+    if (std::holds_alternative<TdsServer::Mute>(fault)) return TdsServer::Mute{};
+    if (std::holds_alternative<TdsServer::Reset>(fault)) return TdsServer::Reset{};
+    const auto* refused = std::get_if<Failure>(&fault);
+    const std::optional<Failure> failure = refused ? *refused : RunOnDatabase(statement, reply);
     failed = failure.has_value();
     if (failure) reply.Error(failure->first, failure->second).End(3, 0);
     return std::nullopt;
   }
 
   std::optional<Failure> RunOnDatabase(const std::string& statement, TdsReply& reply) {
-    const bool idle = sqlite3_get_autocommit(database_.get()) != 0;
+    const bool idle = sqlite3_get_autocommit(database_.handle()) != 0;
     if (statement.starts_with("SET ") || (idle && statement.starts_with("rollback"))) {
       return std::nullopt;
     }
@@ -126,20 +107,18 @@ class SuiteServer {
     }
     for (const char* rest = sql.c_str(); *rest != '\0';) {
       sqlite3_stmt* prepared = nullptr;
-      if (sqlite3_prepare_v2(database_.get(), rest, -1, &prepared, &rest) != SQLITE_OK) {
+      if (sqlite3_prepare_v2(database_.handle(), rest, -1, &prepared, &rest) != SQLITE_OK) {
         return LastFailure();
       }
       if (prepared == nullptr) continue;
       const Statement owner(prepared, &sqlite3_finalize);
       if (!Answer(prepared, reply)) return LastFailure();
     }
-    const std::lock_guard lock(mutex_);
-    ran_.push_back(statement);
     return std::nullopt;
   }
 
   Failure LastFailure() const {
-    const std::string text = sqlite3_errmsg(database_.get());
+    const std::string text = sqlite3_errmsg(database_.handle());
     return {text.starts_with("no such table") ? 208 : 547, text};
   }
 
@@ -149,7 +128,7 @@ class SuiteServer {
     const int columns = sqlite3_column_count(prepared);
     if (columns == 0) {
       if (result != SQLITE_DONE) return false;
-      reply.Done(static_cast<std::uint64_t>(sqlite3_changes(database_.get())), true);
+      reply.Done(static_cast<std::uint64_t>(sqlite3_changes(database_.handle())), true);
       return true;
     }
     std::vector<TdsReply::Column> described;
@@ -197,10 +176,9 @@ class SuiteServer {
     return std::string_view(reinterpret_cast<const char*>(sqlite3_column_text(prepared, i)));
   }
 
-  Database database_;
-  mutable std::mutex mutex_;
+  SqliteFile database_;
+  std::mutex mutex_;
   std::function<Fault(const std::string&)> before_;
-  std::vector<std::string> ran_;
   TdsServer server_;  // Ends before what its thread uses.
 };
 

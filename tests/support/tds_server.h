@@ -63,31 +63,26 @@ class TdsReply {
   TdsReply& Row(const std::vector<Value>& values) {
     Append(std::uint8_t{0xD1});
     for (size_t i = 0; i < values.size(); ++i) {
-      const Value& value = values[i];
-      if (types_.at(i) == Type::kDateTime2) {
+      const Type type = types_.at(i);
+      const auto* whole = std::get_if<std::int64_t>(&values[i]);
+      const auto* real = std::get_if<double>(&values[i]);
+      if (const auto* text = std::get_if<std::string_view>(&values[i]);
+          text != nullptr && type == Type::kNVarCharMax) {
+        Append(~std::uint64_t{1});  // Of a length that is not told; one piece, and its end.
+        if (!text->empty()) AppendText<std::uint32_t>(*text, 2);
+        Append(std::uint32_t{0});
+      } else if (text != nullptr) {
+        AppendText<std::uint16_t>(*text, 2);
+      } else if (whole != nullptr && type == Type::kDateTime2) {
         constexpr std::int64_t kDay = 732676;  // 1 January 2007, counted from the year 1.
-        const std::int64_t time = std::get<std::int64_t>(value);
         Append(std::uint8_t{8});
-        bytes_.append(reinterpret_cast<const char*>(&time), 5);
+        bytes_.append(reinterpret_cast<const char*>(whole), 5);
         bytes_.append(reinterpret_cast<const char*>(&kDay), 3);
-      } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-        Append(std::uint8_t{sizeof *whole});
-        Append(*whole);
-      } else if (const auto* real = std::get_if<double>(&value)) {
-        Append(std::uint8_t{sizeof *real});
-        Append(*real);
-      } else if (const auto* text = std::get_if<std::string_view>(&value)) {
-        if (types_.at(i) == Type::kNVarCharMax) {
-          Append(~std::uint64_t{1});  // Of a length that is not told; one piece, and its end.
-          if (!text->empty()) AppendText<std::uint32_t>(*text, 2);
-          Append(std::uint32_t{0});
-        } else {
-          AppendText<std::uint16_t>(*text, 2);
-        }
-      } else if (types_.at(i) == Type::kNVarCharMax) {
-        Append(~std::uint64_t{0});
-      } else if (types_.at(i) == Type::kNVarChar) {
-        Append(std::uint16_t{0xFFFF});
+      } else if (whole != nullptr || real != nullptr) {
+        Append(std::uint8_t{8});
+        whole != nullptr ? Append(*whole) : Append(*real);
+      } else if (type == Type::kNVarChar || type == Type::kNVarCharMax) {
+        bytes_.append(type == Type::kNVarChar ? 2 : 8, '\xFF');
       } else {
         Append(std::uint8_t{0});
       }

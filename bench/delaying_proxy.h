@@ -16,7 +16,7 @@
 #include <thread>
 #include <utility>
 
-namespace quillan::test {
+namespace quillan::bench {
 
 /// Passes TCP connections on to a port of this machine, one at a time. Every byte arrives half of
 /// the round trip later; what follows it is not held up by that.
@@ -110,4 +110,4 @@ class DelayingProxy {
   std::thread thread_;
 };
 
-}  // namespace quillan::test
+}  // namespace quillan::bench

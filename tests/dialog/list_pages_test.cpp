@@ -1,14 +1,18 @@
 #include <QCheckBox>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QToolTip>
 
 #include "dialog/dialog_fixture.h"
 
 namespace quillan {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 class PortPageTest : public test::DialogTest {
  protected:
@@ -71,15 +75,10 @@ TEST_F(PortPageTest, WhatTheScreenShowsIsWhatTheDatabaseHoldsAfterwards) {
   EXPECT_NE(TextColor(table_, 1, 1), Qt::red);
 }
 
-TEST_F(PortPageTest, KeysCheckAndUncheckTheSelectionAndOthersType) {
-  program_.suite.Run("insert into ServicePorts values (1, 'a', 1, 1), (2, 'b', 1, 1)");
+TEST_F(PortPageTest, ACharacterStartsAnEditWithItselfAndEscEndsIt) {
+  program_.suite.Run("insert into ServicePorts values (1, 'a', 1, 1)");
   Open();
   ClickCell(table_, 1, 2);
-  QTest::keyClick(table_, Qt::Key_A, Qt::ControlModifier);
-  QTest::keyClick(table_, '-');
-  EXPECT_EQ(Check(table_, 1), Qt::Unchecked);
-  EXPECT_EQ(Check(table_, 2), Qt::Unchecked);
-  // Any other character starts the edit with itself; Esc ends the edit, not the dialog.
   QTest::keyClick(table_, 'q');
   auto* editor = table_->findChild<QLineEdit*>(QStringLiteral("CellEditor"));
   ASSERT_NE(editor, nullptr);
@@ -184,13 +183,123 @@ TEST_F(PortPageTest, TheAddDialogRefusesAndKeepsWhatWasTyped) {
     EXPECT_EQ(messages_.messages.back().text, "Port number 80 already exists as http");
     EXPECT_EQ(number->selectedText(), QStringLiteral(" 80abc"));
     EXPECT_EQ(description->text(), QStringLiteral("kept"));
+    number->setText(QStringLiteral("81"));
+    description->setText(QString(300, QLatin1Char('x')));
+    Click("cmdOK", dialog);
+    EXPECT_EQ(messages_.messages.back().text,
+              "The description has 300 characters; the database takes 255.");
+    EXPECT_TRUE(description->hasFocus());
     // Enter presses the button that has the focus.
     Find<QPushButton>("cmdCancel", dialog)->setFocus();
     QTest::keyClick(Find<QPushButton>("cmdCancel", dialog), Qt::Key_Enter);
   });
   QTest::keyClick(table_, Qt::Key_Insert);
-  EXPECT_EQ(messages_.messages.size(), 2U);
+  EXPECT_EQ(messages_.messages.size(), 3U);
   EXPECT_EQ(table_->model()->rowCount(), 1);
+}
+
+using GroupPageTest = test::DialogTest;
+using SourcePageTest = test::DialogTest;
+
+TEST_F(GroupPageTest, AnAddedOverlappingGroupTakesItsEndpoints) {
+  program_.suite.Run(
+      "insert into IPAddressGroups values (1, 10000000000, 10000255255, 'big', 1, 1);"
+      "insert into FlowCorrelation (IPAddress, IPAddressSort, IPAddressGroupID) values "
+      "('10.0.0.5', 10000000005, 1), ('10.0.200.1', 10000200001, 1), ('10.1.0.9', 10001000009, 0)");
+  Open();
+  SelectPage(2);
+  InNextDialog([&](QDialog* dialog) {
+    auto* start = Find<QLineEdit>("StartIPAddress", dialog);
+    auto* end = Find<QLineEdit>("EndIPAddress", dialog);
+    end->setText(QStringLiteral("10.0.1.9"));
+    auto* note = Find<QLabel>("RangeNote", dialog);
+    EXPECT_FALSE(note->isVisible());
+    start->setText(QStringLiteral("10.0.129.0/33"));
+    QTest::keyClick(start, Qt::Key_Tab);
+    EXPECT_EQ(end->text(), QStringLiteral("10.0.1.9"));
+    EXPECT_THAT(note->text().toStdString(), HasSubstr("\"33\""));
+    start->setText(QStringLiteral("10.0.129.0/17"));
+    EXPECT_EQ(start->text(), QStringLiteral("10.0.129.0/17")) << "it is still being typed";
+    EXPECT_TRUE(note->isVisible());
+    EXPECT_THAT(note->text().toStdString(),
+                AllOf(HasSubstr("10.0.128.0 to 10.0.255.255, 32,768 addresses."),
+                      HasSubstr("10.0.129.0 is not the first address")));
+    Click("cmdOK", dialog);
+    EXPECT_THAT(messages_.messages.back().text, HasSubstr("(big) already exists in your list"));
+    EXPECT_TRUE(start->hasFocus());
+    EXPECT_EQ(start->text(), QStringLiteral("10.0.128.0"));
+    start->setText(QStringLiteral("10.0.128.0 - 10.1.0.255"));
+    start->setFocus();
+    QTest::keyClick(start, Qt::Key_Return);
+    EXPECT_TRUE(end->hasFocus());
+    EXPECT_EQ(end->text(), QStringLiteral("10.1.0.255"));
+    QTest::keyClick(end, Qt::Key_Return);
+    Find<QLineEdit>("Description", dialog)->setText(QString::fromUtf8("Büro"));
+    QTest::keyClick(Find<QLineEdit>("Description", dialog), Qt::Key_Return);
+  });
+  Click("cmdAddGroup");
+  GridView* table = Table("AddressGroupList");
+  EXPECT_EQ(table->model()->rowCount(), 2);
+  EXPECT_EQ(TextColor(table, 2, 3), Qt::red);
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select IPAddress, IPAddressGroupName from FlowCorrelation "
+                                  "join IPAddressGroups using (IPAddressGroupID)"),
+              ElementsAre("10.0.0.5|big", "10.0.200.1|Büro", "10.1.0.9|Büro"));
+  EXPECT_EQ(table->model()->rowCount(), 2);
+  EXPECT_EQ(table->model()->columnCount(), 4);
+}
+
+TEST_F(GroupPageTest, TheStripNamesTheGroupOfAPlaceAndSelectsItsRow) {
+  program_.suite.Run(
+      "insert into IPAddressGroups values (1, 10000000000, 10000000255, 'first', 1, 1),"
+      "(2, 10000001000, 10000001255, 'second', 1, 1)");
+  Open();
+  SelectPage(2);
+  auto* list = Find<ListControl>("AddressGroupList");
+  std::vector<bool> toggled;
+  QObject::connect(list, &ListControl::StripToggled, list,
+                   [&](bool shown) { toggled.push_back(shown); });
+  EXPECT_FALSE(list->StripShown());
+  QTest::keyClick(form_.get(), Qt::Key_M, Qt::ControlModifier);
+  auto* strip = Find<CoverageStrip>("CoverageStrip", list);
+  EXPECT_TRUE(strip->isVisible());
+  const auto color = [&](int part) {
+    return strip->grab().toImage().pixelColor(strip->width() * part / 4, 2);
+  };
+  EXPECT_EQ(color(1), QColor(255, 0, 0));
+  EXPECT_EQ(color(3), QColor(0, 153, 0));
+  QHelpEvent help(QEvent::ToolTip, {strip->width() / 4, 4}, {});
+  QApplication::sendEvent(strip, &help);
+  EXPECT_THAT(QToolTip::text().toStdString(), AllOf(HasSubstr("first"), HasSubstr("10.0.0.255")));
+  GridView* table = Table("AddressGroupList");
+  QTest::mouseClick(strip, Qt::LeftButton, {}, {strip->width() * 3 / 4, 4});
+  EXPECT_EQ(table->currentIndex().row(), 1);
+  EXPECT_TRUE(table->hasFocus());
+  ClickCell(table, 1, 0);
+  EXPECT_EQ(color(3), color(1)) << "the second group is the only one left";
+  list->ShowStrip(false);
+  EXPECT_THAT(toggled, ElementsAre(true, false));
+  EXPECT_FALSE(strip->isVisible());
+}
+
+TEST_F(SourcePageTest, ChecksBecomeRowsAndNothingCanBeEdited) {
+  program_.suite.Run(
+      "insert into Nodes values (1, 'core');"
+      "insert into Interfaces values (10, 1, 'a'), (11, 1, 'b'), (12, 1, 'c'), (99, 7, 'orphan');"
+      "insert into NetFlowSources values (11)");
+  Open();
+  SelectPage(6);
+  GridView* table = Table("InterfacesList");
+  ASSERT_EQ(table->model()->rowCount(), 3);
+  ClickCell(table, 2, 2);
+  EXPECT_EQ(Edit(table), nullptr);
+  ClickCell(table, 1, 0);
+  ClickCell(table, 2, 0);
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10"));
+  Click("cmdSelectAll");
+  Click("CmdApply");
+  EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("10", "11", "12"));
 }
 
 }  // namespace
