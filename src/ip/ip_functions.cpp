@@ -99,7 +99,7 @@ std::string SortValueToIPAddress(double value) {
     if (part < 0) part += 1000;
     rest = (rest - part) / 1000;
   }
-  std::array<char, 4 * 5> text;  // A first part below zero has a sign.
+  std::array<char, 20> text;  // Four parts of at most five characters.
   char* end =
       std::to_chars(text.data(), text.data() + text.size(), static_cast<int>(rest % 1000)).ptr;
   for (auto part = last_parts.rbegin(); part != last_parts.rend(); ++part) {
