@@ -1,5 +1,7 @@
 #include "dialog/page_access.h"
 
+#include <vector>
+
 #include <QAccessibleWidget>
 #include <QPointer>
 #include <QTabBar>
@@ -79,6 +81,8 @@ class TabBarAccess final : public QAccessibleWidget {
     if (index < 0 || index >= childCount()) return nullptr;
     while (static_cast<int>(tabs_.size()) <= index) {
       auto* tab = new TabAccess(&Bar(), static_cast<int>(tabs_.size()));
+      // Qt owns it from now on, which the analyzer cannot see.
+      // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
       tabs_.push_back(QAccessible::registerAccessibleInterface(tab));
     }
     return QAccessible::accessibleInterface(tabs_[static_cast<size_t>(index)]);

@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QLabel>
@@ -24,6 +25,22 @@ class PortPageTest : public test::DialogTest {
 
   GridView* table_ = nullptr;
 };
+
+TEST_F(PortPageTest, ADescriptionLongerThanItsColumnIsRefusedAsAWhole) {
+  program_.suite.Run("insert into ServicePorts values (21, 'ftp', 1, 1)");
+  Open();
+  QApplication::clipboard()->setText(QString(300, QLatin1Char('x')));
+  const std::string reason = "The description has 300 characters; the database takes 255.";
+  ClickCell(table_, 1, 2);
+  auto* editor = qobject_cast<QLineEdit*>(Edit(table_));
+  ASSERT_NE(editor, nullptr);
+  editor->paste();
+  EXPECT_EQ(editor->text(), QStringLiteral("ftp"));
+  EXPECT_EQ(QToolTip::text().toStdString(), reason);
+  QTest::keyClicks(editor, QStringLiteral("s"));
+  table_->CommitEdit();
+  EXPECT_EQ(Cell(table_, 1, 2), QStringLiteral("s"));
+}
 
 TEST_F(PortPageTest, WhatTheScreenShowsIsWhatTheDatabaseHoldsAfterwards) {
   program_.suite.Run(

@@ -110,8 +110,8 @@ void InstallAppearance() {
   // The application owns its style.
   // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks)
   QApplication::setStyle(new ProgramStyle);
-  // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
   SetColorScheme(ColorScheme::kLight);
+  // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
 }  // namespace quillan

@@ -30,7 +30,7 @@ QPalette ThemePalette() {
 
 // What GTK uses where no desktop tells it.
 QString GtkTheme() {
-  if (const QString theme = qEnvironmentVariable("GTK_THEME"); !theme.isEmpty()) return theme;
+  if (QString theme = qEnvironmentVariable("GTK_THEME"); !theme.isEmpty()) return theme;
   const QSettings file(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                            QStringLiteral("/gtk-3.0/settings.ini"),
                        QSettings::IniFormat);
