@@ -110,6 +110,7 @@ void CheckableList::LoadRows(ado::Recordset& rows) {
         static_cast<int>(std::min<size_t>(size, std::numeric_limits<int>::max())));
   }
   const std::vector<ado::Field> fields = LoadedFields(rows);
+  grid_.Reserve(grid_.Rows() + static_cast<int>(rows.RowCount()));
   for (size_t done = 0; !rows.Eof(); rows.MoveNext()) {
     LoadRow(rows, fields, grid_, grid_.AppendRow());
     NoteRowRead(++done, rows);

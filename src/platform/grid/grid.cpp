@@ -24,6 +24,11 @@ void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   selection_set_ = true;
 }
 
+void Grid::Reserve(int rows) {
+  cells_.reserve(static_cast<size_t>(rows) * width_);
+  rows_.reserve(static_cast<size_t>(rows));
+}
+
 int Grid::AppendRow() {
   const Batch batch(*this);
   cells_.resize(cells_.size() + width_);

@@ -80,6 +80,8 @@ class Grid {
   /// Drops every row and lays the grid out with `rows` empty rows. No row is selected and the
   /// header is the current row; the top row stays, so that a reload keeps the place.
   void Reset(int rows, std::vector<GridColumn> columns);
+  /// Takes the memory for `rows` rows at once, and no more of it than they need.
+  void Reserve(int rows);
   /// Adds an empty row at the end; returns its number.
   int AppendRow();
   /// Removes data rows; `rows` is ascending. The selection of the others stays; the header becomes
