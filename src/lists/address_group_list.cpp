@@ -33,6 +33,7 @@ constexpr std::array<ListColumn, 4> kColumns = {{
 constexpr ListDescription kGroups = {
     .columns = kColumns,
     .query = "Select * From IPAddressGroups Order By IPRangeStart",
+    .key_columns = kGroupEndColumn,
     .system_field = "System",
     .editable_column = kGroupNameColumn,
     .last_update_setting = "LastIPAddressGroupUpdate",

@@ -125,26 +125,43 @@ void CheckableList::NoteRowRead(size_t done, const ado::Recordset& rows) {
 
 void CheckableList::LoadRow(ado::Recordset& rows, const std::vector<ado::Field>& fields, Grid& grid,
                             int row) {
+  LoadKey(rows, fields, grid, row);
+  LoadOthers(fields, grid, row);
+}
+
+void CheckableList::LoadKey(ado::Recordset& rows, const std::vector<ado::Field>& fields, Grid& grid,
+                            int row) {
+  for (int column = 1; column <= description_.key_columns; ++column) {
+    LoadText(fields, grid, row, column);
+  }
+  OnRowLoaded(rows, grid, row);
+}
+
+void CheckableList::LoadOthers(const std::vector<ado::Field>& fields, Grid& grid, int row) const {
   const bool checked = ado::ToBoolean(fields[0].Value());
   const CheckState check = checked ? CheckState::kChecked : CheckState::kUnchecked;
   grid.SetCheck(row, 0, check);
   grid.RowData(row).loaded_check = check;
-  for (int column = 1; column < grid.Columns(); ++column) {
-    const auto index = static_cast<size_t>(column);
-    const ado::Value value = fields[index].Value();
-    const auto format = description_.columns[index].format;
-    if (format != nullptr) {
-      grid.SetText(row, column, format(value));
-    } else if (const auto* text = std::get_if<std::string_view>(&value)) {
-      grid.SetText(row, column, *text);
-    } else {
-      grid.SetText(row, column, ado::ToText(value));
-    }
+  for (int column = description_.key_columns + 1; column < grid.Columns(); ++column) {
+    LoadText(fields, grid, row, column);
   }
   if (!description_.system_field.empty()) {
     SetSystem(grid, row, ado::ToBoolean(fields.back().Value()));
   }
-  OnRowLoaded(rows, grid, row);
+}
+
+void CheckableList::LoadText(const std::vector<ado::Field>& fields, Grid& grid, int row,
+                             int column) const {
+  const auto index = static_cast<size_t>(column);
+  const ado::Value value = fields[index].Value();
+  const auto format = description_.columns[index].format;
+  if (format != nullptr) {
+    grid.SetText(row, column, format(value));
+  } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+    grid.SetText(row, column, *text);
+  } else {
+    grid.SetText(row, column, ado::ToText(value));
+  }
 }
 
 int CheckableList::MaxLength(int column) const {

@@ -163,6 +163,10 @@ class CheckableList : public GridListener {
   std::vector<ado::Field> LoadedFields(ado::Recordset& rows) const;
   void LoadRows(ado::Recordset& rows);
   void LoadRow(ado::Recordset& rows, const std::vector<ado::Field>& fields, Grid& grid, int row);
+  // What identifies a row, and what else it holds.
+  void LoadKey(ado::Recordset& rows, const std::vector<ado::Field>& fields, Grid& grid, int row);
+  void LoadOthers(const std::vector<ado::Field>& fields, Grid& grid, int row) const;
+  void LoadText(const std::vector<ado::Field>& fields, Grid& grid, int row, int column) const;
   void NoteRowRead(size_t done, const ado::Recordset& rows);
   bool LoadOver(std::vector<KeptRow> kept);
   static void SetSystem(Grid& grid, int row, bool system);

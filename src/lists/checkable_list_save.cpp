@@ -296,10 +296,12 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
   }
   const std::vector<ado::Field> fields = LoadedFields(rows);
   for (size_t done = 0; !rows.Eof(); rows.MoveNext()) {
-    LoadRow(rows, fields, stored, stored_row);
+    LoadKey(rows, fields, stored, stored_row);
     NoteRowRead(++done, rows);
     const std::string key = Key(stored, stored_row);
     const auto [begin, end] = pending.equal_range(key);
+    if (begin == end && new_rows.empty()) continue;
+    LoadOthers(fields, stored, stored_row);
     for (auto match = begin; match != end; ++match) {
       const int row = match->second.row;
       match->second.found = true;

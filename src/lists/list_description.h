@@ -26,6 +26,7 @@ struct ListColumn {
 struct ListDescription {
   std::span<const ListColumn> columns;
   std::string_view query;
+  int key_columns = 1;                 ///< The columns after the check column that identify a row.
   std::string_view system_field = {};  ///< True for system-defined rows; empty: no row is marked.
   int editable_column = 0;             ///< 0: none.
   std::string_view last_update_setting =

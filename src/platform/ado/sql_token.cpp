@@ -6,9 +6,10 @@
 namespace quillan::ado {
 namespace {
 
-bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+// Every statement that is run passes through here, character by character. Unlike functions, these
+// are compiled into the loop that calls them.
+constexpr auto IsBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
 
-// Every statement that is run passes through here, character by character.
 constexpr std::array<bool, 256> kWordCharacters = [] {
   std::array<bool, 256> word{};
   for (size_t c = 0; c < word.size(); ++c) {
@@ -18,7 +19,7 @@ constexpr std::array<bool, 256> kWordCharacters = [] {
   return word;
 }();
 
-bool IsWord(char c) { return kWordCharacters[static_cast<unsigned char>(c)]; }
+constexpr auto IsWord = [](char c) { return kWordCharacters[static_cast<unsigned char>(c)]; };
 
 template <typename Predicate>
 size_t EndOfRun(std::string_view text, size_t at, Predicate belongs) {
@@ -46,17 +47,28 @@ size_t EndAfter(std::string_view text, size_t at, std::string_view mark) {
 
 SqlToken SqlTokenAt(std::string_view statement, size_t at) {
   const auto token = [&](SqlTokenKind kind, size_t end) {
-    return SqlToken{kind, statement.substr(at, end - at)};
+    return SqlToken{kind, std::string_view(statement.data() + at, end - at)};
   };
   const char c = statement[at];
   if (IsWord(c)) return token(SqlTokenKind::kWord, EndOfRun(statement, at, IsWord));
   if (IsBlank(c)) return token(SqlTokenKind::kBlank, EndOfRun(statement, at, IsBlank));
-  const std::string_view rest = statement.substr(at);
-  if (rest.starts_with("--")) return token(SqlTokenKind::kBlank, EndAfter(statement, at, "\n"));
-  if (rest.starts_with("/*")) return token(SqlTokenKind::kBlank, EndAfter(statement, at + 2, "*/"));
-  if (c == '\'') return token(SqlTokenKind::kLiteral, EndOfQuoted(statement, at, '\''));
-  if (c == '[') return token(SqlTokenKind::kQuotedName, EndOfQuoted(statement, at, ']'));
-  if (c == '"') return token(SqlTokenKind::kQuotedName, EndOfQuoted(statement, at, '"'));
+  const char next = at + 1 < statement.size() ? statement[at + 1] : '\0';
+  switch (c) {
+    case '\'':
+      return token(SqlTokenKind::kLiteral, EndOfQuoted(statement, at, '\''));
+    case '[':
+      return token(SqlTokenKind::kQuotedName, EndOfQuoted(statement, at, ']'));
+    case '"':
+      return token(SqlTokenKind::kQuotedName, EndOfQuoted(statement, at, '"'));
+    case '-':
+      if (next == '-') return token(SqlTokenKind::kBlank, EndAfter(statement, at, "\n"));
+      break;
+    case '/':
+      if (next == '*') return token(SqlTokenKind::kBlank, EndAfter(statement, at + 2, "*/"));
+      break;
+    default:
+      break;
+  }
   return token(SqlTokenKind::kSymbol, at + 1);
 }
 

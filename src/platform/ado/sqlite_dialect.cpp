@@ -9,22 +9,28 @@
 namespace quillan::ado {
 namespace {
 
+// 1 for an opening parenthesis, -1 for a closing one, else 0.
+int NestingChange(const SqlToken& token) {
+  if (token.kind != SqlTokenKind::kSymbol) return 0;
+  const char symbol = token.text.front();
+  return (symbol == '(' ? 1 : 0) - (symbol == ')' ? 1 : 0);
+}
+
 // Walks the tokens of a statement; blanks are passed over unless they are asked for.
 class Reader {
  public:
   explicit Reader(std::string_view statement, size_t at = 0) : text_(statement), at_(at) {}
 
-  bool AtEnd() {
-    SkipBlanks();
-    return at_ >= text_.size();
-  }
+  bool AtEnd() const { return !Reader(*this).Next(); }
   size_t position() const { return at_; }
 
   std::optional<SqlToken> Next() {
-    if (AtEnd()) return std::nullopt;
-    const SqlToken token = SqlTokenAt(text_, at_);
-    at_ += token.text.size();
-    return token;
+    while (at_ < text_.size()) {
+      const SqlToken token = SqlTokenAt(text_, at_);
+      at_ += token.text.size();
+      if (token.kind != SqlTokenKind::kBlank) return token;
+    }
+    return std::nullopt;
   }
 
   // Takes the next token if it is `text`, a word or a symbol.
@@ -63,21 +69,12 @@ class Reader {
     for (int depth = 1; depth > 0;) {
       const auto token = Next();
       if (!token) return std::nullopt;
-      if (token->text == "(") ++depth;
-      if (token->text == ")") --depth;
+      depth += NestingChange(*token);
     }
     return text_.substr(start, at_ - 1 - start);
   }
 
  private:
-  void SkipBlanks() {
-    while (at_ < text_.size()) {
-      const SqlToken token = SqlTokenAt(text_, at_);
-      if (token.kind != SqlTokenKind::kBlank) return;
-      at_ += token.text.size();
-    }
-  }
-
   std::string_view text_;
   size_t at_;
 };
@@ -153,8 +150,7 @@ std::string TranslateExpressions(std::string_view statement) {
     at += token.text.size();
     if (token.kind == SqlTokenKind::kBlank || token.text == ";") continue;
     end = at;
-    if (token.text == "(") ++depth;
-    if (token.text == ")") --depth;
+    depth += NestingChange(token);
     const bool expects_top = after_select && depth == 0;
     after_select = false;
     if (token.kind != SqlTokenKind::kWord) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -14,7 +15,11 @@ constexpr char ToUpperAscii(char c) {
 std::string ToUpperAscii(std::string_view text);
 
 /// Whether the strings are equal without regard to the case of ASCII letters.
-bool EqualsIgnoringCase(std::string_view left, std::string_view right);
+inline bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  return left.size() == right.size() &&
+         std::equal(left.begin(), left.end(), right.begin(),
+                    [](char a, char b) { return ToUpperAscii(a) == ToUpperAscii(b); });
+}
 
 /// Whether `text` begins with `prefix`, without regard to the case of ASCII letters.
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
