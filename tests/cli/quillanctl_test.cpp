@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -146,6 +145,7 @@ TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
       {"ports import --replace $f", 0, "kept, since the system defines it: 443",
        "81;a;no\r\n80;web\r\n", kPorts, "80|web|1 81|a|0 443|https|0"},
       {"ports import $f", 0, "nothing to change", "80,http\n"},
+      {"ports import --dry-run " QUILLAN_SOURCE_DIR "/data/well_known_ports.csv", 0, "Port: 22, Description: ssh"},
       {"ports export", 0,
        "Monitored,Port,Description\r\nyes,80,http\r\nno,443,https\r\nyes,8080,proxy\r\n"},
       {"ports diff $f --format json", 1, "{\n    \"change\": \"changed\",\n    \"row\": \"80\",",
