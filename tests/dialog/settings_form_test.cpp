@@ -215,6 +215,7 @@ TEST_F(SettingsFormTest, HelpNeedsToKnowItsServer) {
         {OpenUrlResult::kNotOpened, "Web Page not Opened"}}) {
     desktop_.open_result = result;
     Click("CmdHelp");
+    ASSERT_FALSE(messages_.messages.empty());
     EXPECT_EQ(messages_.messages.back().text, message);
   }
   // The option is read when it is used.
