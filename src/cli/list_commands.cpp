@@ -9,7 +9,6 @@
 #include <set>
 
 #include "cli/json.h"
-#include "ip/ip_functions.h"
 #include "lists/address_group_list.h"
 #include "lists/list_import.h"
 #include "lists/refusal.h"
@@ -46,14 +45,9 @@ bool SettleConflicts(CheckableList& list, Session& session, ExitStatus& status) 
 }
 
 // How many endpoints a group's range holds; empty for the row of another list.
-std::string Endpoints(const CheckableList& list, int row, Session& session) {
-  if (dynamic_cast<const AddressGroupList*>(&list) == nullptr ||
-      !list.Table().RowData(row).has_range) {
-    return {};
-  }
-  const auto count = CountEndpoints(session.database(),
-                                    IPAddressToSortValue(list.Table().Text(row, kGroupStartColumn)),
-                                    IPAddressToSortValue(list.Table().Text(row, kGroupEndColumn)));
+std::string Endpoints(const CheckableList& list, int row) {
+  const auto* groups = dynamic_cast<const AddressGroupList*>(&list);
+  const auto count = groups != nullptr ? groups->CountEndpoints(row) : std::nullopt;
   return count ? std::to_string(*count) : "";
 }
 
@@ -93,7 +87,7 @@ ExitStatus PrintPending(const CheckableList& list, Session& session) {
       session.options().format,
       {{"Change", "change"}, {"Row", "row"}, {"Endpoints", "endpoints"}, {"Values", "values"}});
   for (const PendingRow& row : list.Pending()) {
-    const std::string endpoints = Endpoints(list, row.row, session);
+    const std::string endpoints = Endpoints(list, row.row);
     if (json) {
       objects.push_back(JsonOf(row, endpoints));
     } else {

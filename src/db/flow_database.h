@@ -10,14 +10,27 @@
 #include <vector>
 
 #include "db/connection_file.h"
-#include "db/statement_report.h"
 #include "platform/ado/connection.h"
+#include "platform/ado/error.h"
 #include "platform/files.h"
 #include "platform/text/date_time.h"
 
 namespace quillan {
 
 enum class PasswordDisplay { kShown, kHidden };
+
+/// A statement or query that failed.
+struct StatementFailure {
+  size_t index;  ///< Its position, from 0, among the statements of the report.
+  std::string statement;
+  ado::Error error;
+};
+
+/// The outcome of the statements and queries of one save or load, in the order in which they ran.
+struct StatementReport {
+  size_t statements = 0;  ///< How many ran, the failed ones included.
+  std::vector<StatementFailure> failures;
+};
 
 /// The program's one session with the suite's database. It opens itself: a query whose session is
 /// closed or lost reads the connection file and connects first. Failures are results with a text in

@@ -22,8 +22,6 @@ class ListPage final : public SettingsPage {
            const ListMenu::Services& services, QWidget* parent);
   ~ListPage() override;
 
-  /// The list and the buttons beside it.
-  ListControl& Control() const { return *control_; }
   QWidget* FirstControl() const override { return control_; }
   CheckableList* List() const override { return list_.get(); }
   QString RowsName() const override { return rows_name_; }

@@ -149,15 +149,19 @@ std::string AddressGroupList::Condition(int row) const {
          (range.id ? " and " + by_id : "");
 }
 
-std::string AddressGroupList::RowNote(int row) const {
-  if (!HasRange(row)) return {};
+std::optional<std::int64_t> AddressGroupList::CountEndpoints(int row) const {
+  if (!HasRange(row)) return std::nullopt;
   const GroupRange range = RangeOf(Table(), row);
   const auto rows = services().database.OpenRecordset(
-      "Select count(*) as IPCount From FlowCorrelation Where IPAddressSort >=" +
+      "Select count(*) as EndpointCount From FlowCorrelation Where IPAddressSort >=" +
       text::FormatDigits(range.start) + " and IPAddressSort <=" + text::FormatDigits(range.end));
-  if (!rows || rows->Eof()) return {};
-  return "Known endpoints in this range: " +
-         text::FormatDigits(static_cast<double>(ado::ToWhole(rows->Fields("IPCount").Value())));
+  if (!rows || rows->Eof()) return std::nullopt;
+  return ado::ToWhole(rows->Fields("EndpointCount").Value());
+}
+
+std::string AddressGroupList::RowNote(int row) const {
+  const auto count = CountEndpoints(row);
+  return count ? "Known endpoints in this range: " + std::to_string(*count) : "";
 }
 
 void AddressGroupList::OnSyncBegins() {

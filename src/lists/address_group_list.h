@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -34,7 +35,9 @@ class AddressGroupList final : public EditableList {
 
   std::string Key(const Grid& grid, int row) const override;
   std::string RowName(const Grid& grid, int row) const override;
-  /// The number of known endpoints in the group's range.
+  /// How many endpoints have been seen in the row's range; nothing if it has none or if the
+  /// database cannot be read.
+  std::optional<std::int64_t> CountEndpoints(int row) const;
   std::string RowNote(int row) const override;
 
  protected:

@@ -40,14 +40,6 @@ bool HoldsRange(const ado::Value& start, const ado::Value& end) {
   return IsAddress(start) && IsAddress(end) && ado::ToNumber(start) <= ado::ToNumber(end);
 }
 
-std::optional<std::int64_t> CountEndpoints(FlowDatabase& database, double start, double end) {
-  const auto rows = database.OpenRecordset(
-      "Select count(*) as EndpointCount From FlowCorrelation Where IPAddressSort >=" +
-      text::FormatDigits(start) + " and IPAddressSort <=" + text::FormatDigits(end));
-  if (!rows || rows->Eof()) return std::nullopt;
-  return ado::ToWhole(rows->Fields("EndpointCount").Value());
-}
-
 void FlowRegrouping::BeforeChange(const GroupRange& group, bool counted) {
   // An enabled group that changed was perhaps disabled in the table until now, so any count tells
   // of another one; a stored enabled group counts itself, and takes the overlapping path for

@@ -20,9 +20,6 @@ struct GroupRange {
 /// order. A group without one is kept, but no endpoint belongs to it.
 bool HoldsRange(const ado::Value& start, const ado::Value& end);
 
-/// How many endpoints have been seen in the range; nothing if the database cannot be read.
-std::optional<std::int64_t> CountEndpoints(FlowDatabase& database, double start, double end);
-
 /// Brings the group of every endpoint already seen up to date while the list saves its rows: of the
 /// enabled groups that hold an address the one with the fewest addresses wins, of equally large
 /// ones that with the largest identifier. One object serves one save: once a row overlaps another

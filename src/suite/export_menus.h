@@ -24,8 +24,7 @@ enum class MenuContent { kExports, kSendTo };
 ///
 /// The type name of `menu` tells what it is:
 /// - "ICommandPopupMenu", a popup of `toolbar`: a button with the key `prefix` + method key is
-/// added
-///   through the toolbar's `Commands.AddToolButton`, and its key to the popup's
+///   added through the toolbar's `Commands.AddToolButton`, and its key to the popup's
 ///   `CommandBar.Controls`;
 /// - "ISSTool", a tool with a drop-down menu: the button is added to `Menu.Tools`, by its `Name`;
 /// - anything else is an array of menu items with `LBound`, `UBound`, `Item`, `Load` and `Unload`:

@@ -1,5 +1,6 @@
 #include "suite/export_methods.h"
 
+#include <algorithm>
 #include <array>
 
 #include "platform/text/ascii.h"
@@ -16,6 +17,13 @@ constexpr std::array<ExportMethod, 5> kMethods = {{{"CSV", "CSV file", ".csv"},
                                                    {"HTML", "Web page", ".html"},
                                                    {"PRINTER", "Printer", ""},
                                                    {"PREVIEW", "Print preview", ""}}};
+
+const ExportMethod* Find(std::string_view key) {
+  const auto found = std::find_if(kMethods.begin(), kMethods.end(), [key](const auto& method) {
+    return text::EqualsIgnoringCase(method.key, key);
+  });
+  return found != kMethods.end() ? &*found : nullptr;
+}
 
 bool Suits(const ExportMethod& method, int item_kind) {
   if (method.key == "CSV") return item_kind == kTableItems;
@@ -60,19 +68,13 @@ class MethodDictionary final : public automation::Object {
 }  // namespace
 
 const ExportMethod* FindExportMethod(std::string_view key, int item_kind) {
-  for (const ExportMethod& method : kMethods) {
-    if (text::EqualsIgnoringCase(method.key, key)) {
-      return Suits(method, item_kind) ? &method : nullptr;
-    }
-  }
-  return nullptr;
+  const ExportMethod* method = Find(key);
+  return method != nullptr && Suits(*method, item_kind) ? method : nullptr;
 }
 
 std::string_view ExportMethodName(std::string_view key) {
-  for (const ExportMethod& method : kMethods) {
-    if (text::EqualsIgnoringCase(method.key, key)) return method.name;
-  }
-  return {};
+  const ExportMethod* method = Find(key);
+  return method != nullptr ? method->name : std::string_view();
 }
 
 automation::ObjectRef ExportMethodsOf(int item_kind) {

@@ -7,6 +7,7 @@
 #include "platform/text/case_fold.h"
 
 namespace quillan {
+
 void SearchContext::SetGrid(Grid* grid) {
   grid_ = grid;
   reset_ = true;

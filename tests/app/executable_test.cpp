@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -8,6 +7,7 @@
 
 #include <QProcess>
 
+#include "registry/registry.h"
 #include "support/sqlite_file.h"
 #include "support/temporary_folder.h"
 
@@ -35,10 +35,9 @@ class ExecutableTest : public testing::Test {
   }
 
   void WriteRegistry(const std::string& style) {
-    const std::string key = "[HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\";
-    folder_.Write("program/registry.reg",
-                  "REGEDIT4\n" + key + "TBKelvora\\Wizard]\n\"Completed\"=\"True\"\n" + key +
-                      "Quillan\\Settings]\n\"GUI Style\"=\"" + style + "\"\n");
+    Registry registry(folder_ / "program", folder_ / "user");
+    registry.SaveRegistryString("TBKelvora", "Wizard", "Completed", "True");
+    registry.SaveRegistryString("Quillan", "Settings", "GUI Style", style);
   }
 
   Outcome Start(const QStringList& arguments = {}) {

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -146,12 +145,15 @@ TEST_P(QuillanctlTest, CommandsPrintAndWriteWhatTheySay) {
       {"ports import --replace $f", 0, "kept, since the system defines it: 443",
        "81;a;no\r\n80;web\r\n", kPorts, "80|web|1 81|a|0 443|https|0"},
       {"ports import $f", 0, "nothing to change", "80,http\n"},
+      {"ports import --dry-run " QUILLAN_SOURCE_DIR "/data/well_known_ports.csv", 0,
+       "Port: 22, Description: ssh"},
       {"ports export", 0,
        "Monitored,Port,Description\r\nyes,80,http\r\nno,443,https\r\nyes,8080,proxy\r\n"},
       {"ports diff $f --format json", 1, "{\n    \"change\": \"changed\",\n    \"row\": \"80\",",
        "80,web\n443,https\n8080,proxy\n"},
       {"groups add 10.0.9.0/24 Halls", 0, "", "", kEndpoints, "10.0.0.7|1 10.0.9.7|3"},
       {"groups add 10.0.9.5/24 Halls --dry-run", 0, "10.0.9.0 - 10.0.9.255  1          Managed"},
+      {"groups add 10.0.4.0/24 Halls --dry-run", 0, "10.0.4.0 - 10.0.4.255  0          Managed"},
       {"groups delete -y 10.0.0.0-10.0.3.255", 0, "", "", kEndpoints, "10.0.0.7|0 10.0.9.7|0"},
       {"groups import --replace $f", 0, "", "Range,Name\n10.0.9.0/24,Halls\n", kGroups,
        "10000008000|10000008255|System|1 10000009000|10000009255|Halls|1"},

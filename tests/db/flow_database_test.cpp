@@ -1,7 +1,6 @@
 #include "db/flow_database.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <chrono>
 
@@ -13,8 +12,6 @@ namespace quillan {
 namespace {
 
 using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -45,7 +42,7 @@ TEST_F(FlowDatabaseTest, ReportsWhyItCannotConnect) {
       database_.LastError(),
       AllOf(StartsWith("Cannot connect to SQL database. Re-run the Installation Wizard.\r\n\r\n"
                        "Provider=SQLite;Password='*********';Data Source=gone.db\r\n\r\nError="),
-            EndsWith("gone.db does not exist.")));
+            testing::EndsWith("gone.db does not exist.")));
 
   program_.folder.Write("program/TBKelvora.DB", "TIMEOUT=99999999999");
   EXPECT_FALSE(database_.OpenDatabase());
@@ -120,7 +117,7 @@ TEST_F(FlowDatabaseTest, AReportHasTheOutcomeOfEveryStatementInOrder) {
   EXPECT_EQ(failures,
             "1 slow (time-out); 2 first; 3 Select * From Missing; 5 second; 7 slow (time-out); "
             "8 second; ");
-  EXPECT_THAT(program_.suite.Rows("Select NodeID From Nodes"), ElementsAre("1", "2"));
+  EXPECT_THAT(program_.suite.Rows("Select NodeID From Nodes"), testing::ElementsAre("1", "2"));
   database_.Execute("not reported");
   EXPECT_EQ(database_.Report().statements, 0U);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
@@ -51,14 +50,6 @@ class DialogTest : public ProgramTest {
                                     "(select Enabled from ServicePorts where Port = 80), "
                                     "(select InterfaceID from NetFlowSources) from FlowEngines"),
                 testing::ElementsAre("9996|0|0|10"));
-  }
-
-  void WriteOption(const char* name, const char* value) {
-    program_.folder.Write(
-        "program/registry.reg",
-        std::string("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\Software\\Tarrowby.Net\\"
-                    "Quillan\\Settings]\r\n\"") +
-            name + "\"=\"" + value + "\"\r\n");
   }
 
   template <typename Widget>

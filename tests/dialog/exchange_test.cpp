@@ -4,15 +4,12 @@
 #include <QLineEdit>
 
 #include "dialog/dialog_fixture.h"
-#include "platform/files.h"
 
 namespace quillan {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
 // What a list exchanges with the clipboard, files and printers.
@@ -141,7 +138,8 @@ TEST_F(ExchangeTest, WhatTheListShowsIsExportedAndPrinted) {
   const PrintJob& job = printers_.jobs.at(0);
   EXPECT_EQ(job.title, "Application & Service Ports");
   EXPECT_TRUE(job.preview);
-  EXPECT_THAT(job.html, AllOf(HasSubstr("<td>https</td>"), Not(HasSubstr("proxy"))));
+  EXPECT_THAT(job.html,
+              testing::AllOf(HasSubstr("<td>https</td>"), testing::Not(HasSubstr("proxy"))));
   printers_.installed = false;
   Export("PRINTER");
   EXPECT_EQ(printers_.jobs.size(), 1U);

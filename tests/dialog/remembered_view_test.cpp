@@ -10,9 +10,6 @@
 namespace quillan {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 class RememberedViewTest : public test::DialogTest {
  protected:
   std::string Stored() {
@@ -92,9 +89,10 @@ TEST_F(RememberedViewTest, AnOptionThatTheUserCouldNotSaveKeepsTheDialogOpen) {
   Find<QLineEdit>("ListenPort")->setText(QStringLiteral("9996"));
   Click("cmdOK");
   EXPECT_TRUE(form_->isVisible());
-  EXPECT_THAT(Status(), HasSubstr("1 of 2"));
+  EXPECT_THAT(Status(), testing::HasSubstr("1 of 2"));
   EXPECT_TRUE(Find<QPushButton>("cmdDetails")->isVisible());
-  EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("9996"));
+  EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"),
+              testing::ElementsAre("9996"));
   std::filesystem::remove(lock);
   settings_->SetIncludeDNS(false);
   Click("cmdOK");

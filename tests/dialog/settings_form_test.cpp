@@ -1,5 +1,7 @@
 #include "dialog/settings_form.h"
 
+#include <array>
+
 #include <QCheckBox>
 #include <QFrame>
 #include <QLabel>
@@ -21,17 +23,11 @@ using testing::StartsWith;
 
 using SettingsFormTest = test::DialogTest;
 
-TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputerAndPointsOutAnUnusualOne) {
-  struct Case {
-    const char* typed;
-    const char* stored;
-    const char* note;
-  };
-  const Case cases[] = {
+TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputerAndPointsOutAnUnusualOrUnreadOne) {
+  const std::array<const char*, 3> cases[] = {
       {"20 55", "2055", "It will be saved as 2055."},
       {"abc", "1", "Not a number from 1 to 65535. It will be saved as 1."},
       {"70000", "70000", "Not a number from 1 to 65535."},
-      {"80.5", "80", "It will be saved as 80."},
       {" 080 ", "80", ""},
   };
   program_.suite.Run("insert into FlowEngines values ('other', 7)");
@@ -60,15 +56,11 @@ TEST_F(SettingsFormTest, SavesTheListeningPortOfThisComputerAndPointsOutAnUnusua
   }
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines order by ServerName"),
               ElementsAre("80", "7"));
-}
-
-TEST_F(SettingsFormTest, AListeningPortThatCouldNotBeReadIsPointedOut) {
   program_.suite.Run("alter table FlowEngines rename to Elsewhere");
   Open();
-  const auto note = [&] { return Find<QLabel>("ListenPortNote")->text().toStdString(); };
-  EXPECT_THAT(note(), HasSubstr("could not be read"));
+  EXPECT_THAT(Find<QLabel>("ListenPortNote")->text().toStdString(), HasSubstr("could not be read"));
   QTest::keyClick(Find<QLineEdit>("ListenPort"), '9');
-  EXPECT_EQ(note(), "");
+  EXPECT_EQ(Find<QLabel>("ListenPortNote")->text(), QString());
 }
 
 TEST_F(SettingsFormTest, EscAndTheCloseBoxAskBeforeChangesAreLostAndCancelDoesNot) {
@@ -211,18 +203,27 @@ TEST_F(SettingsFormTest, HelpNeedsToKnowItsServer) {
   EXPECT_FALSE(Find<QPushButton>("CmdHelp")->isEnabled());
   EXPECT_THAT(Find<QPushButton>("CmdHelp")->toolTip().toStdString(), HasSubstr("Help Server"));
   for (const char* host : {"help.example:8080/", "http://help.example:8080//"}) {
-    WriteOption("Help Server", host);
+    registry_.SaveRegistryString("Quillan", "Settings", "Help Server", host);
     Click("CmdApply");
     EXPECT_TRUE(Find<QPushButton>("CmdHelp")->toolTip().isEmpty());
     Click("CmdHelp");
     EXPECT_EQ(desktop_.opened.back(), "http://help.example:8080/Kelvora/Help/Admin/NetFlow.htm");
   }
+  EXPECT_THAT(messages_.messages, IsEmpty());
+  for (const auto& [result, message] :
+       {std::pair{OpenUrlResult::kNoBrowser, "Could not find default Browser"},
+        {OpenUrlResult::kNotOpened, "Web Page not Opened"}}) {
+    desktop_.open_result = result;
+    Click("CmdHelp");
+    ASSERT_FALSE(messages_.messages.empty());
+    EXPECT_EQ(messages_.messages.back().text, message);
+  }
   // The option is read when it is used.
-  WriteOption("Help Server", "");
+  registry_.SaveRegistryString("Quillan", "Settings", "Help Server", "");
   Click("CmdHelp");
   EXPECT_FALSE(Find<QPushButton>("CmdHelp")->isEnabled());
   QTest::keyClick(form_.get(), Qt::Key_F1);
-  EXPECT_EQ(desktop_.opened.size(), 2U);
+  EXPECT_EQ(desktop_.opened.size(), 4U);
   const auto file = program_.folder.Write("program/Help/Tarrowby.chm", "help");
   QTest::keyClick(form_.get(), Qt::Key_F1);
   EXPECT_EQ(desktop_.opened.back(), file.string());
@@ -247,7 +248,7 @@ TEST_F(SettingsFormTest, DropsWhatIsClickedDuringASave) {
   EXPECT_THAT(program_.suite.Rows("select NetFlowPort from FlowEngines"), ElementsAre("1234"));
 }
 
-TEST_F(SettingsFormTest, DataCollapsingSaysWhatItDoesAndGoesBackToItsDefaults) {
+TEST_F(SettingsFormTest, DataCollapsingGoesBackToItsDefaultsAndIsSwitchedOffOnlyAfterAQuestion) {
   Open();
   auto* interval = Find<QScrollBar>("CollapseInterval_Scroll(2)");
   interval->setValue(26);
@@ -255,13 +256,10 @@ TEST_F(SettingsFormTest, DataCollapsingSaysWhatItDoesAndGoesBackToItsDefaults) {
             "Collapse statistics older than 1 days, 2 hours into 60 minute intervals");
   Click("cmdRestoreCollapseDefaults");
   EXPECT_EQ(interval->value(), 24);
-}
 
-TEST_F(SettingsFormTest, SwitchingALevelOffIsRefusedOrConfirmedByTheSave) {
   const auto enable = [&](int level) {
     return Find<QCheckBox>(("CollapseEnable(" + std::to_string(level) + ")").c_str());
   };
-  Open();
   enable(1)->click();
   EXPECT_TRUE(enable(1)->isChecked());
   EXPECT_THAT(messages_.messages.back().text,

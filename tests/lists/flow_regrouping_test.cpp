@@ -2,19 +2,13 @@
 
 #include <functional>
 #include <map>
-#include <string>
-#include <vector>
 
 #include "lists/list_fixture.h"
 
 namespace quillan {
 namespace {
 
-using testing::AllOf;
-using testing::Conditional;
 using testing::HasSubstr;
-using testing::Not;
-using testing::SizeIs;
 
 class FlowRegroupingTest : public test::GroupEditsTest {
  protected:
@@ -61,59 +55,45 @@ TEST_F(FlowRegroupingTest, EachKindOfRowRunsItsStatementsInTheirOrder) {
       {regroup + "7" + own, "itself"},
       {regroup + "40001" + own, "new"},
   };
-  struct Kind {
-    std::vector<test::Group> stored;
-    std::function<void()> edit;
-    std::string alone;
-    std::string overlapping;
-  };
-  for (const Kind& kind : std::initializer_list<Kind>{
-           {{{7, 0, 99, false}},
-            [&] { Toggle(0); },
-            "count Update assign",
-            "count Update query neighbour itself"},
-           {{{7, 0, 99, true}},
-            [&] { Toggle(0); },
-            "count Update clear",
-            "count Update clear query neighbour"},
-           {{{7, 0, 99, true}},
-            [&] { Delete(0); },
-            "count Delete free",
-            "count Delete free query neighbour"},
-           {{},
-            [&] { Add(0, 99); },
-            "count Insert Select assign-new",
-            "count Insert Select query neighbour new"},
-           {{},
-            [&] { Add(0, 99), list_.OnKeyPress('-'); },
-            "count Insert Select clear",
-            "count Insert Select query neighbour"},
-           // Without a known identifier nothing is reassigned.
-           {{{0, 0, 99, false}}, [&] { Toggle(0); }, "count Update", "count Update"},
-       }) {
+  // The statements of a save without and with an enabled neighbour, a row's own by their first
+  // word.
+  const auto expect = [&](const std::vector<test::Group>& stored, const std::string& alone,
+                          const std::string& overlapping, const std::function<void()>& edit) {
     for (const bool overlap : {false, true}) {
       program_.suite.Run("Delete From IPAddressGroups; Delete From sqlite_sequence");
-      Store(kind.stored);
+      Store(stored);
       Store({{40000, 50, 511, overlap}});
-      kind.edit();
+      edit();
       std::string statements;
       for (const std::string& statement : Saved(list_, true)) {
-        // The row's own statements by their first word.
         const bool on_group = statement.find("FlowCorrelation") == std::string::npos;
         const auto name = names.find(statement);
-        if (!statements.empty()) statements += " ";
         statements += name != names.end() ? name->second
                       : on_group          ? statement.substr(0, statement.find(' '))
                                           : statement;
+        statements += " ";
       }
-      EXPECT_EQ(statements, (overlap ? kind.overlapping : kind.alone) + " exec");
+      EXPECT_EQ(statements, (overlap ? overlapping : alone) + " exec ");
     }
-  }
+  };
+  expect({{7, 0, 99, false}}, "count Update assign", "count Update query neighbour itself",
+         [&] { Toggle(0); });
+  expect({{7, 0, 99, true}}, "count Update clear", "count Update clear query neighbour",
+         [&] { Toggle(0); });
+  expect({{7, 0, 99, true}}, "count Delete free", "count Delete free query neighbour",
+         [&] { Delete(0); });
+  expect({}, "count Insert Select assign-new", "count Insert Select query neighbour new",
+         [&] { Add(0, 99); });
+  expect({}, "count Insert Select clear", "count Insert Select query neighbour",
+         [&] { Add(0, 99), list_.OnKeyPress('-'); });
+  // Without a known identifier nothing is reassigned.
+  expect({{0, 0, 99, false}}, "count Update", "count Update", [&] { Toggle(0); });
 }
 
 TEST_F(FlowRegroupingTest, ALargeRangeIsAnnouncedBeforeItsStatements) {
   const auto overlapping = HasSubstr("that are in overlapping groups. Please be patient");
-  const auto alone = AllOf(HasSubstr("a significant number of IP addresses"), Not(overlapping));
+  const auto alone =
+      testing::AllOf(HasSubstr("a significant number of IP addresses"), testing::Not(overlapping));
   Store({{1, 200000, 249999, true}, {2, 300000, 350000, true}});
   // Once a row of a save overlaps, so does every later one; the next save begins anew.
   for (const int start : {200000, 300000}) Toggle(start);
@@ -123,52 +103,36 @@ TEST_F(FlowRegroupingTest, ALargeRangeIsAnnouncedBeforeItsStatements) {
   for (const bool overlaps : {true, false}) {
     messages_.messages.clear();
     list_.Sync();
-    ASSERT_THAT(messages_.messages, SizeIs(1));
-    EXPECT_THAT(messages_.messages[0].text, Conditional(overlaps, overlapping, alone));
+    ASSERT_THAT(messages_.messages, testing::SizeIs(1));
+    EXPECT_THAT(messages_.messages[0].text, testing::Conditional(overlaps, overlapping, alone));
     list_.Refresh();
     Toggle(300000);
   }
 }
 
 // Where the statements leave an address elsewhere than with the smallest enabled group around it.
-
-TEST_F(FlowRegroupingTest, ADisabledGroupThatIsSavedClearsWhatItSharesWithOneGroup) {
+TEST_F(FlowRegroupingTest, ASaveMayTakeAddressesFromTheSmallestGroupAndAnotherSaveCorrectsIt) {
   Store({{1, 0, 99, true}, {2, 50, 149, false}});
-  StoreEndpoints({{49, 1}, {50, 1}, {90, 1}, {140, 0}});
-  Rename(50);  // The one enabled group that it counts is not itself.
-  EXPECT_EQ(GroupsAfterSave(), "1 0 0 0");
-  Rename(0);  // Saving the other group mends it.
-  EXPECT_EQ(GroupsAfterSave(), "1 1 1 0");
+  StoreEndpoints({{49, 1}, {90, 1}, {140, 0}, {500, 11}, {750, 12}, {939, 12}, {940, 13}});
+  Rename(50);  // A disabled group; the one enabled group that it counts is not itself.
+  EXPECT_EQ(GroupsAfterSave(), "1 0 0 11 12 12 13");
+  Rename(0);  // Saving the other group corrects it.
+  EXPECT_EQ(GroupsAfterSave(), "1 1 0 11 12 12 13");
   Add(90, 120);  // The same for a new group that was deleted and then kept unchecked.
   Delete(90);
   list_.Table().SelectOnly(RowAt(90), 1);
   list_.OnKeyPress('-');
-  EXPECT_EQ(GroupsAfterSave(), "1 1 0 0");
-  Add(95, 160);  // Beside two groups it is regrouped as it should be.
-  EXPECT_EQ(GroupsAfterSave(), "1 1 1 3");
-  Rename(50);
-  EXPECT_EQ(GroupsAfterSave(), "1 1 1 3");
-}
+  EXPECT_EQ(GroupsAfterSave(), "1 0 0 11 12 12 13");
+  Add(85, 160);  // Beside two groups it is regrouped as it should be.
+  EXPECT_EQ(GroupsAfterSave(), "1 3 3 11 12 12 13");
 
-TEST_F(FlowRegroupingTest, ALargerNeighbourIsWrittenOverASmallerGroupBeyondTheSavedRange) {
-  Store({{1, 0, 299, true}, {2, 250, 449, true}, {3, 440, 469, true}});
-  StoreEndpoints({{0, 1}, {250, 2}, {439, 2}, {440, 3}, {460, 3}});
-  Rename(0);  // Regroups 1 and 2, the latter over all of its own range.
-  EXPECT_EQ(GroupsAfterSave(), "1 2 2 2 3");
-  Rename(440);  // Saving the smaller group mends it.
-  EXPECT_EQ(GroupsAfterSave(), "1 2 2 3 3");
-  Delete(0);  // A deleted group's neighbour does the same.
-  EXPECT_EQ(GroupsAfterSave(), "0 2 2 2 3");
-}
-
-TEST_F(FlowRegroupingTest, AGroupStoredWithinAnotherLeavesItsAddressesToNone) {
-  Store({{1, 0, 199, true}, {2, 50, 99, true}, {3, 120, 149, true}});
-  StoreEndpoints({{49, 1}, {50, 2}, {119, 1}, {120, 3}});
-  Toggle(50);
-  Delete(120);
-  EXPECT_EQ(GroupsAfterSave(), "1 0 1 0");
-  Toggle(50);  // Taking the addresses from the outer group needs no count of it.
-  EXPECT_EQ(GroupsAfterSave(), "1 2 1 0");
+  Store({{11, 500, 799, true}, {12, 750, 949, true}, {13, 940, 969, true}});
+  Rename(500);  // Regroups 11 and 12, the latter over all of its own range.
+  EXPECT_EQ(GroupsAfterSave(), "1 3 3 11 12 12 12");
+  Rename(940);  // Saving the smaller group corrects it.
+  EXPECT_EQ(GroupsAfterSave(), "1 3 3 11 12 12 13");
+  Delete(500);  // A deleted group's neighbour does the same.
+  EXPECT_EQ(GroupsAfterSave(), "1 3 3 0 12 12 12");
 }
 
 }  // namespace

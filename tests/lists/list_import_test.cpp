@@ -12,9 +12,6 @@ namespace {
 using test::Dotted;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
-using testing::UnorderedElementsAre;
 
 // The verdicts as "line: +key-end name", with + for new, ~ for changed, = for unchanged, and ! for
 // refused, and "(off)" or "*" where a row is to be disabled or has a note.
@@ -55,23 +52,18 @@ class PortImportTest : public test::ListTest {
 
 TEST_F(PortImportTest, EveryFormOfAFileIsUnderstood) {
   const std::vector<std::string> rows = {"+81 a", "=443 https (off)", "~80 web (off)"};
-  const struct {
-    const char* what;
-    std::string file;
-    int first_line;
-  } files[] = {
-      {"without a header", "81,a\n443,https\n80,web,no", 1},
-      {"semicolons", "81;a;yes\r\n443;https;\r\n80;web;False\r\n", 1},
-      {"as a list shows it", "yes\t81\ta\nno\t443\thttps\nno\t80\tweb", 1},
-      {"another order of columns",
-       "Description,PORT,Comment,Enabled\na,81,,1\nhttps,443,x,\nweb,80,,0\n", 2},
+  const std::pair<const char*, int> files[] = {
+      {"81,a\n443,https\n80,web,no", 1},
+      {"81;a;yes\r\n443;https;\r\n80;web;False\r\n", 1},
+      {"yes\t81\ta\nno\t443\thttps\nno\t80\tweb", 1},  // As a list shows it.
+      {"Description,PORT,Comment,Enabled\na,81,,1\nhttps,443,x,\nweb,80,,0\n", 2},
   };
-  for (const auto& [what, file, first_line] : files) {
+  for (const auto& [file, first_line] : files) {
     std::vector<std::string> expected;
     for (size_t i = 0; i < rows.size(); ++i) {
       expected.push_back(std::to_string(first_line + static_cast<int>(i)) + ": " + rows[i]);
     }
-    EXPECT_EQ(Verdicts(Plan(file)), expected) << what;
+    EXPECT_EQ(Verdicts(Plan(file)), expected) << file;
   }
   EXPECT_THAT(Verdicts(Plan("Port\n81\n443\n80\n")),
               ElementsAre("2: +81 ", "3: =443 https (off)", "4: =80 http"));
@@ -95,47 +87,12 @@ TEST_F(PortImportTest, LinesAreRefusedOneByOneWithAReason) {
               ElementsAre("1: !The description holds a NUL character."));
   const ImportPlan broken = Plan("81,a\n82,\"b\n");
   EXPECT_THAT(broken.error, HasSubstr("Line 2: "));
-  EXPECT_THAT(broken.lines, IsEmpty());
+  EXPECT_THAT(broken.lines, testing::IsEmpty());
+  // A line that is refused does not delete the row that it names.
+  EXPECT_THAT(Plan("8080,a,maybe", ImportMode::kReplace).deleted_rows, testing::IsEmpty());
   TakeDatabaseAway();
   EXPECT_THAT(Plan("81,a").error, HasSubstr("suite.db"));
   EXPECT_EQ(Plan("80,a").error, "");  // Nothing to ask.
-}
-
-TEST_F(PortImportTest, AReplacingFileDeletesWhatItLacksFirst) {
-  const std::string file = "81,a\n80,http\n9000,back";
-  const ImportPlan plan = Plan(file, ImportMode::kReplace);
-  EXPECT_THAT(plan.deleted_rows, ElementsAre(3));  // 8080.
-  EXPECT_THAT(plan.kept_rows, ElementsAre(2));     // 443, a port of the system.
-  list_.ApplyImport(plan);
-  const auto statements = Saved(list_);
-  EXPECT_THAT(statements,
-              ElementsAre("Delete From ServicePorts Where Port=8080", HasSubstr("(81,'a',0,1)"),
-                          "Update ServicePorts Set ServiceName='back', Enabled=1 Where Port=9000",
-                          HasSubstr("LastServicePortUpdate")));
-  list_.Refresh();
-  EXPECT_TRUE(Plan(file, ImportMode::kReplace).ChangesNothing());
-  // A line that is refused does not delete the row that it names.
-  EXPECT_THAT(Plan("81,a,maybe", ImportMode::kReplace).deleted_rows, ElementsAre(4));  // 9000.
-}
-
-TEST_F(PortImportTest, TheWellKnownPortsAndEveryExportCanBeImported) {
-  program_.suite.Run("Delete From ServicePorts");
-  list_.Refresh();
-  const std::string file =
-      DiskFiles()
-          .ReadTextFile(std::filesystem::path(QUILLAN_SOURCE_DIR) / "data/well_known_ports.csv")
-          .value();
-  list_.ApplyImport(Plan(file));
-  Edit(list_, 1, 2, "a \"quoted\", name;\twith é\r\n");
-  list_.OnClick(2, 0);
-  list_.Sync();
-  list_.Refresh();
-  EXPECT_EQ(list_.Table().Rows(), 1 + 261);
-  const std::string exported = ExportList(list_.Table(), ';');
-  EXPECT_THAT(exported, StartsWith("Monitored;Port;Description\r\nyes;1;\"a \"\"quoted"));
-  const ImportPlan again = Plan(exported, ImportMode::kReplace);
-  EXPECT_EQ(again.Count(ImportVerdict::kUnchanged), 261);
-  EXPECT_TRUE(again.ChangesNothing());
 }
 
 class GroupImportTest : public test::GroupEditsTest {
@@ -186,11 +143,11 @@ TEST_F(GroupImportTest, AReplacementIsCheckedAgainstWhatStaysAndWritesItsDeletio
                           "3: !The range is nested with the group system "
                           "(10.0.8.0-10.0.8.255)."));
   list_.ApplyImport(plan);
-  list_.OnSortRequest(1);  // The new row now stands above the deleted one.
-  list_.OnSortRequest(1);
-  EXPECT_THAT(Saved(list_)[0], StartsWith("Delete From IPAddressGroups"));
-  EXPECT_THAT(program_.suite.Rows("Select IPRangeEnd, IPAddressGroupName From IPAddressGroups"),
-              UnorderedElementsAre("10000001255|wider", "10000002255|name", "10000008255|system"));
+  list_.OnSortRequest(2);  // The new row now stands above the deleted one.
+  EXPECT_THAT(Saved(list_)[0], testing::StartsWith("Delete From IPAddressGroups"));
+  EXPECT_THAT(
+      program_.suite.Rows("Select IPRangeEnd, IPAddressGroupName From IPAddressGroups"),
+      testing::UnorderedElementsAre("10000001255|wider", "10000002255|name", "10000008255|system"));
   EXPECT_THAT(program_.suite.Rows("Select IPAddressGroupName From FlowCorrelation c Join "
                                   "IPAddressGroups g On g.IPAddressGroupID=c.IPAddressGroupID"),
               ElementsAre("wider"));

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -36,63 +35,55 @@ class ProcessesTest : public testing::Test {
          std::to_string(kPorts) + ") insert into ServicePorts select port, 'p', 0, 0 from n");
   }
 
-  // Runs `work` in a process of its own, which tells with `ready()` that it begins; returns then.
-  static pid_t Start(const std::function<void(const std::function<void()>& ready)>& work) {
-    int ends[2];
-    if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+  // Starts a process for `work`, which stops itself (`WaitForOthers`) when it has read what it
+  // needs; returns then.
+  static pid_t Start(const std::function<void()>& work) {
     const pid_t process = fork();
     if (process == 0) {
       try {
-        work([&] { (void)!write(ends[1], "r", 1); });
+        work();
         _exit(0);
       } catch (const std::exception&) {
         _exit(1);
       }
     }
-    char answer = 0;
-    close(ends[1]);
-    (void)!read(ends[0], &answer, 1);
-    close(ends[0]);
-    EXPECT_EQ(answer, 'r') << "the process did not begin";
+    int status = 0;
+    waitpid(process, &status, WUNTRACED);
+    if (!WIFSTOPPED(status)) throw std::runtime_error("the process did not begin");
     return process;
   }
+  static void WaitForOthers() { raise(SIGSTOP); }
   static int End(pid_t process) {
     int status = 0;
     waitpid(process, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
   }
-  // Kills the process after a random part of `longest`.
+  // Lets the process go on and kills it after a random part of `longest`.
   void KillWithin(pid_t process, std::chrono::microseconds longest) {
+    kill(process, SIGCONT);
     const auto moment = std::uniform_int_distribution<long>(0, longest.count())(random_);
     usleep(static_cast<useconds_t>(moment));
     kill(process, SIGKILL);
     End(process);
   }
-  // A program with the list of ports over the database of the test.
-  struct Program {
-    explicit Program(const std::filesystem::path& folder)
-        : database(files, folder, ado::InstalledDrivers(folder)),
-          ports({database, host, messages, clock, locale},
-                [] { return std::optional<NewPort>(); }) {
-      if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
-    }
-
+  // Loads the list of ports, toggles every row whose number leaves `rest` when divided by `step`,
+  // and saves.
+  void Toggle(
+      int step, int rest, const std::function<void()>& before_saving = [] {}) const {
     DiskFiles files;
-    FlowDatabase database;
-    test::FixedClock clock;
+    FlowDatabase database(files, folder_.path(), ado::InstalledDrivers(folder_.path()));
+    const test::FixedClock clock;
     test::ScriptedMessageBox messages;
     ListHost host;
-    const text::UserLocale locale{"C"};
-    PortList ports;
-  };
-  // Toggles every row whose number leaves `rest` when divided by `step`, and saves.
-  void Toggle(int step, int rest, const std::function<void()>& ready) const {
-    Program program(folder_.path());
+    const text::UserLocale locale("C");
+    PortList ports({database, host, messages, clock, locale}, [] { return std::nullopt; });
+    if (!ports.Refresh()) throw std::runtime_error(ports.LoadError());
     for (int row = Grid::kFixedRows; row <= kPorts; ++row) {
-      if (row % step == rest) program.ports.OnClick(row, 0);
+      if (row % step == rest) ports.OnClick(row, 0);
     }
-    ready();
-    if (program.ports.Sync().failed > 0) throw std::runtime_error("rows were not written");
+    WaitForOthers();
+    before_saving();
+    if (ports.Sync().failed > 0) throw std::runtime_error("rows were not written");
   }
   // The rows of a query. No connection stays open: SQLite's locks do not survive a fork.
   std::vector<std::string> Rows(std::string_view query) const {
@@ -107,12 +98,11 @@ class ProcessesTest : public testing::Test {
 };
 
 TEST_F(ProcessesTest, AKilledSaveLeavesTheFirstRowsWrittenAndTheDatabaseSound) {
-  const auto save = [this](const auto& ready) { Toggle(1, 0, ready); };
   std::vector<std::string> before = Enabled();
   std::chrono::microseconds longest{10000};  // Becomes about twice the time of a save.
   int cut_short = 0;
   for (int round = 0; round < kKills; ++round) {
-    KillWithin(Start(save), longest);
+    KillWithin(Start([this] { Toggle(1, 0); }), longest);
     const std::vector<std::string> after = Enabled();
     ASSERT_EQ(after.size(), before.size());
     std::size_t written = 0;
@@ -134,9 +124,9 @@ TEST_F(ProcessesTest, AKilledRegistryWriteLeavesTheOldOrTheNewFile) {
   ASSERT_TRUE(RegistryStore(file).WriteString(kKey, "Count", "0"));
   int count = 0;
   for (int round = 0; round < kKills; ++round) {
-    KillWithin(Start([&](const auto& ready) {
+    KillWithin(Start([&] {
                  RegistryStore store(file);
-                 ready();
+                 WaitForOthers();
                  for (int next = count + 1;; ++next) {
                    if (!store.WriteString(kKey, "Count", std::to_string(next))) _exit(1);
                  }
@@ -158,19 +148,16 @@ TEST_F(ProcessesTest, TwoProgramsThatSaveAtTheSameTimeKeepEachOthersEdits) {
     const auto expected = Rows("Select 1-Enabled From ServicePorts Order By Port");
     std::vector<pid_t> processes;
     for (int number = 0; number < 2; ++number) {
-      processes.push_back(Start([&](const auto& ready) {
+      processes.push_back(Start([&] {
         RegistryStore store(file);
-        // Both wait until both have read the same rows.
         Toggle(2, number, [&] {
-          ready();
-          raise(SIGSTOP);
           for (int value = number; value < 10; value += 2) {
             if (!store.WriteString(kKey, std::to_string(value), std::to_string(round))) _exit(1);
           }
         });
       }));
     }
-    for (const pid_t process : processes) waitpid(process, nullptr, WUNTRACED);
+    // Now both have read the same rows.
     for (const pid_t process : processes) kill(process, SIGCONT);
     for (const pid_t process : processes) ASSERT_EQ(End(process), 0);
     EXPECT_EQ(Enabled(), expected);

@@ -41,33 +41,11 @@ TEST(FilesTest, FileNamesAreTakenFromPathsOfEitherKind) {
   EXPECT_EQ(FileNameFromPath("dir.d/name", FileExtension::kDrop), "name");
 }
 
-class ScriptedDesktop final : public Desktop {
- public:
-  OpenUrlResult OpenUrl(const std::string& /*url*/) override { return result; }
-  std::string ComputerName() const override { return name; }
-
-  std::string name;
-  OpenUrlResult result = OpenUrlResult::kOpened;
-};
-
-TEST(OpenInBrowserTest, ABrowserThatDoesNotOpenIsReported) {
-  ScriptedDesktop desktop;
-  test::ScriptedMessageBox messages;
-  for (const auto result :
-       {OpenUrlResult::kOpened, OpenUrlResult::kNoBrowser, OpenUrlResult::kNotOpened}) {
-    desktop.result = result;
-    OpenInBrowser(desktop, messages, "http://server/help");
-  }
-  ASSERT_EQ(messages.messages.size(), 2U);
-  EXPECT_EQ(messages.messages[0].text, "Could not find default Browser");
-  EXPECT_EQ(messages.messages[1].text, "Web Page not Opened");
-}
-
 TEST(ComputerNameTest, HasNeitherADomainNorPadding) {
-  ScriptedDesktop desktop;
+  test::FakeDesktop desktop;
   for (const std::string& name :
        {std::string("  SERVER  "), std::string("SERVER\0  ", 9), std::string("SERVER \0\0", 9)}) {
-    desktop.name = name;
+    desktop.computer_name = name;
     EXPECT_EQ(LocalComputerName(desktop), "SERVER");
   }
   const pid_t other_host = fork();

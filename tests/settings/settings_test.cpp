@@ -1,10 +1,8 @@
 #include "settings/settings.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
 #include <tuple>
 #include <vector>
 
@@ -88,26 +86,22 @@ TEST_F(SettingsTest, EveryRegistryOptionHasADefaultIsReadAndIsStoredWhereItsSett
 }
 
 TEST_F(SettingsTest, StoredNumbersAreClampedOrCountAsTheirDefaults) {
-  struct Row {
-    const char* text;
-    int events, days, period;
-    float split;
-  } const rows[] = {
+  const std::tuple<const char*, int, int, int, float> rows[] = {
       {"0", 10, 1, 0, 0},         {"20000", 10000, 3650, 20000, 20000}, {"12.5", 12, 12, 12, 12.5},
       {"1e39", 250, 21, 5, 6000}, {"12 events", 250, 21, 5, 6000},
   };
-  for (const Row& row : rows) {
+  for (const auto& [text, events, days, period, split] : rows) {
     for (const char* name :
          {"Max Events", "Retain Data", "Current Traffic Period", "Traffic Details Split"}) {
-      Put(name, row.text);
+      Put(name, text);
     }
     const Settings settings = Load();
-    EXPECT_EQ(settings.MaxEvents(), row.events) << row.text;
-    EXPECT_EQ(settings.RetainDays(), row.days) << row.text;
-    EXPECT_EQ(settings.CurrentPeriod(), row.period) << row.text;
-    EXPECT_EQ(settings.TrafficDetailsSplit(), row.split) << row.text;
-    EXPECT_EQ(Get("Max Events"), std::to_string(row.events));
-    EXPECT_EQ(Get("Retain Data"), row.text);
+    EXPECT_EQ(settings.MaxEvents(), events) << text;
+    EXPECT_EQ(settings.RetainDays(), days) << text;
+    EXPECT_EQ(settings.CurrentPeriod(), period) << text;
+    EXPECT_EQ(settings.TrafficDetailsSplit(), split) << text;
+    EXPECT_EQ(Get("Max Events"), std::to_string(events));
+    EXPECT_EQ(Get("Retain Data"), text);
   }
 }
 
@@ -136,11 +130,8 @@ TEST_F(SettingsTest, OptionsInMemoryHaveTheirDefaultsAfterARefreshFromTheDatabas
   EXPECT_EQ(settings.PortList(), "1-1024");
 }
 
-TEST_F(SettingsTest, WizardImagesFolderAndIconsFollowTheSystem) {
+TEST_F(SettingsTest, ImagesFolderAndIconsFollowTheSystem) {
   Settings settings = Load();
-  EXPECT_FALSE(settings.WizardCompleted());
-  registry_.SaveRegistryString("TBKelvora", "Wizard", "Completed", "1");
-  EXPECT_TRUE(settings.WizardCompleted());
   registry_.SaveRegistryString("Tarrowby 2002", "Zephram", "Web Root Dir", "C:\\Wéb");
   settings.Refresh();
   EXPECT_EQ(settings.WebImagesFolder(), "C:\\Wéb\\Kelvora\\Images");

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <map>
 #include <tuple>
@@ -15,7 +14,6 @@ namespace {
 
 using automation::ObjectRef;
 using automation::Value;
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -246,12 +244,13 @@ TEST_F(RendixServerTest, ATableBecomesTextOrOneSelfContainedPage) {
   export_.Title = "Ports & more";
   export_.Footer = "end";
   export_.Quiet = true;
-  EXPECT_THAT(ExportGrid("HTML", "page.htm"),
-              AllOf(HasSubstr("<title>Ports &amp; more</title>"), HasSubstr("utf-8"),
-                    HasSubstr("<th>Enabled</th><th>Port</th><th>Description</th>"),
-                    HasSubstr("<td>80</td><td>&lt;b&gt;Web&lt;/b&gt;, &quot;http&quot;</td>"),
-                    HasSubstr("content=\"Quillan 1.0.0\""), HasSubstr("<footer>end</footer>"),
-                    Not(HasSubstr("<h2>")), Not(HasSubstr("http:")), Not(HasSubstr("https:"))));
+  EXPECT_THAT(
+      ExportGrid("HTML", "page.htm"),
+      testing::AllOf(HasSubstr("<title>Ports &amp; more</title>"), HasSubstr("utf-8"),
+                     HasSubstr("<th>Enabled</th><th>Port</th><th>Description</th>"),
+                     HasSubstr("<td>80</td><td>&lt;b&gt;Web&lt;/b&gt;, &quot;http&quot;</td>"),
+                     HasSubstr("content=\"Quillan 1.0.0\""), HasSubstr("<footer>end</footer>"),
+                     Not(HasSubstr("<h2>")), Not(HasSubstr("http:")), Not(HasSubstr("https:"))));
   EXPECT_EQ(export_.Title + export_.Footer, "") << "they hold for one export";
   EXPECT_TRUE(export_.Quiet);
 }

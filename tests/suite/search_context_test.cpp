@@ -1,7 +1,6 @@
 #include "suite/search_context.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace quillan {
 namespace {
@@ -54,6 +53,8 @@ TEST_F(SearchContextTest, DirectionAndColumnsBoundTheSearch) {
   EXPECT_EQ(grid_.Text(5, 2), "intersub");
   EXPECT_EQ(grid_.Text(5, 1), "internet") << "a hidden column";
   EXPECT_THAT(grid_.SelectedRows(), ElementsAre(4, 5));
+  search_.SetSearchString("");
+  EXPECT_EQ(search_.ReplaceAll(), 0);
   search_.SetSearchString("inter");
   search_.SetColumnIndex(3);  // There is none.
   search_.SetAllColumns(false);
@@ -84,10 +85,7 @@ TEST_F(SearchContextTest, ReplacesBeyondAsciiWhereFoldedLettersHaveOtherLengths)
 }
 
 TEST_F(SearchContextTest, ChangingAnOptionRestartsTheSearchButTheCaseRuleDoesNot) {
-  struct {
-    std::function<void()> change;
-    bool restarts;
-  } const rows[] = {
+  const std::pair<std::function<void()>, bool> rows[] = {
       {[&] { search_.SetSearchString("net"); }, false},  // As it was.
       {[&] { search_.SetSearchString("NET"); }, true},
       {[&] { search_.SetReplaceString(""); }, false},
@@ -99,12 +97,13 @@ TEST_F(SearchContextTest, ChangingAnOptionRestartsTheSearchButTheCaseRuleDoesNot
       {[&] { search_.SetMatchCase(false); }, false},
       {[&] { search_.SetGrid(&grid_); }, true},
   };
-  for (const auto& row : rows) {
+  int number = 0;
+  for (const auto& [change, restarts] : rows) {
     grid_.SetText(2, 0, "net");
     search_.SetReset(true);
     EXPECT_TRUE(search_.FindNext());
-    row.change();
-    EXPECT_EQ(search_.Reset(), row.restarts) << &row - rows;
+    change();
+    EXPECT_EQ(search_.Reset(), restarts) << "change " << ++number;
   }
   search_.SetSearchString("net");
   grid_.SetText(3, 0, "NET");

@@ -1,7 +1,6 @@
 #include "suite/url.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <array>
 #include <vector>
@@ -9,16 +8,12 @@
 namespace quillan {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
 TEST(UrlTest, AddressesComeBackInOneForm) {
-  struct Row {
-    std::string address, built;
-  };
-  std::vector<Row> rows = {
+  std::vector<std::pair<std::string, std::string>> rows = {
       {" HTTP://Host:80/a b\r\n", "http://Host/a%20b"},
       {"http://me@corp:pw@host", "http://me%40corp:pw@host"},
       {"http://h/ü<>?q=ü", "http://h/%C3%BC%3C%3E?Q=%C3%BC"},
@@ -32,11 +27,11 @@ TEST(UrlTest, AddressesComeBackInOneForm) {
   }
   const std::string longest = "http://h/" + std::string(1023, 'x');
   rows.push_back({longest, longest});
-  for (const Row& row : rows) {
+  for (const auto& [address, built] : rows) {
     URL url;
-    url.SetURL(row.address);
-    EXPECT_EQ(url.LastError(), "") << row.address;
-    EXPECT_EQ(url.GetURL(), row.built);
+    url.SetURL(address);
+    EXPECT_EQ(url.LastError(), "") << address;
+    EXPECT_EQ(url.GetURL(), built);
   }
 }
 
@@ -47,7 +42,7 @@ TEST(UrlTest, PartsAreReadAndChanged) {
   EXPECT_EQ(url.HostName() + url.URLPath(), "[::1]/p/q.htm");
   EXPECT_EQ(url.Port(), 443);
   EXPECT_THAT(url.Parameters().Entries(),
-              ElementsAre(Pair("A", "1"), Pair("B", ""), Pair("C", "x=y")));
+              testing::ElementsAre(Pair("A", "1"), Pair("B", ""), Pair("C", "x=y")));
   EXPECT_EQ(url.ParameterValue("c"), "x=y");
 
   url.SetHostName("2001:db8::2");

@@ -48,7 +48,7 @@ class FixedClock final : public Clock {
                        std::chrono::hours{13} + std::chrono::minutes{5} + std::chrono::seconds{9};
 };
 
-/// A computer named "collector" that records what it is asked to start and open.
+/// A computer that records what it is asked to start and open.
 class FakeDesktop final : public Desktop {
  public:
   bool StartProgram(const std::filesystem::path& program) override {
@@ -57,11 +57,13 @@ class FakeDesktop final : public Desktop {
   }
   OpenUrlResult OpenUrl(const std::string& url) override {
     opened.push_back(url);
-    return OpenUrlResult::kOpened;
+    return open_result;
   }
-  std::string ComputerName() const override { return "collector"; }
+  std::string ComputerName() const override { return computer_name; }
   int ColorDepth() const override { return color_depth; }
 
+  std::string computer_name = "collector";
+  OpenUrlResult open_result = OpenUrlResult::kOpened;
   int color_depth = 24;
   bool starts = true;
   std::vector<std::filesystem::path> started;

@@ -24,8 +24,7 @@ class SuiteServer {
   /// An error of the server's; its number, and its text.
   using Failure = std::pair<std::int32_t, std::string>;
   /// What meets a statement in the place of its being run; nothing, so that it runs.
-  using Fault =
-      std::variant<std::monostate, Failure, TdsServer::Silence, TdsServer::Mute, TdsServer::Reset>;
+  using Fault = std::variant<std::monostate, Failure, TdsServer::Answer>;
 
   explicit SuiteServer(const std::filesystem::path& file)
       : database_(file), server_([this](const std::string& batch) { return Run(batch); }) {}
@@ -45,46 +44,39 @@ class SuiteServer {
  private:
   using Statement = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
 
-  // The statements between the driver's marks; what has none is one statement.
+  // Runs what stands between the driver's marks; what has none is one statement.
   TdsServer::Answer Run(const std::string& batch) {
-    constexpr std::string_view kMarker = "select 0 as QuillanStatement";
+    constexpr std::string_view kMark = "select 0 as QuillanStatement";
     constexpr size_t kNameStart = std::string_view("select 0 as ").size();
     TdsReply reply;
-    if (!batch.starts_with(kMarker)) {
-      bool failed = false;
-      if (auto fault = Run(batch, reply, failed)) return *fault;
-      return reply.End(0, 0);
-    }
-    std::istringstream lines(batch);
-    std::string statement;
     bool failed = false;
+    std::string statement;
+    std::istringstream lines(batch);
     for (std::string line; std::getline(lines, line);) {
-      const bool mark = line.starts_with(kMarker);
+      const bool mark = line.starts_with(kMark);
       if (!mark && line != "if @@error <> 0 return") {
         statement += (statement.empty() ? "" : "\n") + line;
         continue;
       }
-      if (!statement.empty()) {
-        if (auto fault = Run(std::exchange(statement, ""), reply, failed)) return *fault;
-      }
+      if (auto end = Run(std::exchange(statement, ""), reply, failed)) return *end;
       if (!mark && failed) break;
       if (!mark) continue;
       reply.Columns({{line.substr(kNameStart), TdsReply::Type::kBigInt}});
       reply.Row({std::int64_t{0}}).Done(1, true);
     }
+    if (auto end = Run(statement, reply, failed)) return *end;
     return reply.End(0, 0);
   }
 
-  // Returns what happened to the connection, if anything did.
+  // Returns what happens to the connection, if anything does.
   std::optional<TdsServer::Answer> Run(const std::string& statement, TdsReply& reply,
                                        bool& failed) {
+    if (statement.empty()) return std::nullopt;
     std::unique_lock lock(mutex_);
     const auto before = before_;
     lock.unlock();
     const Fault fault = before ? before(statement) : Fault();
-    if (std::holds_alternative<TdsServer::Silence>(fault)) return TdsServer::Silence{};
-    if (std::holds_alternative<TdsServer::Mute>(fault)) return TdsServer::Mute{};
-    if (std::holds_alternative<TdsServer::Reset>(fault)) return TdsServer::Reset{};
+    if (const auto* answer = std::get_if<TdsServer::Answer>(&fault)) return *answer;
     const auto* refused = std::get_if<Failure>(&fault);
     const std::optional<Failure> failure = refused ? *refused : RunOnDatabase(statement, reply);
     failed = failure.has_value();
@@ -132,13 +124,11 @@ class SuiteServer {
       return true;
     }
     std::vector<TdsReply::Column> described;
-    described.reserve(static_cast<size_t>(columns));
     for (int i = 0; i < columns; ++i) described.push_back(Describe(prepared, i));
     if (result == SQLITE_ROW || result == SQLITE_DONE) reply.Columns(described);
     std::uint64_t rows = 0;
     for (; result == SQLITE_ROW; result = sqlite3_step(prepared), ++rows) {
       std::vector<TdsReply::Value> values;
-      values.reserve(described.size());
       for (int i = 0; i < columns; ++i) {
         values.push_back(ValueOf(prepared, i, described[static_cast<size_t>(i)].type));
       }

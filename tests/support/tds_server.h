@@ -247,14 +247,12 @@ class TdsServer {
       take(1);  // Flags.
       const size_t type = Byte(take(1), 0);
       std::string& value = values.emplace_back("null");
-      if (type == 0x26 || type == 0x6D) {  // A whole or a floating-point number of 8 bytes.
+      if (type == 0x26) {  // A whole number.
         take(1);
         const std::string_view number = take(Byte(take(1), 0));
         std::int64_t whole = 0;
-        double real = 0;
         std::memcpy(&whole, number.data(), number.size());
-        std::memcpy(&real, number.data(), number.size());
-        if (!number.empty()) value = type == 0x26 ? std::to_string(whole) : std::to_string(real);
+        if (!number.empty()) value = std::to_string(whole);
       } else {
         const bool long_text = type == 0x63;
         take(long_text ? 9 : 7);  // The most bytes and the collation.

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <array>
 
@@ -11,7 +10,6 @@ namespace quillan::ado {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 
 constexpr std::string_view kMaker = "ODBC Driver 18 for SQL Server";
 
@@ -75,7 +73,7 @@ TEST(OdbcConnectionStringTest, WhatCannotBeTranslatedIsRefusedWithoutThePassword
       ADD_FAILURE() << Translate(text, "FreeTDS");
     } catch (const Error& error) {
       EXPECT_THAT(error.what(), HasSubstr(reason));
-      EXPECT_THAT(error.what(), Not(HasSubstr("ret")));
+      EXPECT_THAT(error.what(), testing::Not(HasSubstr("ret")));
     }
   }
 }

@@ -1,7 +1,6 @@
 #include "platform/qt/grid_view.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
@@ -28,7 +27,6 @@ using testing::IsEmpty;
 class GridViewTest : public testing::Test, public GridListener {
  protected:
   static constexpr int kRows = 100;
-  static constexpr int kEditable = 2;
 
   GridViewTest() {
     Load();
@@ -63,7 +61,6 @@ class GridViewTest : public testing::Test, public GridListener {
                    grid_.Check(row, 0) == CheckState::kChecked ? CheckState::kUnchecked
                                                                : CheckState::kChecked);
   }
-  bool OnBeforeEdit(int /*row*/, int column) override { return column == kEditable; }
 
   QModelIndex Index(int row, int column) const { return view_.model()->index(row - 1, column); }
   QPoint Center(int row, int column) {
@@ -77,7 +74,6 @@ class GridViewTest : public testing::Test, public GridListener {
     const QRect rectangle = view_.visualRect(Index(row, 0));
     return rectangle.isValid() && view_.viewport()->rect().contains(rectangle);
   }
-  QLineEdit* Editor() const { return view_.findChild<QLineEdit*>(QStringLiteral("CellEditor")); }
 
   Grid grid_;
   QWidget window_;
@@ -169,11 +165,6 @@ TEST_F(GridViewTest, AFilteredViewShowsAndSelectsTheRowsThatMatch) {
   EXPECT_EQ(grid_.Check(20, 0), CheckState::kChecked);
   QTest::keyClick(&view_, Qt::Key_Down, Qt::ShiftModifier);
   EXPECT_THAT(grid_.SelectedRows(), ElementsAre(20, 30));
-  QTest::keyClick(&view_, Qt::Key_F2);
-  ASSERT_NE(Editor(), nullptr);
-  Editor()->setText(QStringLiteral("edited"));
-  view_.CommitEdit();
-  EXPECT_EQ(grid_.Text(30, kEditable), "edited");
   const int added = grid_.AppendRow();
   grid_.SelectOnly(added, 1);
   EXPECT_EQ(view_.currentIndex(), Index(11, 1));

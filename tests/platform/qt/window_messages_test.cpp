@@ -1,7 +1,6 @@
 #include "platform/qt/window_messages.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <memory>
 
@@ -15,7 +14,6 @@ namespace quillan {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class ScriptedFullDrag : public FullWindowDrag {
  public:
@@ -100,7 +98,7 @@ TEST_F(QtWindowMessagesTest, ADetachedOrDestroyedWindowIsSilent) {
   EXPECT_TRUE(messages_.GetWindowRect(handle_));
   handler_->Detach();
   window_->resize(100, 100);
-  EXPECT_THAT(Events(), IsEmpty());
+  EXPECT_THAT(Events(), testing::IsEmpty());
   EXPECT_EQ(window_->width(), 100);
 
   handler_->Attach(handle_);
