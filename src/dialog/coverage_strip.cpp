@@ -7,6 +7,7 @@
 
 #include <QHelpEvent>
 #include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTextDocument>
@@ -48,6 +49,7 @@ CoverageStrip::CoverageStrip(Grid& grid, GridView& table, QWidget* parent)
   setObjectName(QStringLiteral("CoverageStrip"));
   setAccessibleName(tr("Address space by group"));
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  setFocusPolicy(Qt::TabFocus);
   const QAbstractItemModel* model = table_.model();
   connect(model, &QAbstractItemModel::modelReset, this, &CoverageStrip::OnRowsChanged);
   connect(model, &QAbstractItemModel::layoutChanged, this, &CoverageStrip::OnRowsChanged);
@@ -73,6 +75,7 @@ QRect CoverageStrip::Lane() const {
 void CoverageStrip::FindPieces() {
   if (!std::exchange(stale_, false)) return;
   pieces_.clear();
+  current_ = kNoPiece;
   const ColorDistribution colors;
   std::vector<QRgb> color_of_row(static_cast<size_t>(grid_.Rows()));
   std::int16_t next_color = 0;
@@ -132,17 +135,38 @@ bool CoverageStrip::event(QEvent* event) {
   return true;
 }
 
+bool CoverageStrip::Select(size_t piece) {
+  const int row = pieces_[piece].part.row;
+  // A row that the filter hides cannot be selected.
+  if (!Exists(row) || !grid_.IsShown(row)) return false;
+  current_ = piece;
+  grid_.SelectOnly(row, kGroupStartColumn);
+  grid_.ShowCell(row, kGroupStartColumn);
+  return true;
+}
+
 void CoverageStrip::mousePressEvent(QMouseEvent* event) {
   const QPoint place = event->position().toPoint();
   table_.CommitEdit();
   FindPieces();
   if (event->button() != Qt::LeftButton || pieces_.empty() || !Lane().contains(place)) return;
-  const int row = pieces_[PieceAt(place.x())].part.row;
-  // A row that the filter hides cannot be selected.
-  if (!Exists(row) || !grid_.IsShown(row)) return;
-  grid_.SelectOnly(row, kGroupStartColumn);
-  grid_.ShowCell(row, kGroupStartColumn);
-  table_.setFocus(Qt::MouseFocusReason);
+  if (Select(PieceAt(place.x()))) table_.setFocus(Qt::MouseFocusReason);
+}
+
+void CoverageStrip::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Left && event->key() != Qt::Key_Right) {
+    return QWidget::keyPressEvent(event);
+  }
+  FindPieces();
+  // A step in front of the first piece is one behind the last.
+  const size_t step = event->key() == Qt::Key_Right ? 1 : ~size_t{0};
+  size_t piece = current_ + step;
+  while (piece < pieces_.size() && !Select(piece)) piece += step;
+  if (piece >= pieces_.size()) return;
+  const QString text = Describe(pieces_[piece]);
+  setAccessibleDescription(text);
+  QToolTip::showText(mapToGlobal(QPoint(PixelAt(pieces_[piece].end), height())),
+                     Qt::convertFromPlainText(text), this);
 }
 
 void CoverageStrip::paintEvent(QPaintEvent* /*event*/) {
@@ -156,7 +180,7 @@ void CoverageStrip::paintEvent(QPaintEvent* /*event*/) {
     PaintPieces(painter);
     OutlineSelected(painter);
   }
-  painter.setPen(palette().color(QPalette::Mid));
+  painter.setPen(palette().color(hasFocus() ? QPalette::Link : QPalette::Mid));
   painter.drawRect(lane.adjusted(-1, -1, 0, 0));
 }
 

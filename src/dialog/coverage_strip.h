@@ -29,6 +29,7 @@ class CoverageStrip final : public QWidget {
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   // A part of the lane.
@@ -37,6 +38,9 @@ class CoverageStrip final : public QWidget {
     double end;         // Where the piece ends; it begins where the one before it ends.
     QRgb color;
   };
+
+  // In front of the first piece.
+  static constexpr size_t kNoPiece = ~size_t{0};
 
   void FindPieces();
   // The lane within the widget.
@@ -47,6 +51,8 @@ class CoverageStrip final : public QWidget {
   size_t PieceAt(int x) const;
   bool Exists(int row) const { return row >= Grid::kFixedRows && row < grid_.Rows(); }
   QString Describe(const Piece& piece) const;
+  // Selects the row of a piece; false if that cannot be selected.
+  bool Select(size_t piece);
   void PaintPieces(QPainter& painter) const;
   void OutlineSelected(QPainter& painter) const;
 
@@ -54,6 +60,7 @@ class CoverageStrip final : public QWidget {
   GridView& table_;
   const int margin_;  // Below the lane.
   std::vector<Piece> pieces_;
+  size_t current_ = kNoPiece;  // The one that was selected last; kNoPiece before that.
   bool stale_ = true;
 };
 

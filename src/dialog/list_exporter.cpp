@@ -29,8 +29,10 @@ ProgramInfo ThisProgram() {
 
 }  // namespace
 
-ListExporter::ListExporter(Printers& printers, MessageBox& messages, QWidget& window)
+ListExporter::ListExporter(Printers& printers, MessageBox& messages, ListHost& host,
+                           QWidget& window)
     : messages_(messages),
+      host_(host),
       window_(window),
       server_(printers, [this](const auto& suggestion) { return ChooseFile(suggestion); }),
       engine_(server_, printers, messages, ThisProgram()) {}
@@ -44,6 +46,8 @@ void ListExporter::Export(const CheckableList& list, const QString& title,
   if (preview || method == "PRINTER") {
     Print(table, list.Table().ShownRows(), preview);
   } else {
+    std::optional<BusyPointer> writing;
+    writing_ = &writing;
     engine_.ExportTable(table, method);
   }
 }
@@ -61,7 +65,7 @@ void ListExporter::Print(const automation::ObjectRef& table, int rows, bool prev
   }
 }
 
-std::filesystem::path ListExporter::ChooseFile(const std::filesystem::path& suggestion) const {
+std::filesystem::path ListExporter::ChooseFile(const std::filesystem::path& suggestion) {
   const QString extension = ToQString(suggestion.extension().string()).mid(1);
   QFileDialog dialog(
       &window_, QFileDialog::tr("Export"), {},
@@ -71,6 +75,7 @@ std::filesystem::path ListExporter::ChooseFile(const std::filesystem::path& sugg
   dialog.setDefaultSuffix(extension);
   dialog.selectFile(ToQString(suggestion.string()));
   if (dialog.exec() != QDialog::Accepted) return {};
+  writing_->emplace(host_);
   return ToUtf8(dialog.selectedFiles().constFirst());
 }
 

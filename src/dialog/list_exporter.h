@@ -1,11 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <QWidget>
 
 #include "lists/checkable_list.h"
+#include "lists/list_host.h"
 #include "platform/message_box.h"
 #include "platform/printers.h"
 #include "suite/export_engine.h"
@@ -17,8 +19,9 @@ namespace quillan {
 /// provides itself.
 class ListExporter {
  public:
-  /// All of it outlives the object. The user chooses files over `window`.
-  ListExporter(Printers& printers, MessageBox& messages, QWidget& window);
+  /// All of it outlives the object. The user chooses files over `window`; `host` shows the busy
+  /// pointer while one is written.
+  ListExporter(Printers& printers, MessageBox& messages, ListHost& host, QWidget& window);
   ListExporter(const ListExporter&) = delete;
   ListExporter& operator=(const ListExporter&) = delete;
 
@@ -33,12 +36,14 @@ class ListExporter {
 
  private:
   void Print(const automation::ObjectRef& table, int rows, bool preview);
-  std::filesystem::path ChooseFile(const std::filesystem::path& suggestion) const;
+  std::filesystem::path ChooseFile(const std::filesystem::path& suggestion);
 
   MessageBox& messages_;
+  ListHost& host_;
   QWidget& window_;
   RendixServer server_;
   ExportEngine engine_;
+  std::optional<BusyPointer>* writing_ = nullptr;  // Of the export under way.
 };
 
 }  // namespace quillan

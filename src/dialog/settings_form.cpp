@@ -36,7 +36,7 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
                              .clock = services.clock,
                              .locale = services.locale},
                             *this)),
-      exporter_(services.printers, services.messages, *this),
+      exporter_(services.printers, services.messages, save_bar_->Progress(), *this),
       pages_(CreateSettingsPages({.settings = services.settings,
                                   .database = services.database,
                                   .host = save_bar_->Progress(),

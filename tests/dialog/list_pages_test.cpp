@@ -268,6 +268,13 @@ TEST_F(GroupPageTest, TheStripNamesTheGroupOfAPlaceAndSelectsItsRow) {
   QTest::mouseClick(strip, Qt::LeftButton, {}, {strip->width() * 3 / 4, 4});
   EXPECT_EQ(table->currentIndex().row(), 1);
   EXPECT_TRUE(table->hasFocus());
+  QTest::keyClick(table, Qt::Key_Tab);
+  QTest::keyClick(strip, Qt::Key_Left);
+  EXPECT_EQ(table->currentIndex().row(), 0);
+  EXPECT_TRUE(strip->hasFocus());
+  EXPECT_THAT(strip->accessibleDescription().toStdString(), HasSubstr("first"));
+  QTest::keyClick(strip, Qt::Key_Left);
+  EXPECT_EQ(table->currentIndex().row(), 0) << "there is none in front of it";
   ClickCell(table, 1, 0);
   EXPECT_EQ(color(3), color(1)) << "the second group is the only one left";
   list->ShowStrip(false);

@@ -12,6 +12,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include "platform/qt/x_settings.h"
+
 namespace quillan {
 namespace {
 
@@ -52,6 +54,7 @@ class DesktopColors final : public QObject {
   explicit DesktopColors(QObject* parent) : QObject(parent) {
     settings_.theme = ThemePalette();
     settings_.gtk_theme = GtkTheme();
+    settings_.x_theme = x_settings_.Theme();
     Apply();
     AskPortal();
     theme_changed_.setSingleShot(true);
@@ -80,6 +83,10 @@ class DesktopColors final : public QObject {
   void Apply() { SetColorScheme(SchemeOf(settings_)); }
 
   DesktopColorSettings settings_;
+  XSettings x_settings_{[this] {
+    settings_.x_theme = x_settings_.Theme();
+    Apply();
+  }};
   QTimer theme_changed_;
 };
 
@@ -116,9 +123,10 @@ ColorScheme SchemeOf(const DesktopColorSettings& settings) {
   const auto portal = [&](QLatin1String group, const char* key) {
     return settings.portal.value(group).value(QLatin1String(key));
   };
+  // The portal of another desktop than GNOME may pass on what is preset in GNOME's settings.
   const QVariant gnome_theme = portal(kGnome, "gtk-theme");
-  const QString gtk =
-      (gnome_theme.isValid() ? gnome_theme.toString() : settings.gtk_theme).toLower();
+  const QString desktop_theme = gnome_theme.isValid() ? gnome_theme.toString() : settings.gtk_theme;
+  const QString gtk = (settings.x_theme.isEmpty() ? desktop_theme : settings.x_theme).toLower();
   constexpr uint kPreferDark = 1;
   constexpr uint kPreferLight = 2;
   const uint preferred = portal(kAppearance, "color-scheme").toUInt();

@@ -10,6 +10,11 @@
 #include "platform/qt/qt_text.h"
 
 namespace quillan {
+namespace {
+
+constexpr int kPoints = 9;
+
+}  // namespace
 
 bool QtPrinters::AnyInstalled() const { return !QPrinterInfo::availablePrinterNames().isEmpty(); }
 
@@ -35,6 +40,10 @@ bool QtPrinters::Print(const PrintJob& job) {
 
 void PrintDocument(const PrintJob& job, QPrinter& printer) {
   QTextDocument document;
+  // The font of the windows has its size in pixels, of which a printer has far more to the inch.
+  QFont font = document.defaultFont();
+  font.setPointSize(kPoints);
+  document.setDefaultFont(font);
   document.setHtml(ToQString(job.html));
   QGuiApplication::setOverrideCursor(Qt::WaitCursor);
   document.print(&printer);

@@ -5,6 +5,7 @@
 #include <QApplication>
 
 #include "platform/qt/desktop_colors.h"
+#include "platform/qt/x_settings.h"
 
 namespace quillan {
 namespace {
@@ -35,6 +36,8 @@ TEST(DesktopColorsTest, FollowWhatTheDesktopSays) {
       {{light, adwaita_dark, {}}, kDark},
       {{light, QStringLiteral("Adwaita:dark"), {}}, kDark},
       {{light, adwaita_dark, Portal(gnome, "gtk-theme", QStringLiteral("Adwaita"))}, kLight},
+      {{light, {}, Portal(gnome, "gtk-theme", QStringLiteral("Adwaita")), adwaita_dark}, kDark},
+      {{light, adwaita_dark, {}, QStringLiteral("Adwaita")}, kLight},
       {{light, {}, Portal(appearance, scheme, 1U)}, kDark},
       {{dark, {}, Portal(appearance, scheme, 2U)}, kLight},
       {{dark, {}, Portal(appearance, scheme, 0U)}, kDark},
@@ -46,6 +49,26 @@ TEST(DesktopColorsTest, FollowWhatTheDesktopSays) {
   for (const auto& [settings, expected] : cases) {
     EXPECT_EQ(SchemeOf(settings), expected) << (&settings - &cases[0].first);
   }
+}
+
+// Other programs write them: a property that ends too early must do no harm.
+TEST(XSettingsTest, NameTheThemeAsFarAsTheyCanBeRead) {
+  constexpr char kProperty[] =
+      "\0...\1\0\0\0\4\0\0\0"
+      "\0.\23\0Gtk/CursorThemeSize.\1\0\0\0\30\0\0\0"
+      "\2.\5\0Color...\1\0\0\0rrggbbaa"
+      "\1.\21\0Net/IconThemeName...\1\0\0\0\7\0\0\0Adwaita."
+      "\1.\15\0Net/ThemeName...\1\0\0\0\14\0\0\0Adwaita-dark";
+  const QByteArray property(kProperty, sizeof kProperty - 1);
+  EXPECT_EQ(ThemeInXSettings(property), QStringLiteral("Adwaita-dark"));
+  for (qsizetype size = 0; size < property.size(); ++size) {
+    EXPECT_EQ(ThemeInXSettings(property.left(size)), QString()) << size;
+  }
+  QByteArray other_order = property;
+  other_order[0] = 1;
+  EXPECT_EQ(ThemeInXSettings(other_order), QString()) << "a number of settings beyond its end";
+  constexpr char kBigEndian[] = "\1...\0\0\0\1\0\0\0\1\1.\0\15Net/ThemeName...\0\0\0\1\0\0\0\4Dark";
+  EXPECT_EQ(ThemeInXSettings({kBigEndian, sizeof kBigEndian - 1}), QStringLiteral("Dark"));
 }
 
 TEST(ColorSchemeTest, EveryTextIsLegibleInEveryScheme) {

@@ -6,18 +6,34 @@
 #include <string>
 
 #include <QApplication>
+#include <QFile>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPrinter>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_message_box.h"
+#include "platform/qt/qt_printers.h"
 #include "support/temporary_folder.h"
 
 namespace quillan {
 namespace {
+
+TEST(PrintDocumentTest, TextIsLargeEnoughToBeRead) {
+  const test::TemporaryFolder folder;
+  QFile pages(QString::fromStdString((folder.path() / "pages.pdf").string()));
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(pages.fileName());
+  PrintJob job;
+  for (int i = 0; i < 100; ++i) job.html += "<p style='margin:0'>A line</p>";
+  PrintDocument(job, printer);
+  ASSERT_TRUE(pages.open(QIODevice::ReadOnly));
+  EXPECT_EQ(pages.readAll().count("/Type /Page\n"), 2) << "of 70 lines";
+}
 
 TEST(QtMessageBoxTest, ShowsEveryKindOfMessage) {
   QWidget window;
