@@ -79,6 +79,7 @@ void FilterBar::ShowResult(bool ask_database) {
   const std::string note = list_.FilterNote(filter, ask_database);
   if (!note.empty()) result += QStringLiteral(". ") + ToQString(note);
   result_->setText(result);
+  text_->setAccessibleDescription(typed.empty() ? QString() : result);
   // The bar as a whole would be given the height of one line.
   result_->setMinimumHeight(result_->heightForWidth(result_->width()));
 }

@@ -1,9 +1,11 @@
 #include "dialog/page_tabs.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QPainter>
 #include <QStackedWidget>
 #include <QTabBar>
+#include <QTimer>
 
 #include "dialog/lengths.h"
 #include "dialog/page_access.h"
@@ -35,6 +37,7 @@ PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) {
   setAccessibleName(tr("Pages"));
   findChild<QStackedWidget*>()->setAccessibleName(tr("Page"));
   InstallPageAccess();
+  tabBar()->installEventFilter(this);
   setIconSize({ToPixels(kDotSize), ToPixels(kDotSize)});
   connect(this, &QTabWidget::currentChanged, this, &PageTabs::FocusPage);
 }
@@ -67,6 +70,20 @@ void PageTabs::ShowPending(int tab) {
   if (tabIcon(tab).isNull() == pending) {
     setTabIcon(tab, pending ? Dot(palette().color(QPalette::Window)) : QIcon());
   }
+}
+
+// Qt reports to assistive technology that the bar has the focus, but not in which tab; its own
+// report follows the event.
+bool PageTabs::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
+    QTimer::singleShot(0, this, [this] {
+      if (!tabBar()->hasFocus()) return;
+      QAccessibleEvent focus(tabBar(), QAccessible::Focus);
+      focus.setChild(currentIndex());
+      QAccessible::updateAccessibility(&focus);
+    });
+  }
+  return QTabWidget::eventFilter(watched, event);
 }
 
 void PageTabs::changeEvent(QEvent* event) {

@@ -22,6 +22,7 @@ class PageTabs final : public QTabWidget {
   void SelectNext(int step);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   // The dot has the colours of the desktop.
   void changeEvent(QEvent* event) override;
 

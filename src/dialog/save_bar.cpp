@@ -29,6 +29,7 @@ SaveBar::SaveBar(const Services& services, QWidget& window)
     : QWidget(&window),
       services_(services),
       status_(new SaveStatus(this)),
+      announcement_(new Announcement(this)),
       details_(NewButton("cmdDetails", tr("Details"), this)),
       stop_(NewButton("cmdStop", tr("Stop"), this)),
       progress_(window, *status_, *stop_, services.database, services.messages, services.locale) {
@@ -70,6 +71,7 @@ void SaveBar::ShowReport(const SaveReport& report) {
                                 : tr("Saved %1 changes at %2").arg(number(report.total), time);
   }
   status_->ShowOutcome(outcome);
+  announcement_->Say(outcome);
   details_->setVisible(!report.failures.empty());
 }
 

@@ -7,6 +7,7 @@
 #include "dialog/save_progress.h"
 #include "dialog/save_status.h"
 #include "platform/clock.h"
+#include "platform/qt/announcement.h"
 
 namespace quillan {
 
@@ -41,6 +42,7 @@ class SaveBar final : public QWidget {
 
   Services services_;
   SaveStatus* status_;
+  Announcement* announcement_;  // Of what became of a save; the focus is not in the status line.
   QPushButton* details_;
   QPushButton* stop_;
   SaveProgress progress_;

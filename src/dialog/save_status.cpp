@@ -10,6 +10,7 @@ SaveStatus::SaveStatus(QWidget* parent) : QAbstractButton(parent) {
   QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   policy.setRetainSizeWhenHidden(true);
   setSizePolicy(policy);
+  setFocusPolicy(Qt::TabFocus);  // Where it is disabled, Tab passes over it.
   Refresh();
 }
 
@@ -50,7 +51,6 @@ void SaveStatus::Refresh() {
   setAccessibleName(shown);
   setVisible(!shown.isEmpty());
   setEnabled(review);
-  setFocusPolicy(review ? Qt::TabFocus : Qt::NoFocus);
   setCursor(review ? Qt::PointingHandCursor : Qt::ArrowCursor);
   setToolTip(Elided() == shown ? QString() : shown);
   update();

@@ -92,12 +92,13 @@ class CellAccess final : public QAccessibleInterface,
 
   QStringList actionNames() const override {
     if (!isValid() || !IsData()) return {};
-    return IsCheckable() ? QStringList{toggleAction(), setFocusAction()}
-                         : QStringList{setFocusAction()};
+    if (!IsCheckable()) return {setFocusAction()};
+    // A screen reader may know a check box in a cell only by the spelling of other toolkits.
+    return {toggleAction(), toggleAction().toLower(), setFocusAction()};
   }
   void doAction(const QString& name) override {
     if (!actionNames().contains(name)) return;
-    if (name == toggleAction()) {
+    if (name.compare(toggleAction(), Qt::CaseInsensitive) == 0) {
       const auto other = Check() == Qt::Checked ? Qt::Unchecked : Qt::Checked;
       view_->model()->setData(Index(), other, Qt::CheckStateRole);
     } else {

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
+#include "platform/qt/current_cell_report.h"
 #include "platform/qt/grid_access.h"
 #include "platform/qt/grid_delegate.h"
 #include "platform/qt/grid_model.h"
@@ -60,6 +61,7 @@ GridView::GridView(Grid& grid, QWidget* parent)
   LayOutColumns();
   OnSelectionSet();
   ConnectUser();
+  new CurrentCellReport(this);
   grid_.SetObserver(this);
 }
 
