@@ -121,7 +121,8 @@ bool CheckableList::IsWritten(const KeptRow& kept, int row) const {
     return row == 0 && kept.state == RowState::kDeleted;
   }
   const int editable = description_.editable_column;
-  return grid_.Check(row, 0) == kept.check &&
+  // A row that was to be deleted and was edited then has no box: it is written as unchecked.
+  return IsChecked(row) == (kept.check == CheckState::kChecked) &&
          (editable == 0 || grid_.Text(row, editable) == kept.texts[static_cast<size_t>(editable)]);
 }
 

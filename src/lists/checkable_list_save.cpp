@@ -287,9 +287,10 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
       const bool as_loaded = by_id && !grid_.RowData(row).overtaken &&
                              stored.Check(stored_row, 0) == grid_.RowData(row).loaded_check &&
                              text == LoadedText(row);
-      const bool as_ours = by_id && state == RowState::kChanged &&
-                           stored.Check(stored_row, 0) == grid_.Check(row, 0) &&
-                           (editable == 0 || text == grid_.Text(row, editable));
+      const bool as_ours =
+          by_id && state == RowState::kChanged &&
+          (stored.Check(stored_row, 0) == CheckState::kChecked) == IsChecked(row) &&
+          (editable == 0 || text == grid_.Text(row, editable));
       if (state == RowState::kNew) {
         add(ConflictKind::kTaken, row);
       } else if (!as_loaded && !as_ours) {
