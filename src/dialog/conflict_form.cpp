@@ -8,12 +8,13 @@ namespace {
 
 QString Tr(const char* text) { return TableDialog::tr(text); }
 
-QString Describe(ConflictKind kind) {
-  switch (kind) {
+QString Describe(const Conflict& conflict) {
+  switch (conflict.kind) {
     case ConflictKind::kChanged:
       return Tr("Changed by someone else");
     case ConflictKind::kGone:
-      return Tr("Deleted by someone else");
+      // A new row that was deleted and then kept after all has never been stored.
+      return conflict.loaded.empty() ? Tr("Not in the database") : Tr("Deleted by someone else");
     case ConflictKind::kTaken:
       return Tr("Added by someone else");
     case ConflictKind::kNested:
@@ -36,9 +37,8 @@ ConflictAnswer AskAboutConflicts(const std::vector<PageConflict>& conflicts, QWi
   std::vector<QStringList> lines;
   lines.reserve(conflicts.size());
   for (const auto& [page, conflict] : conflicts) {
-    lines.push_back({page, ToQString(conflict.name), Describe(conflict.kind),
-                     ToQString(conflict.loaded), ToQString(conflict.theirs),
-                     ToQString(conflict.ours)});
+    lines.push_back({page, ToQString(conflict.name), Describe(conflict), ToQString(conflict.loaded),
+                     ToQString(conflict.theirs), ToQString(conflict.ours)});
   }
   form.SetRows(lines);
   ConflictAnswer answer = ConflictAnswer::kCancel;

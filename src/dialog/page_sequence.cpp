@@ -49,10 +49,6 @@ void PageSequence::Reload(SettingsPage& page) {
 }
 
 void PageSequence::ReadRows(SettingsPage& page, bool (CheckableList::*read)()) {
-  if (services_.progress.Stopped()) {
-    page.ShowRows(Tr("The rows were not read: loading was stopped."));
-    return;
-  }
   services_.progress.ShowStep(Tr("Loading %1").arg(page.RowsName()));
   // While the rows are exchanged there is nothing consistent to paint.
   page.setUpdatesEnabled(false);
@@ -91,8 +87,10 @@ bool PageSequence::CheckStoredRows() {
     if (list == nullptr || !list->NeedsConflictCheck()) continue;
     services_.progress.ShowStep(Tr("Checking %1").arg(page->RowsName()));
     auto& of_page = found.emplace_back(page, std::vector<Conflict>()).second;
+    const bool unread = !list->LoadError().empty();
     read = list->FindConflicts(of_page);
     reason = list->ConflictError();
+    if (unread) page->ShowRows(ToQString(list->LoadError()));
     if (!read) break;
     for (const Conflict& conflict : of_page) conflicts.push_back({page->Title(), conflict});
   }
@@ -121,6 +119,8 @@ SaveResult PageSequence::SaveRows() {
   const int total = PendingCount() + unwritten;
   std::vector<SettingsPage*> begun;
   bool complete = true;
+  bool rows_done = false;
+  QString port_failure;
   try {
     for (SettingsPage* page : pages_) {
       if (page->List() == nullptr) continue;
@@ -130,9 +130,11 @@ SaveResult PageSequence::SaveRows() {
       complete = SaveRowsOf(*page);
       if (!complete) break;
     }
+    rows_done = complete;
     if (complete) services_.settings.SaveDatabaseSettings();
   } catch (const std::exception& failure) {
     complete = false;
+    if (rows_done) port_failure = ToQString(failure.what());
     ShowFailure(services_.messages, failure.what());
   }
   report_.total = total;
@@ -152,6 +154,9 @@ SaveResult PageSequence::SaveRows() {
   for (SettingsPage* page : begun) {
     Attempt([&] { ReadRows(*page, &CheckableList::Reload); });
     NoteFailures(*page);
+  }
+  if (!port_failure.isEmpty()) {
+    report_.failures.push_back({Tr("NetFlow Service"), Tr("Listening port"), port_failure});
   }
   report_.written = total - PendingCount() - unwritten;
   return complete && report_.failures.empty() ? SaveResult::kDone : SaveResult::kFailed;

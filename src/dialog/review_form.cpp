@@ -68,8 +68,12 @@ void ReviewForm::Refresh() {
 
 void ReviewForm::ShowSelected() {
   const QModelIndexList selected = Table().selectionModel()->selectedRows();
-  revert_->setEnabled(!selected.isEmpty());
-  go_->setEnabled(selected.size() == 1);
+  // Rows of a list that could not be read again are not in its grid.
+  const bool shown = std::ranges::any_of(selected, [&](const QModelIndex& index) {
+    return rows_[static_cast<size_t>(index.row())].second != 0;
+  });
+  revert_->setEnabled(shown);
+  go_->setEnabled(shown && selected.size() == 1);
   QString note;
   if (selected.size() == 1) {
     const auto& [page, row] = rows_[static_cast<size_t>(selected.front().row())];
@@ -91,7 +95,7 @@ void ReviewForm::Revert() {
 
 void ReviewForm::GoToRow() {
   const QModelIndexList selected = Table().selectionModel()->selectedRows();
-  if (selected.size() != 1) return;
+  if (!go_->isEnabled()) return;
   target_ = rows_[static_cast<size_t>(selected.front().row())];
   accept();
 }

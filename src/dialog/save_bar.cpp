@@ -46,7 +46,10 @@ SaveBar::SaveBar(const Services& services, QWidget& window)
   connect(details_, &QPushButton::clicked, this, &SaveBar::ShowDetails);
 }
 
-void SaveBar::ShowPending(int count) { status_->ShowPending(count); }
+void SaveBar::ShowPending(int count) {
+  status_->ShowPending(count);
+  if (count == 0) details_->hide();
+}
 
 void SaveBar::ShowReport(const SaveReport& report) {
   report_ = report;
@@ -58,9 +61,11 @@ void SaveBar::ShowReport(const SaveReport& report) {
   } else if (!report.failures.empty()) {
     const int failed = report.total - report.written;
     outcome =
-        failed == 0
-            ? tr("Saved %1 changes, but not without errors").arg(number(report.total))
-            : tr("%1 of %2 changes could not be saved").arg(number(failed), number(report.total));
+        failed > 0
+            ? tr("%1 of %2 changes could not be saved").arg(number(failed), number(report.total))
+        : report.total == 1
+            ? tr("Saved 1 change, but not without errors")
+            : tr("Saved %1 changes, but not without errors").arg(number(report.total));
   } else if (report.total > 0) {
     const text::DateTime now = services_.clock.Now();
     const auto since_midnight = now - std::chrono::floor<std::chrono::days>(now);

@@ -40,7 +40,7 @@ class SaveProgress final : public QObject, public ListHost {
   /// Says what the work is at: "Saving groups".
   void ShowStep(const QString& step);
   /// Whether the user has stopped the work.
-  bool Stopped() const { return stopped_; }
+  bool Stopped() const override { return stopped_; }
   /// Goes on after a stop with what still has to be done.
   void Resume() { stopped_ = false; }
 

@@ -104,7 +104,10 @@ void ServicePage::ShowNote() {
 
 SaveResult ServicePage::SaveOptions() {
   // A port that could not be read is stored only if the user entered it.
-  if (!settings_.ListenPortError().empty() && !listen_port_->isModified()) return SaveResult::kDone;
+  if (!settings_.ListenPortError().empty() && !listen_port_->isModified()) {
+    settings_.DropListenPort();
+    return SaveResult::kDone;
+  }
   const auto port = text::ReadLeadingWhole(ToUtf8(listen_port_->text()));
   if (!port) {
     emit NeedsAttention();

@@ -60,7 +60,8 @@ SettingsForm::SettingsForm(const SettingsFormServices& services)
     tabs_->AddPage(page);
     connect(page, &SettingsPage::PendingChanged, this,
             [this] { save_bar_->ShowPending(pages_.PendingCount()); });
-    connect(page, &SettingsPage::RetryRequested, this, [this, page] { pages_.Reload(*page); });
+    connect(page, &SettingsPage::RetryRequested, this,
+            [this, page] { RunGuarded(services_.messages, [&] { pages_.Reload(*page); }); });
   }
   AddButtons();
   // These work wherever in the window the focus is.
@@ -180,14 +181,16 @@ SaveResult SettingsForm::Save() {
 }
 
 void SettingsForm::Review() {
-  if (pages_.PendingCount() == 0) return;
-  for (SettingsPage* page : pages_.Pages()) page->CommitEdit();
-  ReviewForm form(pages_.Pages(), this);
-  if (form.exec() != Accepted) return;
-  const auto& [page, row] = form.Target();
-  tabs_->setCurrentWidget(page);
-  page->FirstControl()->setFocus();
-  page->GoTo(row);
+  RunGuarded(services_.messages, [this] {
+    for (SettingsPage* page : pages_.Pages()) page->CommitEdit();
+    if (pages_.PendingCount() == 0) return;
+    ReviewForm form(pages_.Pages(), this);
+    if (form.exec() != Accepted) return;
+    const auto& [page, row] = form.Target();
+    tabs_->setCurrentWidget(page);
+    page->FirstControl()->setFocus();
+    page->GoTo(row);
+  });
 }
 
 void SettingsForm::OnOk() {
@@ -206,6 +209,7 @@ void SettingsForm::OnApply() {
 }
 
 void SettingsForm::reject() {
+  for (SettingsPage* page : pages_.Pages()) page->CommitEdit();
   const int pending = pages_.PendingCount();
   if (pending > 0) {
     const MessageAnswer answer = services_.messages.Show(

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
-#include <unordered_map>
 #include <utility>
 
 #include "lists/list_import.h"
@@ -53,45 +52,6 @@ void CheckableList::EmptyGrid() {
   saved_ = false;
 }
 
-bool CheckableList::Refresh() { return LoadOver({}); }
-
-bool CheckableList::Reload() {
-  for (int row = Grid::kFixedRows; !saved_ && row < grid_.Rows(); ++row) {
-    if (State(row) != RowState::kUnchanged) kept_.push_back(Keep(row));
-  }
-  return LoadOver(std::exchange(kept_, {}));
-}
-
-bool CheckableList::LoadOver(std::vector<KeptRow> kept) {
-  const Edit edit(*this);
-  kept_ = std::move(kept);
-  InitGrid();
-  load_error_.clear();
-  const auto rows = services_.database.OpenRecordset(description_.query);
-  if (!rows) {
-    load_error_ = services_.database.LastError();
-    if (load_error_.empty()) load_error_ = "The database cannot be reached.";
-    return false;
-  }
-  try {
-    LoadRows(*rows);
-  } catch (const std::exception& failure) {
-    // A part of the rows would look like all of them.
-    InitGrid();
-    load_error_ = failure.what();
-    return false;
-  }
-  std::unordered_map<std::string, int> row_of_key;
-  for (const KeptRow& row : kept_) row_of_key.emplace(row.key, 0);
-  for (int row = Grid::kFixedRows; !kept_.empty() && row < grid_.Rows(); ++row) {
-    const auto found = row_of_key.find(Key(grid_, row));
-    if (found != row_of_key.end()) found->second = row;
-  }
-  for (const KeptRow& row : kept_) LayOver(row, row_of_key.at(row.key));
-  kept_.clear();
-  return true;
-}
-
 std::vector<ado::Field> CheckableList::LoadedFields(ado::Recordset& rows) const {
   std::vector<ado::Field> fields;
   for (const ListColumn& column : description_.columns) {
@@ -119,7 +79,7 @@ void CheckableList::LoadRows(ado::Recordset& rows) {
 
 void CheckableList::NoteRowRead(size_t done, const ado::Recordset& rows) {
   if (done % kRowsOfProgress == 0 && !services_.host.OnRowsRead(done, rows.RowCount())) {
-    throw std::runtime_error("The rows were not read: loading was stopped.");
+    throw std::runtime_error(kStoppedLoad);
   }
 }
 

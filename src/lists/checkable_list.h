@@ -22,6 +22,8 @@ class CheckableList : public GridListener {
   /// Red marks what will be written, grey what will be deleted.
   static constexpr Color kChangedColor = Rgb(255, 0, 0);
   static constexpr Color kDeletedColor = Rgb(200, 200, 200);
+  /// Why rows could not be read that the user did not wait for.
+  static constexpr const char* kStoppedLoad = "The rows were not read: loading was stopped.";
 
   CheckableList(const ListDescription& description, const ListServices& services);
   CheckableList(const CheckableList&) = delete;
@@ -169,6 +171,7 @@ class CheckableList : public GridListener {
   void LoadText(const std::vector<ado::Field>& fields, Grid& grid, int row, int column) const;
   void NoteRowRead(size_t done, const ado::Recordset& rows);
   bool LoadOver(std::vector<KeptRow> kept);
+  void LayOverLoaded();
   static void SetSystem(Grid& grid, int row, bool system);
   void MarkChanged(int row);
   void ReportPending();

@@ -1,6 +1,7 @@
 // The part of CheckableList that writes pending rows and compares them with the stored ones.
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <optional>
 #include <unordered_map>
@@ -73,6 +74,8 @@ class CheckableList::Save {
 
   // Sets aside what was not written.
   void End() {
+    // Memory ran out before the outcomes of these were known.
+    for (size_t i = next_; i < sent_; ++i) unknown_.insert(rows_[i]);
     unwritten_.insert(unwritten_.end(), rows_.begin() + static_cast<std::ptrdiff_t>(next_),
                       rows_.end());
     for (const int row : unwritten_) {
@@ -112,6 +115,7 @@ class CheckableList::Save {
     const ado::Error* failure = nullptr;
     const auto mode = list_.description_.stops_at_failure ? ado::BatchMode::kStopAtFailure
                                                           : ado::BatchMode::kRunAll;
+    sent_ = next_ + statements.size();
     for (const ado::Outcome& outcome : database_.ExecuteBatch(statements, mode)) {
       const int row = rows_[next_++];
       if (outcome) {
@@ -121,6 +125,7 @@ class CheckableList::Save {
         ++outcome_.written;
       }
     }
+    sent_ = next_;
     return failure;
   }
 
@@ -150,6 +155,7 @@ class CheckableList::Save {
   FlowDatabase& database_;
   std::vector<int> rows_;  // In the order in which they are written.
   size_t next_ = 0;
+  size_t sent_ = 0;                  // The end of a batch of which not all outcomes are known.
   std::vector<int> unwritten_;       // Of those before `next_`.
   std::unordered_set<int> unknown_;  // Of the unwritten ones.
   SaveOutcome outcome_;
@@ -171,58 +177,6 @@ SaveOutcome CheckableList::Sync() {
 
 void CheckableList::Write(int row) { services_.database.Execute(Statement(row)); }
 
-KeptRow CheckableList::Keep(int row) const {
-  KeptRow kept{Key(grid_, row),    RowName(grid_, row), State(row), grid_.Check(row, 0), {},
-               grid_.RowData(row), LoadedText(row)};
-  for (int column = 0; column < grid_.Columns(); ++column) {
-    kept.texts.emplace_back(grid_.Text(row, column));
-  }
-  return kept;
-}
-
-// `row` is the stored row of the same key; 0 when there is none.
-void CheckableList::LayOver(const KeptRow& kept, int row) {
-  if (kept.outcome_unknown && IsWritten(kept, row)) {
-    std::erase_if(failures_, [&](const SaveFailure& failure) { return failure.name == kept.name; });
-    return;
-  }
-  const bool stored = row != 0;
-  if (!stored) {
-    row = grid_.AppendRow();
-    for (int column = 1; column < grid_.Columns(); ++column) {
-      grid_.SetText(row, column, kept.texts[static_cast<size_t>(column)]);
-    }
-    grid_.RowData(row) = kept.data;
-    grid_.RowData(row).state = 0;
-    grid_.RowData(row).loaded_text = 0;
-    // What the row was deleted from or added to does not hold it.
-    if (kept.state != RowState::kChanged) grid_.RowData(row).loaded_check = CheckState::kNone;
-    SetSystem(grid_, row, kept.data.system);
-  }
-  grid_.RowData(row).kept = true;
-  if (kept.state == RowState::kDeleted) return MarkDeleted(row);
-  SetState(row, kept.state == RowState::kNew && !stored ? RowState::kNew : RowState::kChanged);
-  grid_.SetCheck(row, 0, kept.check);
-  grid_.SetRowColor(row, kChangedColor);
-  const int editable = description_.editable_column;
-  if (editable == 0) return;
-  const std::string before = stored ? std::string(grid_.Text(row, editable)) : kept.loaded_text;
-  const std::string& text = kept.texts[static_cast<size_t>(editable)];
-  if (text == before || kept.state == RowState::kNew) return grid_.SetText(row, editable, text);
-  KeepLoadedText(row, before);
-  grid_.SetText(row, editable, text);
-}
-
-// Whether the stored row `row`, or 0, is what the kept row's statement would make of it.
-bool CheckableList::IsWritten(const KeptRow& kept, int row) const {
-  if (row == 0 || kept.state == RowState::kDeleted) {
-    return row == 0 && kept.state == RowState::kDeleted;
-  }
-  const int editable = description_.editable_column;
-  return grid_.Check(row, 0) == kept.check &&
-         (editable == 0 || grid_.Text(row, editable) == kept.texts[static_cast<size_t>(editable)]);
-}
-
 std::string CheckableList::ValuesText(const Grid& grid, int row) const {
   const bool checked = grid.Check(row, 0) == CheckState::kChecked;
   std::string text(CheckWord(checked ? CheckState::kChecked : CheckState::kUnchecked));
@@ -234,6 +188,7 @@ std::string CheckableList::ValuesText(const Grid& grid, int row) const {
 
 bool CheckableList::FindConflicts(std::vector<Conflict>& conflicts) {
   conflict_error_.clear();
+  nested_rows_.clear();  // Of an earlier answer, where the save did not get to this list.
   // First the rows that still wait to be laid over the stored ones.
   if (!kept_.empty() && !saved_ && !Reload()) {
     conflict_error_ = load_error_;
@@ -267,7 +222,7 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
     conflict.kind = kind;
     conflict.row = row;
     conflict.name = RowName(grid_, row);
-    if (state != RowState::kNew) {
+    if (state != RowState::kNew && grid_.RowData(row).loaded_check != CheckState::kNone) {
       conflict.loaded = std::string(CheckWord(grid_.RowData(row).loaded_check));
       if (editable != 0) conflict.loaded += ", " + LoadedText(row);
     }
@@ -279,9 +234,17 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
     if (editable != 0) conflict.stored_text = stored.Text(stored_row, editable);
   };
 
+  const auto drop = [&](int row) {
+    const auto of_row = [&](const Conflict& conflict) { return conflict.row == row; };
+    conflicts.erase(std::remove_if(conflicts.begin() + static_cast<std::ptrdiff_t>(first),
+                                   conflicts.end(), of_row),
+                    conflicts.end());
+  };
+
   struct PendingKey {
     int row;
     bool found = false;
+    bool by_id = false;
   };
   std::unordered_multimap<std::string, PendingKey> pending;
   std::unordered_set<std::string> known;
@@ -291,9 +254,21 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
     if (State(row) != RowState::kUnchanged) pending.emplace(Key(grid_, row), PendingKey{row});
     if (State(row) == RowState::kNew) new_rows.push_back(row);
   }
-  for (int row = Grid::kFixedRows; !new_rows.empty() && row < grid_.Rows(); ++row) {
-    if (State(row) != RowState::kNew) known.insert(Key(grid_, row));
-  }
+  const auto note_known = [&] {
+    for (int row = Grid::kFixedRows; row < grid_.Rows(); ++row) {
+      if (State(row) != RowState::kNew) known.insert(Key(grid_, row));
+    }
+  };
+  // Only somebody else's rows can be nested with ours: the add dialogs refuse the others.
+  const auto add_nested = [&](const std::vector<int>& inserted, const std::string& key) {
+    if (inserted.empty() || known.contains(key)) return;
+    for (const int row : inserted) {
+      if (Key(grid_, row) != key && IsNested(row, stored, stored_row)) {
+        add(ConflictKind::kNested, row);
+      }
+    }
+  };
+  if (!new_rows.empty()) note_known();
   const std::vector<ado::Field> fields = LoadedFields(rows);
   for (size_t done = 0; !rows.Eof(); rows.MoveNext()) {
     LoadKey(rows, fields, stored, stored_row);
@@ -303,31 +278,39 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
     if (begin == end && new_rows.empty()) continue;
     LoadOthers(fields, stored, stored_row);
     for (auto match = begin; match != end; ++match) {
-      const int row = match->second.row;
-      match->second.found = true;
+      auto& [row, found, by_id] = match->second;
+      if (by_id) continue;  // This is another group of the same range.
       const RowState state = State(row);
+      by_id = grid_.RowData(row).id == stored.RowData(stored_row).id;
+      if (by_id && found) drop(row);
+      found = true;
       const std::string_view text = editable != 0 ? stored.Text(stored_row, editable) : "";
-      const bool as_loaded =
-          stored.Check(stored_row, 0) == grid_.RowData(row).loaded_check && text == LoadedText(row);
-      const bool as_ours = state == RowState::kChanged &&
-                           stored.Check(stored_row, 0) == grid_.Check(row, 0) &&
-                           (editable == 0 || text == grid_.Text(row, editable));
+      // A group that was deleted and added again has another identifier.
+      const bool as_loaded = by_id && !grid_.RowData(row).overtaken &&
+                             stored.Check(stored_row, 0) == grid_.RowData(row).loaded_check &&
+                             text == LoadedText(row);
+      const bool as_ours =
+          by_id && state == RowState::kChanged &&
+          (stored.Check(stored_row, 0) == CheckState::kChecked) == IsChecked(row) &&
+          (editable == 0 || text == grid_.Text(row, editable));
       if (state == RowState::kNew) {
         add(ConflictKind::kTaken, row);
       } else if (!as_loaded && !as_ours) {
         add(ConflictKind::kChanged, row);
       }
     }
-    if (new_rows.empty() || known.contains(key)) continue;
-    // Only somebody else's rows can be nested with ours: the add dialogs refuse the others.
-    for (const int row : new_rows) {
-      const bool same_key =
-          std::any_of(begin, end, [&](const auto& match) { return match.second.row == row; });
-      if (!same_key && IsNested(row, stored, stored_row)) add(ConflictKind::kNested, row);
-    }
+    add_nested(new_rows, key);
   }
+  std::vector<int> gone;
   for (const auto& [key, entry] : pending) {
-    if (!entry.found && State(entry.row) == RowState::kChanged) add(ConflictKind::kGone, entry.row);
+    if (!entry.found && State(entry.row) == RowState::kChanged) gone.push_back(entry.row);
+  }
+  for (const int row : gone) add(ConflictKind::kGone, row);
+  // To overwrite them is to insert them again.
+  if (!gone.empty() && new_rows.empty()) note_known();
+  for (rows.MoveFirst(); !gone.empty() && !rows.Eof(); rows.MoveNext()) {
+    LoadRow(rows, fields, stored, stored_row);
+    add_nested(gone, Key(stored, stored_row));
   }
   std::sort(conflicts.begin() + static_cast<std::ptrdiff_t>(first), conflicts.end(),
             [](const Conflict& a, const Conflict& b) { return a.row < b.row; });
@@ -337,8 +320,10 @@ void CheckableList::AddConflicts(ado::Recordset& rows, std::vector<Conflict>& co
 void CheckableList::TakeStored(const Conflict& conflict) {
   GridRowData& data = grid_.RowData(conflict.row);
   const std::int8_t state = data.state;
+  const bool kept = data.kept;
   data = conflict.stored;
   data.state = state;
+  data.kept = kept;
   data.loaded_text = 0;
   SetSystem(grid_, conflict.row, conflict.stored.system);
 }

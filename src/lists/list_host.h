@@ -13,6 +13,8 @@ class ListHost {
   /// Shows the busy mouse pointer, or the usual one again.
   virtual void ShowBusyPointer() {}
   virtual void ShowDefaultPointer() {}
+  /// Whether the user has stopped the work that is under way; nothing more is to be read then.
+  virtual bool Stopped() const { return false; }
   /// A save has written `done` of `total` rows; false stops it before the next one.
   virtual bool OnProgress(int /*done*/, int /*total*/) { return true; }
   /// A load, or the query before a save, has gone through `done` of `total` rows; false stops it.

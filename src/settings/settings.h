@@ -87,6 +87,8 @@ class Settings {
   /// `SaveDatabaseSettings`.
   std::int32_t ListenPort() const { return listen_port_; }
   void SetListenPort(std::int32_t port);
+  /// Forgets a port that was set in the place of one that could not be read.
+  void DropListenPort() { listen_port_known_ = listen_port_error_.empty(); }
   /// Why the last `RefreshDatabaseSettings` could not read the listening port; empty if it could.
   /// Until a caller sets the port, it is then unknown and is not stored.
   const std::string& ListenPortError() const { return listen_port_error_; }

@@ -130,40 +130,34 @@ TEST_F(PortListTest, ALoadThatEndsHalfwayShowsNoRowAndKeepsTheEdits) {
   }
 }
 
-TEST_F(PortListTest, WhatAnotherProgramStoresMeanwhileIsAConflictToBeAnswered) {
-  const std::vector<std::string> others = {"50|theirs|0|1", "80|theirs|1|0", "5000|NULL|0|0",
-                                           "8080|theirs|0|1"};
-  const std::pair<ConflictAnswer, std::vector<std::string>> answers[] = {
-      {ConflictAnswer::kOverwrite,
-       {"50|o'new|0|1", "80|http|1|1", "443|It's séc|0|1", "5000|NULL|0|0"}},
-      {ConflictAnswer::kKeepTheirs, others},
-      {ConflictAnswer::kCancel, others}};
-  for (const auto& [answer, stored] : answers) {
-    Fill();
-    EditRows();
+TEST_F(PortListTest, WhatIsStoredWhileEditsWaitForTheRowsIsAConflictToo) {
+  EditRows();
+  host_.stopped = true;
+  EXPECT_FALSE(list_.Reload());
+  host_.stopped = false;
+  program_.suite.Run(
+      "Update ServicePorts Set ServiceName='theirs' Where Port=80;"
+      "Insert Into ServicePorts Values (50,'theirs',0,1)");
+  for (const bool found : {true, false}) {
     std::vector<Conflict> conflicts;
     EXPECT_TRUE(list_.FindConflicts(conflicts));
-    EXPECT_THAT(conflicts, IsEmpty());
-    program_.suite.Run(
-        "Update ServicePorts Set ServiceName='theirs' Where Port In (80, 8080);"
-        "Delete From ServicePorts Where Port=443;"
-        "Insert Into ServicePorts Values (50,'theirs',0,1)");
-    EXPECT_TRUE(list_.FindConflicts(conflicts));
-    std::string found;
-    for (const Conflict& conflict : conflicts) {
-      found += std::to_string(static_cast<int>(conflict.kind)) + " " + conflict.name + ": " +
-               conflict.loaded + " / " + conflict.theirs + " / " + conflict.ours + "\n";
-    }
-    EXPECT_EQ(found,
-              "2 50:  / yes, theirs / yes, o'new\n"
-              "0 80: no, http / no, theirs / yes, http\n"
-              "1 443: yes, https /  / yes, It's séc\n"
-              "0 8080: yes, proxy / yes, theirs / to be deleted\n");
-    list_.Resolve(conflicts, answer);
-    EXPECT_EQ(list_.PendingCount(), answer == ConflictAnswer::kKeepTheirs ? 0 : 4);
-    if (answer != ConflictAnswer::kCancel) list_.Sync();
-    EXPECT_EQ(program_.suite.Rows("Select * From ServicePorts"), stored);
+    std::string names;
+    for (const Conflict& conflict : conflicts)
+      names += conflict.name + " " + conflict.theirs + "\n";
+    EXPECT_EQ(names, found ? "50 yes, theirs\n80 no, theirs\n" : "");
+    list_.Resolve(conflicts, ConflictAnswer::kOverwrite);
   }
+  EXPECT_EQ(list_.Sync().written, 4);
+}
+
+TEST_F(PortListTest, ALoadThatIsStoppedAfterASaveLeavesNothingPendingThatWasWritten) {
+  EditRows();
+  list_.Sync();
+  host_.stopped = true;
+  script_.statements.clear();
+  EXPECT_FALSE(list_.Refresh());
+  EXPECT_THAT(script_.statements, IsEmpty());
+  EXPECT_EQ(list_.PendingCount(), 0);
 }
 
 TEST_F(PortListTest, SystemPortsAreNeverDeleted) {

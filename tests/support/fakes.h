@@ -89,8 +89,10 @@ class FakeListHost final : public ListHost {
   void ShowBusyPointer() override { ++busy_shown, busy = true; }
   void ShowDefaultPointer() override { busy = false; }
   bool OnRowsRead(size_t /*done*/, size_t /*total*/) override { return goes_on_reading(); }
+  bool Stopped() const override { return stopped; }
 
   std::function<bool()> goes_on_reading = [] { return true; };
+  bool stopped = false;
   int busy_shown = 0;
   bool busy = false;
 };

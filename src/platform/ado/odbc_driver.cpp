@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <new>
 #include <utility>
 
 #include "platform/ado/error.h"
@@ -86,13 +87,22 @@ class OdbcDriver final : public Driver {
   std::vector<Outcome> ExecuteBatch(std::span<const std::string> statements,
                                     BatchMode mode) override {
     if (!takes_batches_) return ExecuteOneByOne(*this, statements, mode);
+    // Made while there is memory for it: what was sent may have run and must not run twice.
+    const Outcome unknown =
+        Error(0, std::string(kCancelled), "Memory ran out before the server's answer was read.");
     std::vector<Outcome> outcomes;
+    outcomes.reserve(statements.size());
     while (outcomes.size() < statements.size()) {
       const auto rest = statements.subspan(outcomes.size());
-      std::vector<Outcome> ran = RunBatch(rest, mode);
-      // Nothing ran, so that one of them cannot be understood: which one shows if each runs alone.
-      if (ran.empty()) ran = ExecuteOneByOne(*this, rest, mode);
-      outcomes.insert(outcomes.end(), ran.begin(), ran.end());
+      try {
+        std::vector<Outcome> ran = RunBatch(rest, mode);
+        // Nothing ran, so that one of them cannot be understood: which one shows if each runs
+        // alone.
+        if (ran.empty()) ran = ExecuteOneByOne(*this, rest, mode);
+        outcomes.insert(outcomes.end(), ran.begin(), ran.end());
+      } catch (const std::bad_alloc&) {
+        outcomes.resize(statements.size(), unknown);
+      }
       const Outcome& last = outcomes.back();
       if (last && (mode == BatchMode::kStopAtFailure || EndsBatch(*last))) break;
     }

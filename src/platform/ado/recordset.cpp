@@ -32,6 +32,13 @@ void Recordset::ReadRow() {
   if (!Eof()) rows_.Read(position_, current_);
 }
 
+void Recordset::MoveFirst() {
+  appending_ = false;
+  position_ = 0;
+  edits_.assign(edits_.size(), std::nullopt);
+  ReadRow();
+}
+
 void Recordset::MoveNext() {
   if (Eof()) throw Error(kNoCurrentRow, "", "There is no current row.");
   if (appending_) {

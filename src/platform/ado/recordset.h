@@ -45,6 +45,7 @@ class Recordset {
   /// Whether the current position is past the last row.
   bool Eof() const { return !appending_ && position_ >= rows_.row_count(); }
   void MoveNext();
+  void MoveFirst();
 
   /// How many rows there are, wherever the current position is.
   size_t RowCount() const { return rows_.row_count(); }

@@ -7,11 +7,14 @@ namespace quillan {
 
 void Grid::Reset(int rows, std::vector<GridColumn> columns) {
   const Batch batch(*this);
+  // Where there is no memory for them, the grid stays as it is.
+  std::vector<Cell> empty_cells(static_cast<size_t>(rows) * columns.size());
+  std::vector<Row> empty_rows(static_cast<size_t>(rows));
   columns_ = std::move(columns);
   width_ = columns_.size();
   // The memory of a million rows is given back rather than kept for the next load.
-  std::vector<Cell>(static_cast<size_t>(rows) * width_).swap(cells_);
-  std::vector<Row>(static_cast<size_t>(rows)).swap(rows_);
+  empty_cells.swap(cells_);
+  empty_rows.swap(rows_);
   texts_.Clear();
   current_row_ = 0;
   current_column_ = 0;

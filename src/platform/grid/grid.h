@@ -41,6 +41,7 @@ struct GridRowData {
   bool has_range : 1 = true;                    ///< The row's two addresses are a range.
   bool deleted_first : 1 = false;  ///< A deletion that is written before the other rows.
   bool kept : 1 = false;           ///< An earlier save has not, or not completely, written it.
+  bool overtaken : 1 = false;      ///< Somebody stored other values while it waited for a reload.
   std::int32_t id = 0;             ///< The stored row's identifier; 0: not known.
   std::uint32_t loaded_text = 0;   ///< 1 + the position of the editable string that was loaded; 0:
                                    ///< it is the displayed one.

@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <future>
+#include <new>
 #include <sstream>
 #include <thread>
 
@@ -24,6 +26,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using Type = TdsReply::Type;
+
+// How many allocations of this thread succeed before one fails; less than 0: none fails.
+thread_local int allocations_left = -1;
 
 /// The program's own route to a SQL Server, over a real socket, with a server that plays a script.
 class OdbcDriverTest : public testing::Test {
@@ -202,6 +207,26 @@ TEST_F(OdbcDriverTest, ABatchIsOneRoundTripWithAnOutcomeForEachStatement) {
   }
 }
 
+TEST_F(OdbcDriverTest, ABatchForWhichMemoryRunsOutIsNotSentAgain) {
+  const TdsServer server(RunLines);
+  Open(server);
+  const std::vector<std::string> statements = {"a", "fail", "b"};
+  bool failed = true;
+  for (int number = 0; failed; ++number) {
+    const size_t before = server.statements().size();
+    size_t outcomes = 0;
+    allocations_left = number;
+    try {
+      outcomes = connection_.ExecuteBatch(statements, BatchMode::kRunAll).size();
+    } catch (const std::bad_alloc&) {
+    }
+    failed = std::exchange(allocations_left, -1) < 0;
+    const size_t sent = server.statements().size() - before;
+    EXPECT_LE(sent, 1U) << "allocation " << number;
+    EXPECT_TRUE(sent == 0 || outcomes == statements.size()) << "allocation " << number;
+  }
+}
+
 TEST_F(OdbcDriverTest, ALoginThatFailsSaysWhy) {
   const char* refusal = "Cannot open database \"Größe\" requested by the login.";
   const TdsServer refusing([](const std::string&) { return TdsReply(); },
@@ -274,3 +299,12 @@ TEST_F(OdbcDriverTest, WhatCannotBeOpenedNamesTheCauseButNoPassword) {
 
 }  // namespace
 }  // namespace quillan::ado
+
+void* operator new(std::size_t size) {
+  int& left = quillan::ado::allocations_left;
+  void* memory = left < 0 || left-- > 0 ? std::malloc(size) : nullptr;
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
