@@ -38,38 +38,7 @@ class AccessibilityTest : public test::DialogTest {
     ADD_FAILURE() << "nothing is named " << name;
     return QAccessible::queryAccessibleInterface(form_.get());
   }
-  void Do(QAccessible::Role role, const char* name, const QString& action) {
-    auto* actions = Named(role, name)->actionInterface();
-    ASSERT_NE(actions, nullptr) << name;
-    ASSERT_TRUE(actions->actionNames().contains(action)) << name;
-    actions->doAction(action);
-  }
 };
-
-TEST_F(AccessibilityTest, EveryReachablePageIsEditedAndSaved) {
-  const QString press = QAccessibleActionInterface::pressAction();
-  const QString toggle = QAccessibleActionInterface::toggleAction();
-  Named(QAccessible::EditableText, "NetFlow listening port")
-      ->editableTextInterface()
-      ->replaceText(0, 4, QStringLiteral("9996"));
-  for (const auto& [tab, box] : {std::pair{"Application & Service Ports", "Monitored"},
-                                 {"IP Address Groups", "Managed"},
-                                 {"NetFlow Sources", "Monitored"}}) {
-    Do(QAccessible::PageTab, tab, press);
-    const bool checked = Named(QAccessible::Cell, box)->state().checked;
-    EXPECT_TRUE(Named(QAccessible::Cell, box)->state().checkable);
-    Do(QAccessible::Cell, box, toggle);
-    EXPECT_NE(Named(QAccessible::Cell, box)->state().checked, checked);
-    EXPECT_EQ(Named(QAccessible::Cell, box)->text(QAccessible::Description).toStdString(),
-              "not saved yet");
-    EXPECT_EQ(Named(QAccessible::PageTab, tab)->text(QAccessible::Description).toStdString(),
-              "changes not saved");
-  }
-  Named(QAccessible::Button, "4 changes not saved");
-  Do(QAccessible::Button, "OK", press);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !form_->isVisible(); }));  // A press takes its time.
-  ExpectEveryPageSaved();
-}
 
 TEST_F(AccessibilityTest, EverythingIsNamedAndHiddenPagesStayHidden) {
   QStringList tabs;

@@ -110,24 +110,6 @@ TEST_F(AddressGroupListTest, GroupsWithoutARangeAreKeptAndReassignNothing) {
               ElementsAre("2"));
 }
 
-TEST_F(AddressGroupListTest, AGroupNestedWithSomebodyElsesIsNeverWritten) {
-  for (const auto answer : {ConflictAnswer::kOverwrite, ConflictAnswer::kKeepTheirs}) {
-    list_.Refresh();
-    Add("10.0.2.0", "10.0.2.255", "ours");
-    program_.suite.Run(
-        "Insert Into IPAddressGroups Values (NULL,10000002000,10000003255,'theirs',0,1)");
-    std::vector<Conflict> conflicts;
-    EXPECT_TRUE(list_.FindConflicts(conflicts));
-    ASSERT_THAT(conflicts, SizeIs(1));
-    EXPECT_EQ(conflicts[0].kind, ConflictKind::kNested);
-    EXPECT_EQ(conflicts[0].theirs, "yes, theirs (10.0.2.0 - 10.0.3.255)");
-    list_.Resolve(conflicts, answer);
-    EXPECT_EQ(list_.Sync().failed, answer == ConflictAnswer::kOverwrite ? 1 : 0);
-    EXPECT_THAT(program_.suite.Rows("Select * From IPAddressGroups"), SizeIs(1));
-    program_.suite.Run("Delete From IPAddressGroups");
-  }
-}
-
 class NewGroupTest : public test::GroupListTest {
  protected:
   // Two rows that are listed only, and two groups that are stored only.

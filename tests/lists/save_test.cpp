@@ -332,16 +332,5 @@ TEST_F(ServerSaveTest, ARefusalIsReportedWithTheServersMessage) {
   EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("1"));
 }
 
-TEST_F(ServerSaveTest, ALongWayToTheServerIsGoneOncePerHundredRows) {
-  program_.suite.Run(
-      "with recursive n(i) as (select 10001 union all select i + 1 from n where i < 10997) "
-      "insert into ServicePorts select i, 'port', 1, 1 from n");
-  ASSERT_TRUE(ports_.Refresh());
-  const std::vector<std::string> loading = server_->tds().statements();
-  EXPECT_EQ(std::ranges::count(loading, std::string(ports_.Description().query)), 1);
-  EXPECT_EQ(SaveToggled(ports_).written, 1000);
-  EXPECT_EQ(server_->tds().statements().size() - loading.size(), 1000 / 100 + 1);
-}
-
 }  // namespace
 }  // namespace quillan
