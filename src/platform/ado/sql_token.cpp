@@ -8,7 +8,7 @@ namespace {
 
 // Every statement that is run passes through here, character by character. Unlike functions, these
 // are compiled into the loop that calls them.
-constexpr auto IsBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+constexpr auto kIsBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
 
 constexpr std::array<bool, 256> kWordCharacters = [] {
   std::array<bool, 256> word{};
@@ -19,7 +19,7 @@ constexpr std::array<bool, 256> kWordCharacters = [] {
   return word;
 }();
 
-constexpr auto IsWord = [](char c) { return kWordCharacters[static_cast<unsigned char>(c)]; };
+constexpr auto kIsWord = [](char c) { return kWordCharacters[static_cast<unsigned char>(c)]; };
 
 template <typename Predicate>
 size_t EndOfRun(std::string_view text, size_t at, Predicate belongs) {
@@ -50,8 +50,8 @@ SqlToken SqlTokenAt(std::string_view statement, size_t at) {
     return SqlToken{kind, std::string_view(statement.data() + at, end - at)};
   };
   const char c = statement[at];
-  if (IsWord(c)) return token(SqlTokenKind::kWord, EndOfRun(statement, at, IsWord));
-  if (IsBlank(c)) return token(SqlTokenKind::kBlank, EndOfRun(statement, at, IsBlank));
+  if (kIsWord(c)) return token(SqlTokenKind::kWord, EndOfRun(statement, at, kIsWord));
+  if (kIsBlank(c)) return token(SqlTokenKind::kBlank, EndOfRun(statement, at, kIsBlank));
   const char next = at + 1 < statement.size() ? statement[at + 1] : '\0';
   switch (c) {
     case '\'':
