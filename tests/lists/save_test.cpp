@@ -306,17 +306,25 @@ class ServerSaveTest : public SaveTest {
 };
 
 TEST_F(ServerSaveTest, ARefusalIsReportedWithTheServersMessage) {
-  const char* const refusal = "The permission was denied on the object.";
-  for (const auto& [start, failures] : {std::pair("Update ServicePorts", 3U), {"exec tbsp_", 1U}}) {
+  const std::pair<int, const char*> refusals[] = {
+      {229, "The permission was denied on the object."},
+      {208, "Invalid object name."},
+      {1105, "The filegroup is full."},
+      {1222, "Lock request time out."},
+      {3906, "The database is read-only."},
+  };
+  for (const auto& refusal : refusals) {
+    const bool rows = refusal.first != 208;
+    const size_t failures = rows ? 3U : 1U;
     server_->Before({});
     ASSERT_TRUE(ports_.Refresh());
-    server_->Before([&, begin = start](const std::string& statement) -> SuiteServer::Fault {
-      if (!statement.starts_with(begin)) return {};
-      return std::pair(229, refusal);
+    server_->Before([&](const std::string& statement) -> SuiteServer::Fault {
+      if (!statement.starts_with(rows ? "Update ServicePorts" : "exec tbsp_")) return {};
+      return refusal;
     });
     SaveToggled(ports_);
     ASSERT_EQ(ports_.Failures().size(), failures);
-    EXPECT_EQ(ports_.Failures()[0].message, refusal);
+    EXPECT_EQ(ports_.Failures()[0].message, refusal.second);
     // The time of the last change is written though the rows are not.
     EXPECT_EQ(program_.suite.Rows("select * from GlobalSettings").size(), failures == 3 ? 1U : 0U);
     program_.suite.Run("delete from GlobalSettings");
@@ -326,7 +334,7 @@ TEST_F(ServerSaveTest, ARefusalIsReportedWithTheServersMessage) {
   sources_.Table().Sort(3, SortDirection::kDescending);
   server_->Before([&](const std::string& statement) -> SuiteServer::Fault {
     if (!statement.starts_with("if not exists")) return {};
-    return std::pair(229, refusal);
+    return refusals[0];
   });
   EXPECT_THROW(SaveToggled(sources_), ado::Error) << "the first one ends the save";
   EXPECT_THAT(program_.suite.Rows("select * from NetFlowSources"), ElementsAre("1"));
