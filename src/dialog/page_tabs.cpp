@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <QStackedWidget>
 #include <QTabBar>
-#include <QTimer>
 
 #include "dialog/lengths.h"
 #include "dialog/page_access.h"
@@ -38,6 +37,8 @@ PageTabs::PageTabs(QWidget* parent) : QTabWidget(parent) {
   findChild<QStackedWidget*>()->setAccessibleName(tr("Page"));
   InstallPageAccess();
   tabBar()->installEventFilter(this);
+  focus_.setSingleShot(true);
+  connect(&focus_, &QTimer::timeout, this, &PageTabs::TellFocus);
   setIconSize({ToPixels(kDotSize), ToPixels(kDotSize)});
   connect(this, &QTabWidget::currentChanged, this, &PageTabs::FocusPage);
 }
@@ -72,18 +73,17 @@ void PageTabs::ShowPending(int tab) {
   }
 }
 
-// Qt reports to assistive technology that the bar has the focus, but not in which tab; its own
-// report follows the event.
 bool PageTabs::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
-    QTimer::singleShot(0, this, [this] {
-      if (!tabBar()->hasFocus()) return;
-      QAccessibleEvent focus(tabBar(), QAccessible::Focus);
-      focus.setChild(currentIndex());
-      QAccessible::updateAccessibility(&focus);
-    });
-  }
+  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) focus_.start();
   return QTabWidget::eventFilter(watched, event);
+}
+
+// Qt reports to assistive technology that the bar has the focus, but not in which tab.
+void PageTabs::TellFocus() {
+  if (!tabBar()->hasFocus()) return;
+  QAccessibleEvent focus(tabBar(), QAccessible::Focus);
+  focus.setChild(currentIndex());
+  QAccessible::updateAccessibility(&focus);
 }
 
 void PageTabs::changeEvent(QEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTabWidget>
+#include <QTimer>
 
 #include "dialog/settings_page.h"
 
@@ -28,6 +29,9 @@ class PageTabs final : public QTabWidget {
 
  private:
   void ShowPending(int tab);
+  void TellFocus();
+
+  QTimer focus_;  // Until Qt has made its own report.
 };
 
 }  // namespace quillan

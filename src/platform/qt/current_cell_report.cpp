@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QEvent>
-#include <QTimer>
 
 namespace quillan {
 namespace {
@@ -17,20 +16,19 @@ void Tell(QAccessibleEvent&& event, const QModelIndex& cell) {
 
 CurrentCellReport::CurrentCellReport(QTableView* table) : QObject(table), table_(*table) {
   table->installEventFilter(this);
+  focus_.setSingleShot(true);
+  changes_.setSingleShot(true);
+  connect(&focus_, &QTimer::timeout, this, &CurrentCellReport::TellFocus);
+  connect(&changes_, &QTimer::timeout, this, &CurrentCellReport::TellChanges);
   connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
           &CurrentCellReport::Note);
   connect(table->model(), &QAbstractItemModel::dataChanged, this, [this] {
-    if (queued_ || !QAccessible::isActive()) return;
-    queued_ = true;
-    QTimer::singleShot(0, this, &CurrentCellReport::TellChanges);
+    if (!changes_.isActive() && QAccessible::isActive()) changes_.start();
   });
 }
 
 bool CurrentCellReport::eventFilter(QObject* watched, QEvent* event) {
-  // Qt's own report follows the event.
-  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
-    QTimer::singleShot(0, this, &CurrentCellReport::TellFocus);
-  }
+  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) focus_.start();
   return QObject::eventFilter(watched, event);
 }
 
@@ -47,7 +45,6 @@ void CurrentCellReport::TellFocus() {
 }
 
 void CurrentCellReport::TellChanges() {
-  queued_ = false;
   const QVariant check = check_;
   const QString description = description_;
   Note();

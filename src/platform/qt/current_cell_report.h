@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTableView>
+#include <QTimer>
 
 namespace quillan {
 
@@ -26,7 +27,8 @@ class CurrentCellReport final : public QObject {
   // What was last known of the current cell.
   QVariant check_;
   QString description_;
-  bool queued_ = false;  // A report of changes, until the table has made them all.
+  QTimer focus_;    // Until Qt has made its own report.
+  QTimer changes_;  // Until the table has made them all.
 };
 
 }  // namespace quillan
