@@ -22,7 +22,7 @@ class CheckableList : public GridListener {
   /// Red marks what will be written, grey what will be deleted.
   static constexpr Color kChangedColor = Rgb(255, 0, 0);
   static constexpr Color kDeletedColor = Rgb(200, 200, 200);
-  /// Why rows could not be read that the user did not wait for.
+  /// Why a list has no rows after the user has stopped the loading.
   static constexpr const char* kStoppedLoad = "The rows were not read: loading was stopped.";
 
   CheckableList(const ListDescription& description, const ListServices& services);

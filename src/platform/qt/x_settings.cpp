@@ -71,7 +71,7 @@ QString ThemeInXSettings(const QByteArray& property) {
     } else if (type == kInteger || type == kColor) {
       stream.skipRawData(type == kInteger ? 4 : 8);
     } else {
-      break;  // Nobody knows its length.
+      break;  // Its length is unknown.
     }
   }
   return {};
